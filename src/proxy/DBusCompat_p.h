@@ -1,0 +1,50 @@
+#ifndef DBUSINTERFACES_DBUSCOMPAT_P_H
+#define DBUSINTERFACES_DBUSCOMPAT_P_H
+
+// The one place where Qt 5 and Qt 6 differ for this library.
+
+#include <QDBusMetaType>
+#include <QMap>
+#include <QMetaType>
+#include <QtGlobal>
+
+namespace DBusCompat {
+
+inline void registerMarshallOperators(int typeId, QDBusMetaType::MarshallFunction marshall,
+                                      QDBusMetaType::DemarshallFunction demarshall)
+{
+#if QT_VERSION >= QT_VERSION_CHECK(6, 0, 0)
+    QDBusMetaType::registerMarshallOperators(QMetaType(typeId), marshall, demarshall);
+#else
+    QDBusMetaType::registerMarshallOperators(typeId, marshall, demarshall);
+#endif
+}
+
+/// The id registered under @p name, or QMetaType::UnknownType.
+inline int metaTypeIdByName(const char *name)
+{
+#if QT_VERSION >= QT_VERSION_CHECK(6, 0, 0)
+    return QMetaType::fromName(name).id();
+#else
+    return QMetaType::type(name);
+#endif
+}
+
+/// Adds an entry without replacing one of the same key. Qt 6's QMap holds one value
+/// per key, so there the later entry wins.
+template<typename Key, typename T>
+inline void insertMulti(QMap<Key, T> &map, const Key &key, const T &value)
+{
+#if QT_VERSION >= QT_VERSION_CHECK(6, 0, 0)
+    map.insert(key, value);
+#else
+    QT_WARNING_PUSH
+    QT_WARNING_DISABLE_DEPRECATED
+    map.insertMulti(key, value);
+    QT_WARNING_POP
+#endif
+}
+
+} // namespace DBusCompat
+
+#endif

@@ -1,0 +1,66 @@
+#include "ProxyCall_p.h"
+
+#include "DBusTypes.h"
+
+#include <QByteArray>
+#include <QDebug>
+
+namespace ProxyCall {
+
+QDBusMessage callBlocking(QDBusAbstractInterface &proxy, const QString &member, const QList<QVariant> &args)
+{
+    // Block, never AutoDetect: a proxy must not run the caller's event loop while it waits.
+    return proxy.callWithArgumentList(QDBus::Block, member, args);
+}
+
+void fireAndForgetList(QDBusAbstractInterface &proxy, const QString &member, const QList<QVariant> &args)
+{
+    proxy.asyncCallWithArgumentList(member, args);
+}
+
+QVariant wrapped(const QVariant &value)
+{
+    DBusTypes::dbusVariantTypeId();
+    return QVariant::fromValue(QDBusVariant(value));
+}
+
+void logLastError(const QDBusAbstractInterface &proxy, const char *operation, GetterLog form)
+{
+    const QDBusError error = proxy.lastError();
+    if (!error.isValid())
+        return;
+    // Literals go out bare, QString values quoted: the stream's own formatting.
+    const QByteArray name(operation);
+    qDebug() << QByteArray(name + " Error! ").constData() << error.message();
+    if (form == GetterLog::ErrorInterfacePathLines) {
+        qDebug() << QByteArray(name + " Interface ").constData() << proxy.interface();
+        qDebug() << QByteArray(name + " Path ").constData() << proxy.path();
+    }
+}
+
+FailureReport::FailureReport(const char *literal, const QString &service, const QString &path)
+    : m_classPrefix(nullptr)
+    , m_literal(literal)
+    , m_service(service)
+    , m_path(path)
+{
+}
+
+FailureReport::FailureReport(const QString &classPrefix, const char *literal, const QString &service,
+                             const QString &path)
+    : m_classPrefix(&classPrefix)
+    , m_literal(literal)
+    , m_service(service)
+    , m_path(path)
+{
+}
+
+void FailureReport::write(const QDBusError &error) const
+{
+    QDebug line = qDebug();
+    if (m_classPrefix)
+        line << *m_classPrefix;
+    line << m_literal << m_service << " / " << m_path << " / Error:" << error.message();
+}
+
+} // namespace ProxyCall

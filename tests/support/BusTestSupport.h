@@ -1,0 +1,48 @@
+#ifndef TESTS_BUSTESTSUPPORT_H
+#define TESTS_BUSTESTSUPPORT_H
+
+#include <QDBusConnection>
+#include <QDBusMessage>
+#include <QEvent>
+#include <QObject>
+
+/// Returns once the bus daemon has handled everything @p connection sent before, such
+/// as the match rule added when a receiver connected to a proxy's signal.
+void syncWithBus(const QDBusConnection &connection);
+
+/**
+ * Counts the deliveries QtDBus posts to an object. A relayed bus signal reaches a proxy
+ * as such an event, so this shows relaying without connecting to the proxy's signal
+ * (which would subscribe it again).
+ */
+class DeliveryCounter : public QObject
+{
+public:
+    explicit DeliveryCounter(QObject *watched);
+    int count() const { return m_count; }
+
+protected:
+    bool eventFilter(QObject *watched, QEvent *event) override;
+
+private:
+    int m_count = 0;
+};
+
+/// Counts bus signals received through a plain QDBusConnection::connect.
+class BusSignalWitness : public QObject
+{
+    Q_OBJECT
+
+public:
+    BusSignalWitness(const QDBusConnection &connection, const QString &service, const QString &path,
+                     const QString &interface, const QString &member);
+    int count() const { return m_count; }
+
+private Q_SLOTS:
+    void onSignal(const QDBusMessage &message);
+
+private:
+    int m_count = 0;
+};
+
+#endif

@@ -1,0 +1,265 @@
+#include "FakeMeasApplication.h"
+
+#include <QAtomicInt>
+#include <QCoreApplication>
+#include <QDBusConnection>
+#include <QDBusConnectionInterface>
+#include <QDBusVirtualObject>
+#include <QDeadlineTimer>
+#include <QHash>
+#include <QMutex>
+#include <QMutexLocker>
+#include <QPair>
+#include <QThread>
+
+const QString FakeMeasApplication::interfaceName = QStringLiteral("com.velk.mqx.MeasApplInterface");
+const QString FakeMeasApplication::notScriptedError = QStringLiteral("com.velk.mqx.Error.NotScripted");
+
+ScriptedAnswer ScriptedAnswer::reply(const QList<QVariant> &arguments)
+{
+    ScriptedAnswer answer;
+    answer.arguments = arguments;
+    return answer;
+}
+
+ScriptedAnswer ScriptedAnswer::value(const QVariant &value)
+{
+    return reply({value});
+}
+
+ScriptedAnswer ScriptedAnswer::error(const QString &name, const QString &message)
+{
+    ScriptedAnswer answer;
+    answer.kind = Error;
+    answer.errorName = name;
+    answer.errorMessage = message;
+    return answer;
+}
+
+ScriptedAnswer ScriptedAnswer::silence()
+{
+    ScriptedAnswer answer;
+    answer.kind = Silence;
+    return answer;
+}
+
+ScriptedAnswer ScriptedAnswer::vanish()
+{
+    ScriptedAnswer answer;
+    answer.kind = Vanish;
+    return answer;
+}
+
+namespace {
+
+QString nextConnectionName()
+{
+    static QAtomicInt counter;
+    return QStringLiteral("fake-meas-app-%1").arg(counter.fetchAndAddRelaxed(1));
+}
+
+void waitUntilRouted(const QDBusConnection &connection)
+{
+    // Messages of one connection are handled by the daemon in order: once this call
+    // returns, whatever was sent before it has been routed.
+    connection.interface()->isServiceRegistered(QStringLiteral("org.freedesktop.DBus"));
+}
+
+} // namespace
+
+/// The part that lives on the fake's own thread and connection.
+class FakePeer : public QDBusVirtualObject
+{
+    Q_OBJECT
+
+public:
+    explicit FakePeer(const QString &service)
+        : m_service(service)
+        , m_connectionName(nextConnectionName())
+    {
+    }
+
+    QString introspect(const QString &) const override { return QString(); }
+
+    bool handleMessage(const QDBusMessage &message, const QDBusConnection &connection) override
+    {
+        ScriptedAnswer answer;
+        {
+            QMutexLocker lock(&m_mutex);
+            m_calls.append(
+                {message.path(), message.interface(), message.member(), message.signature(), message.arguments()});
+            answer = answerFor(message.path(), message.member());
+        }
+        switch (answer.kind) {
+        case ScriptedAnswer::Reply:
+            connection.send(message.createReply(answer.arguments));
+            break;
+        case ScriptedAnswer::Error:
+            connection.send(message.createErrorReply(answer.errorName, answer.errorMessage));
+            break;
+        case ScriptedAnswer::Silence:
+            message.setDelayedReply(true);
+            break;
+        case ScriptedAnswer::Vanish:
+            message.setDelayedReply(true);
+            QMetaObject::invokeMethod(this, "leaveBus", Qt::QueuedConnection);
+            break;
+        }
+        return true;
+    }
+
+    ScriptedAnswer answerFor(const QString &path, const QString &member) const
+    {
+        const auto exact = m_answers.constFind(qMakePair(path, member));
+        if (exact != m_answers.constEnd())
+            return *exact;
+        const auto anyPath = m_answers.constFind(qMakePair(QString(), member));
+        if (anyPath != m_answers.constEnd())
+            return *anyPath;
+        return ScriptedAnswer::error(FakeMeasApplication::notScriptedError,
+                                     QStringLiteral("nothing scripted for %1 on %2").arg(member, path));
+    }
+
+    Q_INVOKABLE void joinBus()
+    {
+        QDBusConnection connection = QDBusConnection::connectToBus(QDBusConnection::SessionBus, m_connectionName);
+        connection.registerVirtualObject(QStringLiteral("/"), this, QDBusConnection::SubPath);
+        connection.registerService(m_service);
+        m_uniqueName = connection.baseService();
+    }
+
+    Q_INVOKABLE void leaveBus()
+    {
+        QDBusConnection connection(m_connectionName);
+        if (!connection.isConnected())
+            return;
+        connection.unregisterObject(QStringLiteral("/"), QDBusConnection::UnregisterTree);
+        QDBusConnection::disconnectFromBus(m_connectionName);
+    }
+
+    void start()
+    {
+        moveToThread(&m_thread);
+        m_thread.start();
+        QMetaObject::invokeMethod(this, "joinBus", Qt::BlockingQueuedConnection);
+    }
+
+    void stop()
+    {
+        QMetaObject::invokeMethod(this, "leaveBus", Qt::BlockingQueuedConnection);
+        m_thread.quit();
+        m_thread.wait();
+        if (!m_foreignName.isEmpty())
+            QDBusConnection::disconnectFromBus(m_foreignName);
+    }
+
+    QDBusConnection connection() const { return QDBusConnection(m_connectionName); }
+
+    QDBusConnection foreignConnection()
+    {
+        if (m_foreignName.isEmpty()) {
+            m_foreignName = m_connectionName + QStringLiteral("-foreign");
+            QDBusConnection::connectToBus(QDBusConnection::SessionBus, m_foreignName);
+        }
+        return QDBusConnection(m_foreignName);
+    }
+
+    const QString m_service;
+    const QString m_connectionName;
+    QString m_foreignName;
+    QString m_uniqueName;
+    QThread m_thread;
+
+    mutable QMutex m_mutex;
+    QHash<QPair<QString, QString>, ScriptedAnswer> m_answers;
+    QList<ReceivedCall> m_calls;
+};
+
+QString FakeMeasApplication::serviceFor(const QString &appName)
+{
+    return QStringLiteral("com.velk.mqx.app.") + appName;
+}
+
+FakeMeasApplication::FakeMeasApplication(const QString &service)
+    : m_peer(new FakePeer(service))
+{
+    m_peer->start();
+}
+
+FakeMeasApplication::~FakeMeasApplication()
+{
+    m_peer->stop();
+}
+
+QString FakeMeasApplication::service() const
+{
+    return m_peer->m_service;
+}
+
+QString FakeMeasApplication::uniqueName() const
+{
+    return m_peer->m_uniqueName;
+}
+
+void FakeMeasApplication::answer(const QString &member, const ScriptedAnswer &answer)
+{
+    this->answer(QString(), member, answer);
+}
+
+void FakeMeasApplication::answer(const QString &path, const QString &member, const ScriptedAnswer &answer)
+{
+    QMutexLocker lock(&m_peer->m_mutex);
+    m_peer->m_answers.insert(qMakePair(path, member), answer);
+}
+
+QList<ReceivedCall> FakeMeasApplication::calls() const
+{
+    QMutexLocker lock(&m_peer->m_mutex);
+    return m_peer->m_calls;
+}
+
+int FakeMeasApplication::callCount() const
+{
+    QMutexLocker lock(&m_peer->m_mutex);
+    return m_peer->m_calls.size();
+}
+
+bool FakeMeasApplication::waitForCalls(int count, int timeoutMs) const
+{
+    QDeadlineTimer deadline(timeoutMs);
+    while (callCount() < count) {
+        if (deadline.hasExpired())
+            return false;
+        QCoreApplication::processEvents(QEventLoop::AllEvents, 10);
+        QThread::msleep(2);
+    }
+    return true;
+}
+
+void FakeMeasApplication::clearCalls()
+{
+    QMutexLocker lock(&m_peer->m_mutex);
+    m_peer->m_calls.clear();
+}
+
+void FakeMeasApplication::emitSignal(const QString &path, const QString &member, const QList<QVariant> &arguments,
+                                     const QString &interface)
+{
+    QDBusMessage signal = QDBusMessage::createSignal(path, interface, member);
+    signal.setArguments(arguments);
+    const QDBusConnection connection = m_peer->connection();
+    connection.send(signal);
+    waitUntilRouted(connection);
+}
+
+void FakeMeasApplication::emitForeignSignal(const QString &path, const QString &member,
+                                            const QList<QVariant> &arguments, const QString &interface)
+{
+    QDBusMessage signal = QDBusMessage::createSignal(path, interface, member);
+    signal.setArguments(arguments);
+    const QDBusConnection connection = m_peer->foreignConnection();
+    connection.send(signal);
+    waitUntilRouted(connection);
+}
+
+#include "FakeMeasApplication.moc"

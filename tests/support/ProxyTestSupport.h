@@ -1,0 +1,85 @@
+#ifndef TESTS_PROXYTESTSUPPORT_H
+#define TESTS_PROXYTESTSUPPORT_H
+
+#include "BusTestSupport.h"
+#include "FakeMeasApplication.h"
+
+#include <QDBusAbstractInterface>
+#include <QDBusReply>
+#include <QMetaMethod>
+#include <QMetaObject>
+#include <QSignalSpy>
+#include <QStringList>
+#include <QVariant>
+#include <QtTest/QTest>
+
+#include <functional>
+
+/// A service nobody owns on the test bus.
+inline QString absentService()
+{
+    return QStringLiteral("com.velk.mqx.app.absent");
+}
+
+/// What a caller can see of a reply: whether it is valid, and its value.
+struct Outcome
+{
+    bool valid;
+    QVariant value;
+};
+
+template<typename T>
+Outcome outcomeOf(const QDBusReply<T> &reply)
+{
+    return {reply.isValid(), QVariant::fromValue(reply.value())};
+}
+
+inline Outcome outcomeOf(const QDBusReply<void> &reply)
+{
+    return {reply.isValid(), QVariant()};
+}
+
+/// Signatures of the methods a class declares itself, signals first, in meta-object order.
+inline QStringList ownMethodSignatures(const QMetaObject &metaObject)
+{
+    QStringList signatures;
+    for (int i = metaObject.methodOffset(); i < metaObject.methodCount(); ++i)
+        signatures.append(QString::fromLatin1(metaObject.method(i).methodSignature()));
+    return signatures;
+}
+
+/// Signatures of the class's own methods of one kind (QMetaMethod::Signal or Slot).
+inline QStringList ownMethodSignatures(const QMetaObject &metaObject, QMetaMethod::MethodType type)
+{
+    QStringList signatures;
+    for (int i = metaObject.methodOffset(); i < metaObject.methodCount(); ++i) {
+        if (metaObject.method(i).methodType() == type)
+            signatures.append(QString::fromLatin1(metaObject.method(i).methodSignature()));
+    }
+    return signatures;
+}
+
+/// Compares the one call the fake received with the expected wire form.
+inline void verifySingleCall(const FakeMeasApplication &fake, const QString &path, const QString &member,
+                             const QString &signature, const QList<QVariant> &arguments)
+{
+    QVERIFY(fake.waitForCalls(1));
+    const QList<ReceivedCall> calls = fake.calls();
+    QCOMPARE(calls.size(), 1);
+    QCOMPARE(calls.first().path, path);
+    QCOMPARE(calls.first().interface, FakeMeasApplication::interfaceName);
+    QCOMPARE(calls.first().member, member);
+    QCOMPARE(calls.first().signature, signature);
+    QCOMPARE(calls.first().arguments, arguments);
+}
+
+/**
+ * Checks that @p qtSignal of @p proxy relays the bus signal @p member of the proxy's own
+ * service, path and interface with @p arguments, and nothing sent from another path,
+ * another interface or another connection; and that relaying stops once the last
+ * receiver has gone.
+ */
+void verifySignalRelay(QDBusAbstractInterface &proxy, FakeMeasApplication &fake, const char *qtSignal,
+                       const QString &member, const QList<QVariant> &arguments);
+
+#endif

@@ -1,0 +1,16 @@
+#!/usr/bin/env bash
+# Installs what building and testing the library needs on Debian 12, if it is missing.
+set -euo pipefail
+
+packages=(cmake g++ make pkg-config qtbase5-dev qt6-base-dev dbus-daemon dbus-bin clang-format "$@")
+missing=()
+for package in "${packages[@]}"; do
+    dpkg-query -W -f='${Status}' "$package" 2>/dev/null | grep -q "install ok installed" || missing+=("$package")
+done
+[ ${#missing[@]} -eq 0 ] && exit 0
+
+sudo=""
+[ "$(id -u)" -eq 0 ] || sudo="sudo"
+echo "Installing: ${missing[*]}"
+$sudo apt-get update -qq
+DEBIAN_FRONTEND=noninteractive $sudo apt-get install -y -qq --no-install-recommends "${missing[@]}" >/dev/null
