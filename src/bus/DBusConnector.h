@@ -39,11 +39,10 @@ public:
 
 protected:
     static DBusConnector *m_pInstance;
+    QDBusConnection m_connection;
 
 private:
     Q_DISABLE_COPY(DBusConnector)
-
-    QDBusConnection m_connection;
 };
 
 #endif

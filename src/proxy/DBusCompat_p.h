@@ -30,8 +30,11 @@ inline int metaTypeIdByName(const char *name)
 #endif
 }
 
-/// Adds an entry without replacing one of the same key. Qt 6's QMap holds one value
-/// per key, so there the later entry wins.
+/// Whether a QMap can hold a key twice (Qt 5) or keeps one value per key (Qt 6).
+constexpr bool mapKeepsRepeatedKeys = QT_VERSION < QT_VERSION_CHECK(6, 0, 0);
+
+/// Adds an entry without replacing one of the same key where the map can hold both;
+/// in Qt 6 the later entry wins.
 template<typename Key, typename T>
 inline void insertMulti(QMap<Key, T> &map, const Key &key, const T &value)
 {
