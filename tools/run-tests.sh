@@ -16,7 +16,7 @@ build() {
     ctest --test-dir "build/$name" --output-on-failure -j "$jobs"
 }
 
-build qt5 -DQT_MAJOR_VERSION=5
+build qt5 -DQT_MAJOR_VERSION=5 -DBUILD_BENCHMARKS=ON
 build qt6 -DQT_MAJOR_VERSION=6
 ASAN_OPTIONS=detect_leaks=1:abort_on_error=1 UBSAN_OPTIONS=print_stacktrace=1:halt_on_error=1 \
     build sanitize -DQT_MAJOR_VERSION=5 -DDBUSINTERFACES_SANITIZE=ON

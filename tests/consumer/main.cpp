@@ -17,8 +17,8 @@ int main(int argc, char **argv)
     const SettingsMap settings{{QStringLiteral("gain"), 3}};
 
     DBusConnector::setIPAddress(QStringLiteral("consumer"));
-    const bool ok = !reply.isValid() && reply.value() == 0 && DBusConnector::m_IPAddress == QLatin1String("consumer")
-                    && settings.size() == 1;
+    const bool ok = !reply.isValid() && reply.value() == 0 && DBusConnector::m_IPAddress == QLatin1String("consumer") &&
+        settings.size() == 1;
     out << (ok ? "consumer ok" : "consumer FAILED") << Qt::endl;
     return ok ? 0 : 1;
 }

@@ -278,11 +278,12 @@ void tst_ProxyCall::checkedGetterWritesThreeLinesForTheLastError()
 
     QVERIFY(!reply.isValid());
     QCOMPARE(reply.value(), 0);
-    QCOMPARE(log.lines(), debugLines({
-                              "Probe::getValue() Error!  \"gone\"",
-                              "Probe::getValue() Interface  \"com.velk.mqx.MeasApplInterface\"",
-                              "Probe::getValue() Path  \"/Setup/Level\"",
-                          }));
+    QCOMPARE(log.lines(),
+             debugLines({
+                 "Probe::getValue() Error!  \"gone\"",
+                 "Probe::getValue() Interface  \"com.velk.mqx.MeasApplInterface\"",
+                 "Probe::getValue() Path  \"/Setup/Level\"",
+             }));
 }
 
 void tst_ProxyCall::checkedGetterWritesOneLineInTheShortForm()
@@ -290,8 +291,8 @@ void tst_ProxyCall::checkedGetterWritesOneLineInTheShortForm()
     LogCapture log;
     m_fake->answer("getString", ScriptedAnswer::error(failure, QStringLiteral("gone")));
 
-    const QDBusReply<QString> reply = ProxyCall::checkedGetter<QString>(*m_proxy, "getString", "Probe::getString()",
-                                                                        ProxyCall::GetterLog::ErrorLine);
+    const QDBusReply<QString> reply =
+        ProxyCall::checkedGetter<QString>(*m_proxy, "getString", "Probe::getString()", ProxyCall::GetterLog::ErrorLine);
 
     QVERIFY(!reply.isValid());
     QCOMPARE(log.lines(), debugLines({"Probe::getString() Error!  \"gone\""}));
@@ -371,8 +372,9 @@ void tst_ProxyCall::checkedCallReportsAnErrorAndReturnsTheEmptyValue()
     }
 
     QCOMPARE(value, result);
-    QCOMPARE(log.lines(),
-             debugLines({"Probe::op():  \"com.velk.mqx.app.fake\"  /  \"/Setup/Level\"  / Error: \"no \\\"data\\\"\""}));
+    QCOMPARE(
+        log.lines(),
+        debugLines({"Probe::op():  \"com.velk.mqx.app.fake\"  /  \"/Setup/Level\"  / Error: \"no \\\"data\\\"\""}));
 }
 
 void tst_ProxyCall::checkedCallReportsAWrongTypedReply()
@@ -399,8 +401,9 @@ void tst_ProxyCall::failureReportPutsTheQuotedClassPrefixFirst()
     ProxyCall::FailureReport(prefix, "getValueComp(): ", service, path)
         .write(QDBusError(QDBusError::Failed, QStringLiteral("down")));
 
-    QCOMPARE(log.lines(), debugLines({"\"Probe::\" getValueComp():  \"com.velk.mqx.app.x\"  /  \"/Setup/Level\"  / "
-                                      "Error: \"down\""}));
+    QCOMPARE(log.lines(),
+             debugLines({"\"Probe::\" getValueComp():  \"com.velk.mqx.app.x\"  /  \"/Setup/Level\"  / "
+                         "Error: \"down\""}));
 }
 
 void tst_ProxyCall::failureReportKeepsALiteralWithoutTrailingBlank()
@@ -450,13 +453,15 @@ void tst_ProxyCall::checkedVariantGivesAnInvalidVariantOnFailure()
     LogCapture log;
     PlainProxy absent(absentService(), path);
 
-    const QVariant value = ProxyCall::checkedVariant(absent, {"Probe::getValue(): ", absentService(), path}, "getValue");
+    const QVariant value =
+        ProxyCall::checkedVariant(absent, {"Probe::getValue(): ", absentService(), path}, "getValue");
 
     QVERIFY(!value.isValid());
     QCOMPARE(log.lines().size(), 1);
     QCOMPARE(log.lines().first().level, QtDebugMsg);
-    QCOMPARE(log.lines().first().text, "Probe::getValue():  \"com.velk.mqx.app.absent\"  /  \"/Setup/Level\"  / Error: \"" +
-                                           absent.lastError().message() + "\"");
+    QCOMPARE(log.lines().first().text,
+             "Probe::getValue():  \"com.velk.mqx.app.absent\"  /  \"/Setup/Level\"  / Error: \"" +
+                 absent.lastError().message() + "\"");
 }
 
 QTEST_GUILESS_MAIN(tst_ProxyCall)
