@@ -61,7 +61,8 @@ void bench_ProxyCalls::cleanupTestCase()
 void bench_ProxyCalls::blockingCallRoundTrip()
 {
     SetupIntInterface proxy(m_fake->service(), path, QDBusConnection::sessionBus());
-    QBENCHMARK {
+    QBENCHMARK
+    {
         QCOMPARE(proxy.getValue().value(), 42);
     }
 }
@@ -71,7 +72,8 @@ void bench_ProxyCalls::checkedVariantGetterRoundTrip()
     FakeMeasApplication devData(FakeMeasApplication::serviceFor(QStringLiteral("devdata")));
     devData.answer("getValue", ScriptedAnswer::value(QVariant::fromValue(QDBusVariant(2.5))));
     SetupDevDataInterface proxy(devData.service(), path, QDBusConnection::sessionBus());
-    QBENCHMARK {
+    QBENCHMARK
+    {
         QCOMPARE(proxy.getValue().toDouble(), 2.5);
     }
 }
@@ -81,11 +83,13 @@ void bench_ProxyCalls::fireAndForgetSend()
     SetupIntInterface proxy(m_fake->service(), path, QDBusConnection::sessionBus());
     m_fake->clearCalls();
     int sent = 0;
-    QBENCHMARK {
+    QBENCHMARK
+    {
         proxy.setValueAsync(++sent);
     }
     // Every message arrives; the benchmark measured only the sending side.
-    QVERIFY2(m_fake->waitForCalls(sent, 30000), qPrintable(QStringLiteral("%1 of %2 arrived").arg(m_fake->callCount()).arg(sent)));
+    QVERIFY2(m_fake->waitForCalls(sent, 30000),
+             qPrintable(QStringLiteral("%1 of %2 arrived").arg(m_fake->callCount()).arg(sent)));
 }
 
 void bench_ProxyCalls::settingsMapMarshalling()
@@ -93,7 +97,8 @@ void bench_ProxyCalls::settingsMapMarshalling()
     SettingsMap map;
     for (int i = 0; i < 100; ++i)
         map.insert(QStringLiteral("item%1").arg(i, 3, 10, QLatin1Char('0')), i % 2 ? QVariant(i) : QVariant(i * 0.5));
-    QBENCHMARK {
+    QBENCHMARK
+    {
         QDBusArgument argument;
         DBusTypes::writeSettingsMap(argument, map);
     }

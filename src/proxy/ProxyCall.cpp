@@ -2,7 +2,6 @@
 
 #include "DBusTypes.h"
 
-#include <QByteArray>
 #include <QDebug>
 
 namespace ProxyCall {
@@ -24,18 +23,17 @@ QVariant wrapped(const QVariant &value)
     return QVariant::fromValue(QDBusVariant(value));
 }
 
-void logLastError(const QDBusAbstractInterface &proxy, const char *operation, GetterLog form)
+void logLastError(const QDBusAbstractInterface &proxy, const GetterLog &lines)
 {
     const QDBusError error = proxy.lastError();
     if (!error.isValid())
         return;
     // Literals go out bare, QString values quoted: the stream's own formatting.
-    const QByteArray name(operation);
-    qDebug() << QByteArray(name + " Error! ").constData() << error.message();
-    if (form == GetterLog::ErrorInterfacePathLines) {
-        qDebug() << QByteArray(name + " Interface ").constData() << proxy.interface();
-        qDebug() << QByteArray(name + " Path ").constData() << proxy.path();
-    }
+    qDebug() << lines.errorLine << error.message();
+    if (lines.interfaceLine)
+        qDebug() << lines.interfaceLine << proxy.interface();
+    if (lines.pathLine)
+        qDebug() << lines.pathLine << proxy.path();
 }
 
 FailureReport::FailureReport(const char *literal, const QString &service, const QString &path)

@@ -59,22 +59,25 @@ void fireAndForget(QDBusAbstractInterface &proxy, const QString &member, const A
 /// Variant-wrapped argument: @p value travels as a D-Bus variant ("v") instead of its own type.
 QVariant wrapped(const QVariant &value);
 
-/// What a checked getter writes when the proxy's last error is set.
-enum class GetterLog {
-    ErrorLine,              ///< "<operation> Error! " and the error message
-    ErrorInterfacePathLines ///< that line, then "<operation> Interface " and "<operation> Path "
+/// The literals of a checked getter's lines: the error line, and in the three-line form
+/// the interface and path lines. Each is followed by its value on the same line.
+struct GetterLog
+{
+    const char *errorLine;
+    const char *interfaceLine = nullptr;
+    const char *pathLine = nullptr;
 };
 
 /// Writes a checked getter's lines for the proxy's lastError(), if it has one.
-void logLastError(const QDBusAbstractInterface &proxy, const char *operation, GetterLog form);
+void logLastError(const QDBusAbstractInterface &proxy, const GetterLog &lines);
 
 /// Checked getter: a blocking call without arguments that logs through lastError() and
-/// still hands back the reply. @p operation is "Class::operation()".
+/// still hands back the reply.
 template<typename T>
-QDBusReply<T> checkedGetter(QDBusAbstractInterface &proxy, const QString &member, const char *operation, GetterLog form)
+QDBusReply<T> checkedGetter(QDBusAbstractInterface &proxy, const QString &member, const GetterLog &lines)
 {
     const QDBusMessage reply = callBlocking(proxy, member, {});
-    logLastError(proxy, operation, form);
+    logLastError(proxy, lines);
     return reply;
 }
 

@@ -30,6 +30,6 @@ QVariant SetupDevDataInterface::getValue()
 
 QString SetupDevDataInterface::getString()
 {
-    // Reports under getValue's text too; callers' log filters rely on it.
+    // Deliberately the same report text as getValue().
     return ProxyCall::checked<QString>(*this, {"SetupDevDataInterface::getValue(): ", m_service, m_path}, "getString");
 }

@@ -23,14 +23,15 @@ void SetupIntInterface::setValueAsync(int value)
 
 QDBusReply<int> SetupIntInterface::getValue()
 {
-    return ProxyCall::checkedGetter<int>(*this, "getValue", "SetupIntInterface::getValue()",
-                                         ProxyCall::GetterLog::ErrorInterfacePathLines);
+    return ProxyCall::checkedGetter<int>(*this, "getValue",
+                                         {"SetupIntInterface::getValue() Error! ",
+                                          "SetupIntInterface::getValue() Interface ",
+                                          "SetupIntInterface::getValue() Path "});
 }
 
 QDBusReply<QString> SetupIntInterface::getString()
 {
-    return ProxyCall::checkedGetter<QString>(*this, "getString", "SetupIntInterface::getString()",
-                                             ProxyCall::GetterLog::ErrorLine);
+    return ProxyCall::checkedGetter<QString>(*this, "getString", {"SetupIntInterface::getString() Error! "});
 }
 
 QDBusReply<int> SetupIntInterface::getMinValue()

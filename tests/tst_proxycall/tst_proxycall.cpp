@@ -273,8 +273,8 @@ void tst_ProxyCall::checkedGetterWritesThreeLinesForTheLastError()
     LogCapture log;
     m_fake->answer("getValue", ScriptedAnswer::error(failure, QStringLiteral("gone")));
 
-    const QDBusReply<int> reply = ProxyCall::checkedGetter<int>(*m_proxy, "getValue", "Probe::getValue()",
-                                                                ProxyCall::GetterLog::ErrorInterfacePathLines);
+    const QDBusReply<int> reply = ProxyCall::checkedGetter<int>(
+        *m_proxy, "getValue", {"Probe::getValue() Error! ", "Probe::getValue() Interface ", "Probe::getValue() Path "});
 
     QVERIFY(!reply.isValid());
     QCOMPARE(reply.value(), 0);
@@ -292,7 +292,7 @@ void tst_ProxyCall::checkedGetterWritesOneLineInTheShortForm()
     m_fake->answer("getString", ScriptedAnswer::error(failure, QStringLiteral("gone")));
 
     const QDBusReply<QString> reply =
-        ProxyCall::checkedGetter<QString>(*m_proxy, "getString", "Probe::getString()", ProxyCall::GetterLog::ErrorLine);
+        ProxyCall::checkedGetter<QString>(*m_proxy, "getString", {"Probe::getString() Error! "});
 
     QVERIFY(!reply.isValid());
     QCOMPARE(log.lines(), debugLines({"Probe::getString() Error!  \"gone\""}));
@@ -303,8 +303,8 @@ void tst_ProxyCall::checkedGetterFollowsLastErrorSoAWrongTypeIsNotLogged()
     LogCapture log;
     m_fake->answer("getValue", ScriptedAnswer::value(true));
 
-    const QDBusReply<int> reply = ProxyCall::checkedGetter<int>(*m_proxy, "getValue", "Probe::getValue()",
-                                                                ProxyCall::GetterLog::ErrorInterfacePathLines);
+    const QDBusReply<int> reply = ProxyCall::checkedGetter<int>(
+        *m_proxy, "getValue", {"Probe::getValue() Error! ", "Probe::getValue() Interface ", "Probe::getValue() Path "});
 
     QVERIFY(!reply.isValid());
     QVERIFY(!m_proxy->lastError().isValid());
@@ -316,8 +316,8 @@ void tst_ProxyCall::checkedGetterLogsNothingOnSuccess()
     LogCapture log;
     m_fake->answer("getValue", ScriptedAnswer::value(3));
 
-    const QDBusReply<int> reply = ProxyCall::checkedGetter<int>(*m_proxy, "getValue", "Probe::getValue()",
-                                                                ProxyCall::GetterLog::ErrorInterfacePathLines);
+    const QDBusReply<int> reply = ProxyCall::checkedGetter<int>(
+        *m_proxy, "getValue", {"Probe::getValue() Error! ", "Probe::getValue() Interface ", "Probe::getValue() Path "});
 
     QCOMPARE(reply.value(), 3);
     QCOMPARE(log.lines(), QList<LogLine>());
