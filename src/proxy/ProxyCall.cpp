@@ -61,4 +61,13 @@ void FailureReport::write(const QDBusError &error) const
     line << m_literal << m_service << " / " << m_path << " / Error:" << error.message();
 }
 
+QList<int> toIntList(const QList<QVariant> &values)
+{
+    QList<int> numbers;
+    numbers.reserve(values.size());
+    for (const QVariant &value : values)
+        numbers.append(value.toInt());
+    return numbers;
+}
+
 } // namespace ProxyCall

@@ -125,6 +125,10 @@ QVariant checkedVariant(QDBusAbstractInterface &proxy, const FailureReport &repo
     return checked<QDBusVariant>(proxy, report, member, args...).variant();
 }
 
+/// Each element's QVariant::toInt(), in order; an element that does not convert counts as
+/// 0, so the result is exactly as long as @p values. For numbers that arrive as variants.
+QList<int> toIntList(const QList<QVariant> &values);
+
 } // namespace ProxyCall
 
 #endif
