@@ -46,6 +46,14 @@ void blockingVoid(QDBusAbstractInterface &proxy, const QString &member, const Ar
     callBlocking(proxy, member, arguments(args...));
 }
 
+/**
+ * Hand-built blocking call over the connector's connection, fetched afresh at each use,
+ * for the library's own requests that do not go through a proxy's connection. Waits at
+ * most the connection's default time-out.
+ */
+QDBusMessage callThroughConnector(const QString &service, const QString &path, const QString &member,
+                                  const QList<QVariant> &args = {});
+
 /// Fire-and-forget call, argument list form: sends and returns; no reply is ever seen.
 void fireAndForgetList(QDBusAbstractInterface &proxy, const QString &member, const QList<QVariant> &args);
 
