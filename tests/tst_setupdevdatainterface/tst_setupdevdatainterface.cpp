@@ -8,6 +8,7 @@
 #include <QDBusConnection>
 #include <QDBusMetaType>
 #include <QDBusVariant>
+#include <QPointer>
 #include <QtTest/QTest>
 
 #include <functional>
@@ -81,6 +82,9 @@ private Q_SLOTS:
     void init();
     void cleanup();
 
+    void constructorPassesItsArgumentsOnAndCallsNothing();
+    void keepsServiceAndPathBesideTheBase();
+
     void sendsEachOperationWithItsWireForm_data();
     void sendsEachOperationWithItsWireForm();
     void setValueSendsADoubleInsideOneVariant();
@@ -130,6 +134,38 @@ void tst_SetupDevDataInterface::cleanup()
 {
     m_proxy.reset();
     m_fake.reset();
+}
+
+void tst_SetupDevDataInterface::constructorPassesItsArgumentsOnAndCallsNothing()
+{
+    auto parent = std::make_unique<QObject>();
+    m_fake->answer("getString", ScriptedAnswer::value(QStringLiteral("x")));
+
+    auto *proxy = new SetupDevDataInterface(m_fake->service(), path, QDBusConnection::sessionBus(), parent.get());
+
+    QCOMPARE(proxy->parent(), parent.get());
+    QCOMPARE(proxy->service(), m_fake->service());
+    QCOMPARE(proxy->path(), path);
+    QCOMPARE(proxy->interface(), QStringLiteral("com.velk.mqx.MeasApplInterface"));
+    QVERIFY(!proxy->lastError().isValid());
+
+    // The fake handles messages in order: anything sent at construction would stand
+    // before this call.
+    proxy->getString();
+    const QList<ReceivedCall> calls = m_fake->calls();
+    QCOMPARE(calls.size(), 1);
+    QCOMPARE(calls.first().member, QStringLiteral("getString"));
+
+    // Qt ownership: the parent deletes the proxy.
+    QPointer<SetupDevDataInterface> watch(proxy);
+    parent.reset();
+    QVERIFY(watch.isNull());
+}
+
+void tst_SetupDevDataInterface::keepsServiceAndPathBesideTheBase()
+{
+    // Service and path are kept for the error lines, and nothing else.
+    QCOMPARE(sizeof(SetupDevDataInterface), sizeof(QDBusAbstractInterface) + 2 * sizeof(QString));
 }
 
 void tst_SetupDevDataInterface::sendsEachOperationWithItsWireForm_data()

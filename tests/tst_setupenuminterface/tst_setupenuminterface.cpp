@@ -5,6 +5,7 @@
 #include "ProxyTestSupport.h"
 
 #include <QDBusConnection>
+#include <QPointer>
 #include <QtTest/QTest>
 
 #include <functional>
@@ -25,6 +26,9 @@ class tst_SetupEnumInterface : public QObject
 private Q_SLOTS:
     void init();
     void cleanup();
+
+    void constructorPassesItsArgumentsOnAndCallsNothing();
+    void holdsNoDataOfItsOwn();
 
     void sendsEachOperationWithItsWireForm_data();
     void sendsEachOperationWithItsWireForm();
@@ -59,6 +63,37 @@ void tst_SetupEnumInterface::cleanup()
 {
     m_proxy.reset();
     m_fake.reset();
+}
+
+void tst_SetupEnumInterface::constructorPassesItsArgumentsOnAndCallsNothing()
+{
+    auto parent = std::make_unique<QObject>();
+    m_fake->answer("isChangeable", ScriptedAnswer::value(true));
+
+    auto *proxy = new SetupEnumInterface(m_fake->service(), path, QDBusConnection::sessionBus(), parent.get());
+
+    QCOMPARE(proxy->parent(), parent.get());
+    QCOMPARE(proxy->service(), m_fake->service());
+    QCOMPARE(proxy->path(), path);
+    QCOMPARE(proxy->interface(), QStringLiteral("com.velk.mqx.MeasApplInterface"));
+    QVERIFY(!proxy->lastError().isValid());
+
+    // The fake handles messages in order: anything sent at construction would stand
+    // before this call.
+    proxy->isChangeable();
+    const QList<ReceivedCall> calls = m_fake->calls();
+    QCOMPARE(calls.size(), 1);
+    QCOMPARE(calls.first().member, QStringLiteral("isChangeable"));
+
+    // Qt ownership: the parent deletes the proxy.
+    QPointer<SetupEnumInterface> watch(proxy);
+    parent.reset();
+    QVERIFY(watch.isNull());
+}
+
+void tst_SetupEnumInterface::holdsNoDataOfItsOwn()
+{
+    QCOMPARE(sizeof(SetupEnumInterface), sizeof(QDBusAbstractInterface));
 }
 
 void tst_SetupEnumInterface::sendsEachOperationWithItsWireForm_data()
