@@ -6,7 +6,6 @@
 
 #include <QDBusArgument>
 #include <QDBusConnection>
-#include <QDBusMetaType>
 #include <QDBusVariant>
 #include <QPointer>
 #include <QtTest/QTest>
@@ -15,9 +14,7 @@
 #include <memory>
 
 using Operation = std::function<QVariant(SetupDevDataInterface &)>;
-using BoolOperation = std::function<Outcome(SetupDevDataInterface &)>;
 Q_DECLARE_METATYPE(Operation)
-Q_DECLARE_METATYPE(BoolOperation)
 
 namespace {
 const QString path = QStringLiteral("/Setup/DeviceData");
@@ -47,7 +44,8 @@ bool printableAscii(const QString &text)
 }
 
 /// @p text as the debug stream writes a QString item: in double quotes, with quotes and
-/// backslashes escaped. Enough for printable ASCII; other characters it would escape too.
+/// backslashes escaped. Other characters the stream escapes differently, hence
+/// printableAscii().
 QString quoted(const QString &text)
 {
     QString escaped = text;
