@@ -1,6 +1,22 @@
 #include "ProxyTestSupport.h"
 
 #include <QCoreApplication>
+#include <QDBusVariant>
+
+QList<QVariant> comparableArguments(const QList<QVariant> &arguments)
+{
+    QList<QVariant> comparable;
+    for (const QVariant &argument : arguments) {
+        if (argument.userType() != qMetaTypeId<QDBusVariant>()) {
+            comparable.append(argument);
+            continue;
+        }
+        const QVariant content = qvariant_cast<QDBusVariant>(argument).variant();
+        comparable.append(QVariantList{QStringLiteral("QDBusVariant"), QString::fromLatin1(content.typeName()),
+                                       comparableArguments({content}).first()});
+    }
+    return comparable;
+}
 
 void verifySignalRelay(QDBusAbstractInterface &proxy, FakeMeasApplication &fake, const char *qtSignal,
                        const QString &member, const QList<QVariant> &arguments)
@@ -21,7 +37,7 @@ void verifySignalRelay(QDBusAbstractInterface &proxy, FakeMeasApplication &fake,
 
         QVERIFY(spy.wait(5000));
         QCOMPARE(spy.count(), 1);
-        QCOMPARE(spy.first(), arguments);
+        QCOMPARE(comparableArguments(spy.first()), comparableArguments(arguments));
         QCOMPARE(deliveries.count(), 1);
     }
 

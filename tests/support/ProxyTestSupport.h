@@ -59,6 +59,15 @@ inline QStringList ownMethodSignatures(const QMetaObject &metaObject, QMetaMetho
     return signatures;
 }
 
+/// Return type names of the methods a class declares itself, in meta-object order.
+inline QStringList ownMethodReturnTypes(const QMetaObject &metaObject)
+{
+    QStringList types;
+    for (int i = metaObject.methodOffset(); i < metaObject.methodCount(); ++i)
+        types.append(QString::fromLatin1(metaObject.method(i).typeName()));
+    return types;
+}
+
 /// Compares the one call the fake received with the expected wire form.
 inline void verifySingleCall(const FakeMeasApplication &fake, const QString &path, const QString &member,
                              const QString &signature, const QList<QVariant> &arguments)
@@ -72,6 +81,13 @@ inline void verifySingleCall(const FakeMeasApplication &fake, const QString &pat
     QCOMPARE(calls.first().signature, signature);
     QCOMPARE(calls.first().arguments, arguments);
 }
+
+/**
+ * @p arguments in a form QCOMPARE can judge: each QDBusVariant becomes a list of its
+ * wrapper's name, its content's type name and its content. Qt 5 compares QDBusVariant
+ * values inside a QVariant byte by byte, so equal values may differ there.
+ */
+QList<QVariant> comparableArguments(const QList<QVariant> &arguments);
 
 /**
  * Checks that @p qtSignal of @p proxy relays the bus signal @p member of the proxy's own
