@@ -56,14 +56,7 @@ bool DBusInterfaceManager::isMeasAppAvailable(QString appName)
     // Even an unconnected connection has a bus interface object; its query simply fails.
     const QDBusReply<QStringList> names =
         DBusConnector::getInstance()->getDBusConnection().interface()->registeredServiceNames();
-    if (!names.isValid())
-        return false;
-    bool found = false;
-    for (const QString &name : names.value()) {
-        if (name == service)
-            found = true;
-    }
-    return found;
+    return names.isValid() && names.value().contains(service);
 }
 
 QString DBusInterfaceManager::getMeasAppStatus(QString appName)
