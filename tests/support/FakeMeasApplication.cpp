@@ -183,6 +183,11 @@ QString FakeMeasApplication::serviceFor(const QString &appName)
 FakeMeasApplication::FakeMeasApplication(const QString &service)
     : m_peer(new FakePeer(service))
 {
+    // The caller's session connection holds incoming messages back until the caller's event
+    // loop first runs. Let it run, or owner changes of earlier fakes wait in that queue and
+    // mislead the proxies' owner tracking once a later test listens for a signal.
+    QDBusConnection::sessionBus();
+    QCoreApplication::processEvents();
     m_peer->start();
 }
 

@@ -137,7 +137,8 @@ void tst_SetupBoolInterface::sendsEachOperationWithItsWireForm()
     m_fake->answer(member, ScriptedAnswer::reply());
     operation(*m_proxy);
     verifySingleCall(*m_fake, path, member, signature, arguments);
-    for (const QVariant &argument : m_fake->calls().first().arguments)
+    const QList<ReceivedCall> calls = m_fake->calls();
+    for (const QVariant &argument : calls.first().arguments)
         QCOMPARE(argument.userType(), int(QMetaType::Bool));
 }
 

@@ -158,7 +158,8 @@ void tst_SetupDoubleInterface::sendsEachOperationWithItsWireForm()
     operation(*m_proxy);
     verifySingleCall(*m_fake, path, member, signature, arguments);
     // An exact type check: QVariant would call an int argument equal to the double.
-    for (const QVariant &argument : m_fake->calls().first().arguments)
+    const QList<ReceivedCall> calls = m_fake->calls();
+    for (const QVariant &argument : calls.first().arguments)
         QCOMPARE(argument.userType(), int(QMetaType::Double));
 }
 

@@ -42,7 +42,6 @@ class tst_SetupMapItemInterface : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
-    void initTestCase();
     void init();
     void cleanup();
 
@@ -75,15 +74,6 @@ private:
     std::unique_ptr<FakeMeasApplication> m_fake;
     std::unique_ptr<SetupMapItemInterface> m_proxy;
 };
-
-void tst_SetupMapItemInterface::initTestCase()
-{
-    // The session connection holds incoming messages back until the event loop first
-    // runs. Let it start now, or owner changes of earlier fakes wait in its queue and
-    // mislead its owner tracking once a later test listens for a signal.
-    QDBusConnection::sessionBus();
-    QCoreApplication::processEvents();
-}
 
 void tst_SetupMapItemInterface::init()
 {

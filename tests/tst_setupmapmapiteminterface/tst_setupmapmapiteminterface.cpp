@@ -175,11 +175,6 @@ private:
 
 void tst_SetupMapMapItemInterface::initTestCase()
 {
-    // The session connection holds incoming messages back until the event loop first
-    // runs. Let it start now, or owner changes of earlier fakes wait in its queue and
-    // mislead its owner tracking once a later test listens for a signal.
-    QDBusConnection::sessionBus();
-    QCoreApplication::processEvents();
     m_stringMapIdBeforeAnyProxy = DBusCompat::metaTypeIdByName("SettingsStringMap");
 }
 
