@@ -19,8 +19,9 @@ root=$(realpath -m "${DBUSINTERFACES_I386_ROOT:-$src/build/i386-root}")
 suite=bookworm
 packages=(cmake g++ make pkg-config qtbase5-dev dbus-daemon dbus-bin)
 jobs=$(nproc)
-# The source appears read-only at its host path, so that diagnostics name the host's
-# files; the build tree stays in the root, one per source tree, and is reused.
+# The source appears read-only at /source (not at its host path, which may lie under the
+# root's private /tmp); the build tree stays in the root, one per source tree, and is reused.
+source_dir=/source
 build="/build$src"
 started=$SECONDS
 
@@ -95,12 +96,12 @@ fi
 
 # 3. What building and testing need inside the root: processes, devices, a private /tmp
 #    for the test buses, and the source tree.
-mkdir -p "$root$src" "$root$build"
+mkdir -p "$root$source_dir" "$root$build"
 mount -t proc proc "$root/proc"
 mount --bind /dev "$root/dev"
 mount -t tmpfs -o mode=1777 tmpfs "$root/tmp"
-mount --bind "$src" "$root$src"
-mount -o remount,bind,ro "$root$src"
+mount --bind "$src" "$root$source_dir"
+mount -o remount,bind,ro "$root$source_dir"
 
 # 4. The build and test dependencies, unless all are installed already.
 mapfile -t missing < <(missing_in_root)
@@ -120,7 +121,7 @@ fi
 
 # 5. Build and test as a 32-bit process; tst_platform checks the word size it is told.
 echo "=== i386 (Qt 5) in $root"
-in_root linux32 cmake -S "$src" -B "$build" -DCMAKE_BUILD_TYPE=Debug -DDBUSINTERFACES_WERROR=ON \
+in_root linux32 cmake -S "$source_dir" -B "$build" -DCMAKE_BUILD_TYPE=Debug -DDBUSINTERFACES_WERROR=ON \
     -DQT_MAJOR_VERSION=5 >/dev/null
 in_root linux32 cmake --build "$build" -j "$jobs"
 in_root linux32 env DBUSINTERFACES_EXPECT_WORD_SIZE=32 ctest --test-dir "$build" --output-on-failure -j "$jobs"
