@@ -3,17 +3,20 @@
 
 #include "BusTestSupport.h"
 #include "FakeMeasApplication.h"
+#include "LogCapture.h"
 
 #include <QDBusAbstractInterface>
 #include <QDBusReply>
 #include <QMetaMethod>
 #include <QMetaObject>
+#include <QPointer>
 #include <QSignalSpy>
 #include <QStringList>
 #include <QVariant>
 #include <QtTest/QTest>
 
 #include <functional>
+#include <memory>
 
 /// A service nobody owns on the test bus.
 inline QString absentService()
@@ -88,6 +91,45 @@ inline void verifySingleCall(const FakeMeasApplication &fake, const QString &pat
  * values inside a QVariant byte by byte, so equal values may differ there.
  */
 QList<QVariant> comparableArguments(const QList<QVariant> &arguments);
+
+/**
+ * Checks what every proxy class shares at construction: service, path, interface and parent
+ * are passed on, no message is sent and nothing is logged, and the parent deletes the proxy.
+ */
+template<typename Proxy>
+void verifyConstructionContract(FakeMeasApplication &fake, const QString &path)
+{
+    LogCapture log;
+    auto parent = std::make_unique<QObject>();
+    fake.clearCalls();
+
+    QPointer<Proxy> proxy = new Proxy(fake.service(), path, QDBusConnection::sessionBus(), parent.get());
+
+    QCOMPARE(proxy->parent(), parent.get());
+    QCOMPARE(proxy->service(), fake.service());
+    QCOMPARE(proxy->path(), path);
+    QCOMPARE(proxy->interface(), FakeMeasApplication::interfaceName);
+    QVERIFY(!proxy->lastError().isValid());
+    // A message sent at construction would have reached the fake before this round trip ends.
+    syncWithBus(proxy->connection());
+    QCOMPARE(fake.callCount(), 0);
+    QCOMPARE(log.lines(), QList<LogLine>());
+
+    parent.reset();
+    QVERIFY(proxy.isNull());
+}
+
+/// qt_metacast answers the class's own name with the object and leaves other names to the base.
+template<typename Proxy>
+void verifyMetaCast(Proxy &proxy, const char *className)
+{
+    QCOMPARE(proxy.qt_metacast(className), static_cast<void *>(&proxy));
+    QCOMPARE(proxy.qt_metacast("QDBusAbstractInterface"),
+             static_cast<void *>(static_cast<QDBusAbstractInterface *>(&proxy)));
+    QCOMPARE(proxy.qt_metacast("QObject"), static_cast<void *>(static_cast<QObject *>(&proxy)));
+    QCOMPARE(proxy.qt_metacast(nullptr), nullptr);
+    QCOMPARE(proxy.qt_metacast("NoSuchInterface"), nullptr);
+}
 
 /**
  * Checks that @p qtSignal of @p proxy relays the bus signal @p member of the proxy's own

@@ -26,6 +26,7 @@ private Q_SLOTS:
     void init();
     void cleanup();
 
+    void constructionPassesItsArgumentsOnAndSendsNothing();
     void sendsEachOperationWithItsWireForm_data();
     void sendsEachOperationWithItsWireForm();
     void mapsEachReply_data();
@@ -63,6 +64,11 @@ void tst_SetupIntInterface::cleanup()
 {
     m_proxy.reset();
     m_fake.reset();
+}
+
+void tst_SetupIntInterface::constructionPassesItsArgumentsOnAndSendsNothing()
+{
+    verifyConstructionContract<SetupIntInterface>(*m_fake, path);
 }
 
 void tst_SetupIntInterface::sendsEachOperationWithItsWireForm_data()
@@ -338,10 +344,7 @@ void tst_SetupIntInterface::metaObjectListsSignalsThenSlotsInDeclarationOrder()
 
 void tst_SetupIntInterface::metaCastKnowsTheClassAndLeavesTheRestToTheBase()
 {
-    QCOMPARE(m_proxy->qt_metacast("SetupIntInterface"), static_cast<void *>(m_proxy.get()));
-    QCOMPARE(m_proxy->qt_metacast("QDBusAbstractInterface"),
-             static_cast<void *>(static_cast<QDBusAbstractInterface *>(m_proxy.get())));
-    QCOMPARE(m_proxy->qt_metacast(nullptr), nullptr);
+    verifyMetaCast(*m_proxy, "SetupIntInterface");
     QCOMPARE(m_proxy->qt_metacast("SetupDoubleInterface"), nullptr);
 }
 
