@@ -625,7 +625,7 @@ inline void verifyCheckedGetter(FakeMeasApplication &fake, QDBusAbstractInterfac
     QCOMPARE(fake.callCount(), 1);
 }
 
-/// Each of @p stamps comes back as the application sent it, time spec included.
+/// Each of @p stamps comes back as the application sent it, its Qt::TimeSpec included.
 template<typename Proxy>
 void verifyTimeStampsRoundTrip(FakeMeasApplication &fake, Proxy &proxy, const QList<QDateTime> &stamps)
 {
