@@ -70,6 +70,7 @@ private Q_SLOTS:
     void init();
     void cleanup();
 
+    void constructionPassesItsArgumentsOnAndSendsNothing();
     void sendsEachOperationAsItsOwnMemberWithoutArguments_data();
     void sendsEachOperationAsItsOwnMemberWithoutArguments();
     void mapsEachGeneratedReply_data();
@@ -110,6 +111,11 @@ void tst_ResultBoolInterface::cleanup()
 {
     m_proxy.reset();
     m_fake.reset();
+}
+
+void tst_ResultBoolInterface::constructionPassesItsArgumentsOnAndSendsNothing()
+{
+    verifyConstructionContract<ResultBoolInterface>(*m_fake, path);
 }
 
 void tst_ResultBoolInterface::sendsEachOperationAsItsOwnMemberWithoutArguments_data()

@@ -68,6 +68,7 @@ private Q_SLOTS:
     void init();
     void cleanup();
 
+    void constructionPassesItsArgumentsOnAndSendsNothing();
     void sendsEachOperationAsItsOwnMemberWithoutArguments_data();
     void sendsEachOperationAsItsOwnMemberWithoutArguments();
     void mapsEachGeneratedReply_data();
@@ -110,6 +111,11 @@ void tst_ResultDoubleInterface::cleanup()
 {
     m_proxy.reset();
     m_fake.reset();
+}
+
+void tst_ResultDoubleInterface::constructionPassesItsArgumentsOnAndSendsNothing()
+{
+    verifyConstructionContract<ResultDoubleInterface>(*m_fake, path);
 }
 
 void tst_ResultDoubleInterface::sendsEachOperationAsItsOwnMemberWithoutArguments_data()

@@ -48,6 +48,7 @@ private Q_SLOTS:
     void init();
     void cleanup();
 
+    void constructionPassesItsArgumentsOnAndSendsNothing();
     void sendsEachOperationAsItsOwnMemberWithoutArguments_data();
     void sendsEachOperationAsItsOwnMemberWithoutArguments();
     void mapsEachGeneratedReply_data();
@@ -90,6 +91,11 @@ void tst_ResultEnumInterface::cleanup()
 {
     m_proxy.reset();
     m_fake.reset();
+}
+
+void tst_ResultEnumInterface::constructionPassesItsArgumentsOnAndSendsNothing()
+{
+    verifyConstructionContract<ResultEnumInterface>(*m_fake, path);
 }
 
 void tst_ResultEnumInterface::sendsEachOperationAsItsOwnMemberWithoutArguments_data()

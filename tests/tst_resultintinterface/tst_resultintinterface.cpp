@@ -71,6 +71,7 @@ private Q_SLOTS:
     void init();
     void cleanup();
 
+    void constructionPassesItsArgumentsOnAndSendsNothing();
     void sendsEachOperationAsItsOwnMemberWithoutArguments_data();
     void sendsEachOperationAsItsOwnMemberWithoutArguments();
     void mapsEachGeneratedReply_data();
@@ -113,6 +114,11 @@ void tst_ResultIntInterface::cleanup()
 {
     m_proxy.reset();
     m_fake.reset();
+}
+
+void tst_ResultIntInterface::constructionPassesItsArgumentsOnAndSendsNothing()
+{
+    verifyConstructionContract<ResultIntInterface>(*m_fake, path);
 }
 
 void tst_ResultIntInterface::sendsEachOperationAsItsOwnMemberWithoutArguments_data()
