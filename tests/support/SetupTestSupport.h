@@ -146,6 +146,7 @@ public:
         return *this;
     }
 
+    /// The row @p name; a name the table lacks is a mistake in the test.
     const ReplyCase<Proxy> &operator[](const char *name) const
     {
         for (const ReplyCase<Proxy> &replyCase : m_cases) {
@@ -155,14 +156,15 @@ public:
         qFatal("The reply table has no row %s", name);
     }
 
+    /// The table without the rows @p names.
     ReplyTable without(const QList<const char *> &names) const
     {
         ReplyTable rest;
         for (const ReplyCase<Proxy> &replyCase : m_cases) {
-            bool left = false;
+            bool leftOut = false;
             for (const char *name : names)
-                left = left || qstrcmp(replyCase.name, name) == 0;
-            if (!left)
+                leftOut = leftOut || qstrcmp(replyCase.name, name) == 0;
+            if (!leftOut)
                 rest.m_cases.push_back(replyCase);
         }
         return rest;
@@ -420,10 +422,12 @@ protected:
         const QList<ReceivedCall> calls = m_fake->calls();
         QCOMPARE(calls.size(), expectedCalls);
         verifyReceivedCall(calls.at(0), m_path, failingCall.member, failingCall.signature, failingCall.arguments);
-        for (std::size_t i = 0; i < asyncCalls.size(); ++i) {
+        for (std::size_t i = 0; i < asyncCalls.size() && !QTest::currentTestFailed(); ++i) {
             const Sent &sent = asyncCalls.at(i);
             verifyReceivedCall(calls.at(int(i) + 1), m_path, sent.member, sent.signature, sent.arguments);
         }
+        if (QTest::currentTestFailed())
+            return;
         QCOMPARE(m_proxy->lastError().message(), QStringLiteral("earlier failure"));
         QCOMPARE(log.lines(), QList<LogLine>());
     }
@@ -459,6 +463,8 @@ protected:
     void verifyMetaCastOf(const char *className, const QList<const char *> &otherNames)
     {
         verifyMetaCast(*m_proxy, className);
+        if (QTest::currentTestFailed())
+            return;
         for (const char *name : otherNames)
             QCOMPARE(m_proxy->qt_metacast(name), nullptr);
     }
