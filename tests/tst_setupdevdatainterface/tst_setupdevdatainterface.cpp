@@ -3,22 +3,20 @@
 #include "FakeMeasApplication.h"
 #include "LogCapture.h"
 #include "ProxyTestSupport.h"
+#include "SetupTestSupport.h"
 
 #include <QDBusArgument>
 #include <QDBusConnection>
 #include <QDBusVariant>
-#include <QPointer>
 #include <QtTest/QTest>
 
 #include <functional>
-#include <memory>
 
 using Operation = std::function<QVariant(SetupDevDataInterface &)>;
 Q_DECLARE_METATYPE(Operation)
 
 namespace {
 const QString path = QStringLiteral("/Setup/DeviceData");
-const QString failure = QStringLiteral("com.velk.mqx.Error.Failed");
 
 QVariant wrap(const QVariant &value)
 {
@@ -31,6 +29,23 @@ QVariant unwrappedSingleArgument(const ReceivedCall &call)
     if (call.arguments.size() != 1 || call.arguments.first().userType() != qMetaTypeId<QDBusVariant>())
         return QVariant();
     return qvariant_cast<QDBusVariant>(call.arguments.first()).variant();
+}
+
+/// A setValue() call of @p value: the wrapped value keeps its own type.
+SentCall<SetupDevDataInterface> setValueCall(const char *name, const QVariant &value)
+{
+    return {name, [value](SetupDevDataInterface &p) { p.setValue(value); }, "setValue", "v", {wrap(value)}};
+}
+
+SentCall<SetupDevDataInterface> setValueAsyncCall(const char *name, const QVariant &value)
+{
+    return {name, [value](SetupDevDataInterface &p) { p.setValueAsync(value); }, "setValue", "v", {wrap(value)}};
+}
+
+std::vector<SentCall<SetupDevDataInterface>> asyncCalls()
+{
+    return {setValueAsyncCall("setValueAsync double", 9.5),
+            setValueAsyncCall("setValueAsync string", QStringLiteral("nine"))};
 }
 
 /// Whether quoted() renders @p text as the debug stream does.
@@ -72,7 +87,7 @@ QDBusError conversionError(const FakeMeasApplication &fake, const QString &membe
 }
 } // namespace
 
-class tst_SetupDevDataInterface : public QObject
+class tst_SetupDevDataInterface : public QObject, private SetupProxyFixture<SetupDevDataInterface>
 {
     Q_OBJECT
 
@@ -116,48 +131,21 @@ private Q_SLOTS:
     void relaysSetupChangedOfItsOwnObjectOnly();
     void setupChangedHandsTheReceiverTheWrapper();
     void setupChangedLeavesAStructuredValueAsQDBusArgument();
-
-private:
-    std::unique_ptr<FakeMeasApplication> m_fake;
-    std::unique_ptr<SetupDevDataInterface> m_proxy;
 };
 
 void tst_SetupDevDataInterface::init()
 {
-    m_fake.reset(new FakeMeasApplication);
-    m_proxy.reset(new SetupDevDataInterface(m_fake->service(), path, QDBusConnection::sessionBus()));
+    startFixture(path);
 }
 
 void tst_SetupDevDataInterface::cleanup()
 {
-    m_proxy.reset();
-    m_fake.reset();
+    stopFixture();
 }
 
 void tst_SetupDevDataInterface::constructorPassesItsArgumentsOnAndCallsNothing()
 {
-    auto parent = std::make_unique<QObject>();
-    m_fake->answer("getString", ScriptedAnswer::value(QStringLiteral("x")));
-
-    auto *proxy = new SetupDevDataInterface(m_fake->service(), path, QDBusConnection::sessionBus(), parent.get());
-
-    QCOMPARE(proxy->parent(), parent.get());
-    QCOMPARE(proxy->service(), m_fake->service());
-    QCOMPARE(proxy->path(), path);
-    QCOMPARE(proxy->interface(), QStringLiteral("com.velk.mqx.MeasApplInterface"));
-    QVERIFY(!proxy->lastError().isValid());
-
-    // The fake handles messages in order: anything sent at construction would stand
-    // before this call.
-    proxy->getString();
-    const QList<ReceivedCall> calls = m_fake->calls();
-    QCOMPARE(calls.size(), 1);
-    QCOMPARE(calls.first().member, QStringLiteral("getString"));
-
-    // Qt ownership: the parent deletes the proxy.
-    QPointer<SetupDevDataInterface> watch(proxy);
-    parent.reset();
-    QVERIFY(watch.isNull());
+    verifyConstructionContract<SetupDevDataInterface>(*m_fake, path);
 }
 
 void tst_SetupDevDataInterface::keepsServiceAndPathBesideTheBase()
@@ -168,74 +156,24 @@ void tst_SetupDevDataInterface::keepsServiceAndPathBesideTheBase()
 
 void tst_SetupDevDataInterface::sendsEachOperationWithItsWireForm_data()
 {
-    QTest::addColumn<Operation>("operation");
-    QTest::addColumn<QString>("member");
-    QTest::addColumn<QString>("signature");
-    QTest::addColumn<QVariant>("wrapped");
-
-    const auto set = [](const QVariant &value) {
-        return Operation([value](SetupDevDataInterface &p) {
-            p.setValue(value);
-            return QVariant();
-        });
-    };
-    const auto setAsync = [](const QVariant &value) {
-        return Operation([value](SetupDevDataInterface &p) {
-            p.setValueAsync(value);
-            return QVariant();
-        });
-    };
-    const QStringList channels{QStringLiteral("CH1"), QStringLiteral("CH2")};
-
-    // The wrapped value keeps its own type: an int stays an int32, a double a double.
-    QTest::newRow("setValue double") << set(3.5) << "setValue"
-                                     << "v" << QVariant(3.5);
-    QTest::newRow("setValue int") << set(7) << "setValue"
-                                  << "v" << QVariant(7);
-    QTest::newRow("setValue bool") << set(false) << "setValue"
-                                   << "v" << QVariant(false);
-    QTest::newRow("setValue string") << set(QStringLiteral("rack 2")) << "setValue"
-                                     << "v" << QVariant(QStringLiteral("rack 2"));
-    QTest::newRow("setValue string list") << set(channels) << "setValue"
-                                          << "v" << QVariant(channels);
-    QTest::newRow("setValue long long") << set(qlonglong(1) << 40) << "setValue"
-                                        << "v" << QVariant(qlonglong(1) << 40);
-    QTest::newRow("setValueAsync double") << setAsync(-0.25) << "setValue"
-                                          << "v" << QVariant(-0.25);
-    QTest::newRow("setValueAsync string") << setAsync(QStringLiteral("rack 3")) << "setValue"
-                                          << "v" << QVariant(QStringLiteral("rack 3"));
-    QTest::newRow("getValue") << Operation([](SetupDevDataInterface &p) { return p.getValue(); }) << "getValue"
-                              << "" << QVariant();
-    QTest::newRow("getString") << Operation([](SetupDevDataInterface &p) { return QVariant(p.getString()); })
-                               << "getString"
-                               << "" << QVariant();
+    // An int stays an int32 inside the variant, a double a double.
+    addWireFormRows({
+        setValueCall("setValue double", 3.5),
+        setValueCall("setValue int", 7),
+        setValueCall("setValue bool", false),
+        setValueCall("setValue string", QStringLiteral("rack 2")),
+        setValueCall("setValue string list", QStringList{QStringLiteral("CH1"), QStringLiteral("CH2")}),
+        setValueCall("setValue long long", qlonglong(1) << 40),
+        setValueAsyncCall("setValueAsync double", -0.25),
+        setValueAsyncCall("setValueAsync string", QStringLiteral("rack 3")),
+        {"getValue", [](SetupDevDataInterface &p) { p.getValue(); }, "getValue", "", {}},
+        {"getString", [](SetupDevDataInterface &p) { p.getString(); }, "getString", "", {}},
+    });
 }
 
 void tst_SetupDevDataInterface::sendsEachOperationWithItsWireForm()
 {
-    QFETCH(Operation, operation);
-    QFETCH(QString, member);
-    QFETCH(QString, signature);
-    QFETCH(QVariant, wrapped);
-
-    LogCapture log;
-    m_fake->answer(member, ScriptedAnswer::reply());
-    operation(*m_proxy);
-
-    QVERIFY(m_fake->waitForCalls(1));
-    const QList<ReceivedCall> calls = m_fake->calls();
-    QCOMPARE(calls.size(), 1);
-    QCOMPARE(calls.first().path, path);
-    QCOMPARE(calls.first().interface, FakeMeasApplication::interfaceName);
-    QCOMPARE(calls.first().member, member);
-    QCOMPARE(calls.first().signature, signature);
-    if (wrapped.isValid()) {
-        const QVariant inner = unwrappedSingleArgument(calls.first());
-        QCOMPARE(inner.userType(), wrapped.userType());
-        QCOMPARE(inner, wrapped);
-    } else {
-        QCOMPARE(calls.first().arguments, QList<QVariant>());
-    }
+    verifyWireForm();
 }
 
 void tst_SetupDevDataInterface::setValueSendsADoubleInsideOneVariant()
@@ -265,7 +203,7 @@ void tst_SetupDevDataInterface::setValueMapsEachReplyWithoutLogging_data()
 
     QTest::newRow("answered true") << ScriptedAnswer::value(true) << true << true;
     QTest::newRow("answered false") << ScriptedAnswer::value(false) << true << false;
-    QTest::newRow("error") << ScriptedAnswer::error(failure, QStringLiteral("refused")) << false << false;
+    QTest::newRow("error") << ScriptedAnswer::error(failedErrorName, QStringLiteral("refused")) << false << false;
     QTest::newRow("wrong type") << ScriptedAnswer::value(1) << false << false;
     QTest::newRow("wrapped bool") << ScriptedAnswer::value(wrap(true)) << false << false;
     QTest::newRow("no value") << ScriptedAnswer::reply() << false << false;
@@ -402,6 +340,14 @@ void addGetterColumns()
     QTest::addColumn<QVariant>("empty");
 }
 
+/// @p result is exactly what the row's failed getter returns, type included.
+void verifyEmptyResult(const QVariant &result, const QVariant &empty)
+{
+    QCOMPARE(result.isValid(), empty.isValid());
+    QCOMPARE(result.userType(), empty.userType());
+    QCOMPARE(result, empty);
+}
+
 void addGetterRow(const char *name, const QString &member)
 {
     if (member == QLatin1String("getValue"))
@@ -426,13 +372,11 @@ void tst_SetupDevDataInterface::gettersLogOneLineOnAnErrorReply()
     QFETCH(QVariant, empty);
 
     LogCapture log;
-    m_fake->answer(member, ScriptedAnswer::error(failure, QStringLiteral("no device data")));
+    m_fake->answer(member, ScriptedAnswer::error(failedErrorName, QStringLiteral("no device data")));
 
     const QVariant result = operation(*m_proxy);
 
-    QCOMPARE(result.isValid(), empty.isValid());
-    QCOMPARE(result.userType(), empty.userType());
-    QCOMPARE(result, empty);
+    verifyEmptyResult(result, empty);
     QCOMPARE(log.lines(), failureLines(m_fake->service(), QStringLiteral("no device data")));
 }
 
@@ -470,9 +414,7 @@ void tst_SetupDevDataInterface::gettersLogOneLineForAWrongTypedReply()
     const QVariant result = operation(*m_proxy);
     const QList<LogLine> lines = log.lines();
 
-    QCOMPARE(result.isValid(), empty.isValid());
-    QCOMPARE(result.userType(), empty.userType());
-    QCOMPARE(result, empty);
+    verifyEmptyResult(result, empty);
     QVERIFY(!m_proxy->lastError().isValid());
     const QDBusError expected = member == QLatin1String("getValue") ? conversionError<QDBusVariant>(*m_fake, member)
                                                                     : conversionError<QString>(*m_fake, member);
@@ -498,9 +440,7 @@ void tst_SetupDevDataInterface::gettersLogOneLineWhenTheServiceIsAbsent()
 
     const QVariant result = operation(proxy);
 
-    QCOMPARE(result.isValid(), empty.isValid());
-    QCOMPARE(result.userType(), empty.userType());
-    QCOMPARE(result, empty);
+    verifyEmptyResult(result, empty);
     QCOMPARE(proxy.lastError().type(), QDBusError::ServiceUnknown);
     const QString message = proxy.lastError().message();
     QVERIFY(message.contains(absentService()));
@@ -514,7 +454,7 @@ void tst_SetupDevDataInterface::gettersLogOneLineWhenTheServiceIsAbsent()
 void tst_SetupDevDataInterface::gettersQuoteAndEscapeTheErrorMessage()
 {
     LogCapture log;
-    m_fake->answer("getString", ScriptedAnswer::error(failure, QStringLiteral("say \"hi\"")));
+    m_fake->answer("getString", ScriptedAnswer::error(failedErrorName, QStringLiteral("say \"hi\"")));
 
     QCOMPARE(m_proxy->getString(), QString());
 
@@ -525,7 +465,7 @@ void tst_SetupDevDataInterface::gettersQuoteAndEscapeTheErrorMessage()
 
 void tst_SetupDevDataInterface::gettersLogNothingWhenOnlyAnEarlierCallFailed()
 {
-    m_fake->answer("setValue", ScriptedAnswer::error(failure, QStringLiteral("earlier failure")));
+    m_fake->answer("setValue", ScriptedAnswer::error(failedErrorName, QStringLiteral("earlier failure")));
     m_fake->answer("getValue", ScriptedAnswer::value(wrap(2.5)));
     m_fake->answer("getString", ScriptedAnswer::value(QStringLiteral("2.5 V")));
     m_proxy->setValue(QVariant(1.0));
@@ -539,62 +479,25 @@ void tst_SetupDevDataInterface::gettersLogNothingWhenOnlyAnEarlierCallFailed()
 
 void tst_SetupDevDataInterface::asyncSetterReturnsAtOnceAndLeavesLastErrorAlone()
 {
-    m_fake->answer("getString", ScriptedAnswer::error(failure, QStringLiteral("earlier failure")));
-    m_fake->answer("setValue", ScriptedAnswer::silence());
-    m_proxy->getString();
-    QCOMPARE(m_proxy->lastError().message(), QStringLiteral("earlier failure"));
-
-    // The application never answers: a call that waited would not come back in time
-    // for the fake to see both messages.
-    LogCapture log;
-    m_proxy->setValueAsync(QVariant(9.5));
-    m_proxy->setValueAsync(QVariant(QStringLiteral("nine")));
-
-    QVERIFY(m_fake->waitForCalls(3));
-    const QList<ReceivedCall> calls = m_fake->calls();
-    QCOMPARE(calls.at(1).member, QStringLiteral("setValue"));
-    QCOMPARE(calls.at(1).signature, QStringLiteral("v"));
-    QCOMPARE(unwrappedSingleArgument(calls.at(1)), QVariant(9.5));
-    QCOMPARE(calls.at(2).member, QStringLiteral("setValue"));
-    QCOMPARE(unwrappedSingleArgument(calls.at(2)), QVariant(QStringLiteral("nine")));
-    QCOMPARE(m_proxy->lastError().message(), QStringLiteral("earlier failure"));
-    QCOMPARE(log.lines(), QList<LogLine>());
+    verifyAsyncCallsReturnAtOnce({"getString", [](SetupDevDataInterface &p) { p.getString(); }, "getString", "", {}},
+                                 asyncCalls());
 }
 
 void tst_SetupDevDataInterface::asyncSetterToAnAbsentServiceLogsNothing()
 {
-    LogCapture log;
-    SetupDevDataInterface proxy(absentService(), path, QDBusConnection::sessionBus());
-    const QDBusError before = proxy.lastError();
-
-    proxy.setValueAsync(QVariant(5));
-
-    QCOMPARE(proxy.lastError().type(), before.type());
-    QCOMPARE(proxy.lastError().message(), before.message());
-    QCOMPARE(log.lines(), QList<LogLine>());
+    verifyAsyncCallsToAnAbsentServiceShowNothing(asyncCalls());
 }
 
 void tst_SetupDevDataInterface::metaObjectListsSignalsThenSlotsInDeclarationOrder()
 {
-    const QMetaObject &meta = SetupDevDataInterface::staticMetaObject;
-    QCOMPARE(ownMethodSignatures(meta),
-             QStringList({"setupChanged(QDBusVariant)", "setValue(QVariant)", "setValueAsync(QVariant)", "getValue()",
-                          "getString()"}));
-    QCOMPARE(ownMethodSignatures(meta, QMetaMethod::Signal), QStringList({"setupChanged(QDBusVariant)"}));
-    QCOMPARE(ownMethodReturnTypes(meta), QStringList({"void", "QDBusReply<bool>", "void", "QVariant", "QString"}));
-    QCOMPARE(meta.superClass(), &QDBusAbstractInterface::staticMetaObject);
-    QCOMPARE(m_proxy->metaObject(), &meta);
+    verifyOwnMethods(
+        {"setupChanged(QDBusVariant)", "setValue(QVariant)", "setValueAsync(QVariant)", "getValue()", "getString()"},
+        {"setupChanged(QDBusVariant)"}, {"void", "QDBusReply<bool>", "void", "QVariant", "QString"});
 }
 
 void tst_SetupDevDataInterface::metaCastKnowsTheClassAndLeavesTheRestToTheBase()
 {
-    QCOMPARE(m_proxy->qt_metacast("SetupDevDataInterface"), static_cast<void *>(m_proxy.get()));
-    QCOMPARE(m_proxy->qt_metacast("QDBusAbstractInterface"),
-             static_cast<void *>(static_cast<QDBusAbstractInterface *>(m_proxy.get())));
-    QCOMPARE(m_proxy->qt_metacast("QObject"), static_cast<void *>(static_cast<QObject *>(m_proxy.get())));
-    QCOMPARE(m_proxy->qt_metacast(nullptr), nullptr);
-    QCOMPARE(m_proxy->qt_metacast("SetupStringInterface"), nullptr);
-    QCOMPARE(m_proxy->qt_metacast("SetupDevData"), nullptr);
+    verifyMetaCastOf("SetupDevDataInterface", {"SetupStringInterface", "SetupDevData"});
 }
 
 void tst_SetupDevDataInterface::invokingSlotsByNameGivesTheDirectResult()
@@ -632,7 +535,7 @@ void tst_SetupDevDataInterface::invokingSlotsByNameGivesTheDirectResult()
 void tst_SetupDevDataInterface::invokingGetStringByNameLogsLikeTheDirectCall()
 {
     LogCapture log;
-    m_fake->answer("getString", ScriptedAnswer::error(failure, QStringLiteral("no device data")));
+    m_fake->answer("getString", ScriptedAnswer::error(failedErrorName, QStringLiteral("no device data")));
 
     QString text = QStringLiteral("stale");
     QVERIFY(QMetaObject::invokeMethod(m_proxy.get(), "getString", Qt::DirectConnection, Q_RETURN_ARG(QString, text)));

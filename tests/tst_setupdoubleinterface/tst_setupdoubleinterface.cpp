@@ -3,28 +3,43 @@
 #include "FakeMeasApplication.h"
 #include "LogCapture.h"
 #include "ProxyTestSupport.h"
+#include "SetupTestSupport.h"
 
 #include <QDBusConnection>
-#include <QPointer>
 #include <QtMath>
 #include <QtTest/QTest>
 
-#include <functional>
 #include <limits>
-#include <memory>
 #include <type_traits>
-
-using Operation = std::function<Outcome(SetupDoubleInterface &)>;
-Q_DECLARE_METATYPE(Operation)
 
 namespace {
 const QString path = QStringLiteral("/Setup/Frequency");
-const QString failure = QStringLiteral("com.velk.mqx.Error.Failed");
 const double infinity = std::numeric_limits<double>::infinity();
 const QString nanLine = QStringLiteral("SetupDoubleInterface::setValue(): Value is NaN!");
+
+// setToDefault() returns no reply, so it has no row here.
+ReplyTable<SetupDoubleInterface> replies()
+{
+    return ReplyTable<SetupDoubleInterface>()
+        .value("setValue", true, 1, false, [](SetupDoubleInterface &p) { return stateOf(p.setValue(5.5)); })
+        .value("getValue", 3.25, 3, 0.0, [](SetupDoubleInterface &p) { return stateOf(p.getValue()); })
+        .value("getString", QStringLiteral("3.25 MHz"), 3.25, QString(),
+               [](SetupDoubleInterface &p) { return stateOf(p.getString()); })
+        .value("getMinValue", -10.5, QStringLiteral("-10.5"), 0.0,
+               [](SetupDoubleInterface &p) { return stateOf(p.getMinValue()); })
+        .value("getMaxValue", 90.75, true, 0.0, [](SetupDoubleInterface &p) { return stateOf(p.getMaxValue()); })
+        .value("getGranularity", 0.05, 5, 0.0, [](SetupDoubleInterface &p) { return stateOf(p.getGranularity()); })
+        .value("isChangeable", true, 1.0, false, [](SetupDoubleInterface &p) { return stateOf(p.isChangeable()); });
+}
+
+std::vector<SentCall<SetupDoubleInterface>> asyncCalls()
+{
+    return {{"setValueAsync", [](SetupDoubleInterface &p) { p.setValueAsync(9.5); }, "setValue", "d", {9.5}},
+            {"setToDefaultAsync", [](SetupDoubleInterface &p) { p.setToDefaultAsync(); }, "setToDefault", "", {}}};
+}
 } // namespace
 
-class tst_SetupDoubleInterface : public QObject
+class tst_SetupDoubleInterface : public QObject, private SetupProxyFixture<SetupDoubleInterface>
 {
     Q_OBJECT
 
@@ -39,6 +54,7 @@ private Q_SLOTS:
     void sendsEachOperationWithItsWireForm();
     void mapsEachReplyWithoutLogging_data();
     void mapsEachReplyWithoutLogging();
+    void givesInvalidRepliesWhenTheServiceIsAbsent_data();
     void givesInvalidRepliesWhenTheServiceIsAbsent();
     void operationsLogNothingWhenTheServiceIsAbsent();
 
@@ -61,48 +77,21 @@ private Q_SLOTS:
     void invokingSetValueByNameRefusesNaNToo();
     void relaysSetupChangedOfItsOwnObjectOnly();
     void relaysSetupBoundsChangedOfItsOwnObjectOnly();
-
-private:
-    std::unique_ptr<FakeMeasApplication> m_fake;
-    std::unique_ptr<SetupDoubleInterface> m_proxy;
 };
 
 void tst_SetupDoubleInterface::init()
 {
-    m_fake.reset(new FakeMeasApplication);
-    m_proxy.reset(new SetupDoubleInterface(m_fake->service(), path, QDBusConnection::sessionBus()));
+    startFixture(path);
 }
 
 void tst_SetupDoubleInterface::cleanup()
 {
-    m_proxy.reset();
-    m_fake.reset();
+    stopFixture();
 }
 
 void tst_SetupDoubleInterface::constructorPassesItsArgumentsOnAndCallsNothing()
 {
-    auto parent = std::make_unique<QObject>();
-    m_fake->answer("isChangeable", ScriptedAnswer::value(true));
-
-    auto *proxy = new SetupDoubleInterface(m_fake->service(), path, QDBusConnection::sessionBus(), parent.get());
-
-    QCOMPARE(proxy->parent(), parent.get());
-    QCOMPARE(proxy->service(), m_fake->service());
-    QCOMPARE(proxy->path(), path);
-    QCOMPARE(proxy->interface(), QStringLiteral("com.velk.mqx.MeasApplInterface"));
-    QVERIFY(!proxy->lastError().isValid());
-
-    // The fake handles messages in order: anything sent at construction would stand
-    // before this call.
-    proxy->isChangeable();
-    const QList<ReceivedCall> calls = m_fake->calls();
-    QCOMPARE(calls.size(), 1);
-    QCOMPARE(calls.first().member, QStringLiteral("isChangeable"));
-
-    // Qt ownership: the parent deletes the proxy.
-    QPointer<SetupDoubleInterface> watch(proxy);
-    parent.reset();
-    QVERIFY(watch.isNull());
+    verifyConstructionContract<SetupDoubleInterface>(*m_fake, path);
 }
 
 void tst_SetupDoubleInterface::holdsNoDataOfItsOwn()
@@ -112,154 +101,52 @@ void tst_SetupDoubleInterface::holdsNoDataOfItsOwn()
 
 void tst_SetupDoubleInterface::sendsEachOperationWithItsWireForm_data()
 {
-    QTest::addColumn<Operation>("operation");
-    QTest::addColumn<QString>("member");
-    QTest::addColumn<QString>("signature");
-    QTest::addColumn<QList<QVariant>>("arguments");
-
-    const auto op = [](std::function<void(SetupDoubleInterface &)> call) {
-        return Operation([call](SetupDoubleInterface &proxy) {
-            call(proxy);
-            return Outcome{};
-        });
-    };
-    QTest::newRow("setValue") << op([](SetupDoubleInterface &p) { p.setValue(2.5); }) << "setValue"
-                              << "d" << QList<QVariant>{2.5};
-    QTest::newRow("setValue zero") << op([](SetupDoubleInterface &p) { p.setValue(0.0); }) << "setValue"
-                                   << "d" << QList<QVariant>{0.0};
-    QTest::newRow("setValueAsync") << op([](SetupDoubleInterface &p) { p.setValueAsync(-0.125); }) << "setValue"
-                                   << "d" << QList<QVariant>{-0.125};
-    QTest::newRow("getValue") << op([](SetupDoubleInterface &p) { p.getValue(); }) << "getValue"
-                              << "" << QList<QVariant>{};
-    QTest::newRow("getString") << op([](SetupDoubleInterface &p) { p.getString(); }) << "getString"
-                               << "" << QList<QVariant>{};
-    QTest::newRow("getMinValue") << op([](SetupDoubleInterface &p) { p.getMinValue(); }) << "getMinValue"
-                                 << "" << QList<QVariant>{};
-    QTest::newRow("getMaxValue") << op([](SetupDoubleInterface &p) { p.getMaxValue(); }) << "getMaxValue"
-                                 << "" << QList<QVariant>{};
-    QTest::newRow("getGranularity") << op([](SetupDoubleInterface &p) { p.getGranularity(); }) << "getGranularity"
-                                    << "" << QList<QVariant>{};
-    QTest::newRow("isChangeable") << op([](SetupDoubleInterface &p) { p.isChangeable(); }) << "isChangeable"
-                                  << "" << QList<QVariant>{};
-    QTest::newRow("setToDefault") << op([](SetupDoubleInterface &p) { p.setToDefault(); }) << "setToDefault"
-                                  << "" << QList<QVariant>{};
-    QTest::newRow("setToDefaultAsync") << op([](SetupDoubleInterface &p) { p.setToDefaultAsync(); }) << "setToDefault"
-                                       << "" << QList<QVariant>{};
+    addWireFormRows({
+        {"setValue", [](SetupDoubleInterface &p) { p.setValue(2.5); }, "setValue", "d", {2.5}},
+        {"setValue zero", [](SetupDoubleInterface &p) { p.setValue(0.0); }, "setValue", "d", {0.0}},
+        {"setValueAsync", [](SetupDoubleInterface &p) { p.setValueAsync(-0.125); }, "setValue", "d", {-0.125}},
+        {"getValue", [](SetupDoubleInterface &p) { p.getValue(); }, "getValue", "", {}},
+        {"getString", [](SetupDoubleInterface &p) { p.getString(); }, "getString", "", {}},
+        {"getMinValue", [](SetupDoubleInterface &p) { p.getMinValue(); }, "getMinValue", "", {}},
+        {"getMaxValue", [](SetupDoubleInterface &p) { p.getMaxValue(); }, "getMaxValue", "", {}},
+        {"getGranularity", [](SetupDoubleInterface &p) { p.getGranularity(); }, "getGranularity", "", {}},
+        {"isChangeable", [](SetupDoubleInterface &p) { p.isChangeable(); }, "isChangeable", "", {}},
+        {"setToDefault", [](SetupDoubleInterface &p) { p.setToDefault(); }, "setToDefault", "", {}},
+        {"setToDefaultAsync", [](SetupDoubleInterface &p) { p.setToDefaultAsync(); }, "setToDefault", "", {}},
+    });
 }
 
 void tst_SetupDoubleInterface::sendsEachOperationWithItsWireForm()
 {
-    QFETCH(Operation, operation);
-    QFETCH(QString, member);
-    QFETCH(QString, signature);
-    QFETCH(QList<QVariant>, arguments);
-
-    m_fake->answer(member, ScriptedAnswer::reply());
-    operation(*m_proxy);
-    verifySingleCall(*m_fake, path, member, signature, arguments);
-    // An exact type check: QVariant would call an int argument equal to the double.
-    const QList<ReceivedCall> calls = m_fake->calls();
-    for (const QVariant &argument : calls.first().arguments)
-        QCOMPARE(argument.userType(), int(QMetaType::Double));
+    verifyWireForm();
 }
 
 void tst_SetupDoubleInterface::mapsEachReplyWithoutLogging_data()
 {
-    QTest::addColumn<Operation>("operation");
-    QTest::addColumn<QString>("member");
-    QTest::addColumn<ScriptedAnswer>("answer");
-    QTest::addColumn<bool>("valid");
-    QTest::addColumn<QVariant>("value");
-
-    const ScriptedAnswer error = ScriptedAnswer::error(failure, QStringLiteral("refused"));
-    const auto rows = [&](const char *name, Operation op, const QVariant &good, const QVariant &wrongType,
-                          const QVariant &defaultValue) {
-        QTest::addRow("%s answered", name) << op << name << ScriptedAnswer::value(good) << true << good;
-        QTest::addRow("%s error", name) << op << name << error << false << defaultValue;
-        QTest::addRow("%s wrong type", name) << op << name << ScriptedAnswer::value(wrongType) << false << defaultValue;
-    };
-    rows(
-        "setValue", [](SetupDoubleInterface &p) { return outcomeOf(p.setValue(5.5)); }, true, 1, false);
-    rows(
-        "getValue", [](SetupDoubleInterface &p) { return outcomeOf(p.getValue()); }, 3.25, 3, 0.0);
-    rows(
-        "getString", [](SetupDoubleInterface &p) { return outcomeOf(p.getString()); }, QStringLiteral("3.25 MHz"), 3.25,
-        QString());
-    rows(
-        "getMinValue", [](SetupDoubleInterface &p) { return outcomeOf(p.getMinValue()); }, -10.5,
-        QStringLiteral("-10.5"), 0.0);
-    rows(
-        "getMaxValue", [](SetupDoubleInterface &p) { return outcomeOf(p.getMaxValue()); }, 90.75, true, 0.0);
-    rows(
-        "getGranularity", [](SetupDoubleInterface &p) { return outcomeOf(p.getGranularity()); }, 0.05, 5, 0.0);
-    rows(
-        "isChangeable", [](SetupDoubleInterface &p) { return outcomeOf(p.isChangeable()); }, true, 1.0, false);
-
+    const ReplyTable<SetupDoubleInterface> table = replies();
+    table.addMappingRows();
     // A false answer must come back valid, apart from the default of a failed reply.
-    QTest::newRow("setValue answered false")
-        << Operation([](SetupDoubleInterface &p) { return outcomeOf(p.setValue(5.5)); }) << "setValue"
-        << ScriptedAnswer::value(false) << true << QVariant(false);
+    table.addMappingRow("setValue answered false", "setValue", ScriptedAnswer::value(false), true, false);
 }
 
 void tst_SetupDoubleInterface::mapsEachReplyWithoutLogging()
 {
-    QFETCH(Operation, operation);
-    QFETCH(QString, member);
-    QFETCH(ScriptedAnswer, answer);
-    QFETCH(bool, valid);
-    QFETCH(QVariant, value);
+    verifyMappedReply(LogExpectation::Nothing);
+}
 
-    LogCapture log;
-    m_fake->answer(member, answer);
-    const Outcome outcome = operation(*m_proxy);
-    QCOMPARE(outcome.valid, valid);
-    QCOMPARE(outcome.value, value);
-    QCOMPARE(outcome.value.userType(), value.userType());
-    QCOMPARE(log.lines(), QList<LogLine>());
+void tst_SetupDoubleInterface::givesInvalidRepliesWhenTheServiceIsAbsent_data()
+{
+    replies().addAbsentServiceRows();
 }
 
 void tst_SetupDoubleInterface::givesInvalidRepliesWhenTheServiceIsAbsent()
 {
-    LogCapture log;
-    SetupDoubleInterface proxy(absentService(), path, QDBusConnection::sessionBus());
-
-    const QDBusReply<bool> set = proxy.setValue(1.5);
-    QVERIFY(!set.isValid());
-    QCOMPARE(set.value(), false);
-    QCOMPARE(set.error().type(), QDBusError::ServiceUnknown);
-    const QDBusReply<double> value = proxy.getValue();
-    QVERIFY(!value.isValid());
-    QCOMPARE(value.value(), 0.0);
-    QCOMPARE(value.error().type(), QDBusError::ServiceUnknown);
-    QVERIFY(!proxy.getString().isValid());
-    QCOMPARE(proxy.getString().value(), QString());
-    QVERIFY(!proxy.getMinValue().isValid());
-    QCOMPARE(proxy.getMinValue().value(), 0.0);
-    QVERIFY(!proxy.getMaxValue().isValid());
-    QCOMPARE(proxy.getMaxValue().value(), 0.0);
-    QVERIFY(!proxy.getGranularity().isValid());
-    QCOMPARE(proxy.getGranularity().value(), 0.0);
-    QVERIFY(!proxy.isChangeable().isValid());
-    QCOMPARE(proxy.isChangeable().value(), false);
+    verifyInvalidReplyFromAbsentService();
 }
 
 void tst_SetupDoubleInterface::operationsLogNothingWhenTheServiceIsAbsent()
 {
-    LogCapture log;
-    SetupDoubleInterface proxy(absentService(), path, QDBusConnection::sessionBus());
-
-    proxy.setValue(1.0);
-    proxy.setValueAsync(1.0);
-    proxy.getValue();
-    proxy.getString();
-    proxy.getMinValue();
-    proxy.getMaxValue();
-    proxy.getGranularity();
-    proxy.isChangeable();
-    proxy.setToDefault();
-    proxy.setToDefaultAsync();
-
-    QCOMPARE(log.lines(), QList<LogLine>());
+    verifyNothingLoggedWithAbsentService(replies(), asyncCalls(), {[](SetupDoubleInterface &p) { p.setToDefault(); }});
 }
 
 void tst_SetupDoubleInterface::setValueRefusesNaNWithoutSendingIt_data()
@@ -277,7 +164,7 @@ void tst_SetupDoubleInterface::setValueRefusesNaNWithoutSendingIt()
     QFETCH(double, nan);
     QVERIFY(qIsNaN(nan));
 
-    m_fake->answer("getMinValue", ScriptedAnswer::error(failure, QStringLiteral("earlier failure")));
+    m_fake->answer("getMinValue", ScriptedAnswer::error(failedErrorName, QStringLiteral("earlier failure")));
     m_fake->answer("setValue", ScriptedAnswer::value(true));
     m_fake->answer("getValue", ScriptedAnswer::value(1.0));
     m_proxy->getMinValue();
@@ -377,14 +264,14 @@ void tst_SetupDoubleInterface::setToDefaultReturnsNothingButWaitsForTheAnswer()
     static_assert(std::is_void<decltype(m_proxy->setToDefault())>::value, "setToDefault() returns no reply");
 
     LogCapture log;
-    m_fake->answer("setToDefault", ScriptedAnswer::error(failure, QStringLiteral("reset refused")));
+    m_fake->answer("setToDefault", ScriptedAnswer::error(failedErrorName, QStringLiteral("reset refused")));
 
     m_proxy->setToDefault();
 
     // Only a caller that waited for the answer knows of the error, and the fake has
     // the call without anyone waiting for it here.
     QCOMPARE(m_fake->callCount(), 1);
-    QCOMPARE(m_proxy->lastError().name(), failure);
+    QCOMPARE(m_proxy->lastError().name(), failedErrorName);
     QCOMPARE(m_proxy->lastError().message(), QStringLiteral("reset refused"));
     verifySingleCall(*m_fake, path, "setToDefault", "", {});
     QCOMPARE(log.lines(), QList<LogLine>());
@@ -409,66 +296,29 @@ void tst_SetupDoubleInterface::setToDefaultToAnAbsentServiceShowsNothing()
 
 void tst_SetupDoubleInterface::asyncOperationsReturnAtOnceAndLeaveLastErrorAlone()
 {
-    m_fake->answer("getMinValue", ScriptedAnswer::error(failure, QStringLiteral("earlier failure")));
-    m_fake->answer("setValue", ScriptedAnswer::silence());
-    m_fake->answer("setToDefault", ScriptedAnswer::silence());
-    m_proxy->getMinValue();
-    QCOMPARE(m_proxy->lastError().message(), QStringLiteral("earlier failure"));
-
-    // The application never answers: a call that waited would not come back in time
-    // for the fake to see both messages.
-    LogCapture log;
-    m_proxy->setValueAsync(9.5);
-    m_proxy->setToDefaultAsync();
-
-    QVERIFY(m_fake->waitForCalls(3));
-    QCOMPARE(m_fake->calls().at(1).member, QStringLiteral("setValue"));
-    QCOMPARE(m_fake->calls().at(1).arguments, QList<QVariant>{9.5});
-    QCOMPARE(m_fake->calls().at(2).member, QStringLiteral("setToDefault"));
-    QCOMPARE(m_proxy->lastError().message(), QStringLiteral("earlier failure"));
-    QCOMPARE(log.lines(), QList<LogLine>());
+    verifyAsyncCallsReturnAtOnce(
+        {"getMinValue", [](SetupDoubleInterface &p) { p.getMinValue(); }, "getMinValue", "", {}}, asyncCalls());
 }
 
 void tst_SetupDoubleInterface::asyncSetterToAnAbsentServiceLogsNothing()
 {
-    LogCapture log;
-    SetupDoubleInterface proxy(absentService(), path, QDBusConnection::sessionBus());
-    const QDBusError before = proxy.lastError();
-
-    proxy.setValueAsync(5.0);
-    proxy.setToDefaultAsync();
-
-    QCOMPARE(proxy.lastError().type(), before.type());
-    QCOMPARE(proxy.lastError().message(), before.message());
-    QCOMPARE(log.lines(), QList<LogLine>());
+    verifyAsyncCallsToAnAbsentServiceShowNothing(asyncCalls());
 }
 
 void tst_SetupDoubleInterface::metaObjectListsSignalsThenSlotsInDeclarationOrder()
 {
-    const QMetaObject &meta = SetupDoubleInterface::staticMetaObject;
-    QCOMPARE(ownMethodSignatures(meta),
-             QStringList({"setupChanged(double)", "setupBoundsChanged(double,double)", "setValue(double)",
-                          "setValueAsync(double)", "getValue()", "getString()", "getMinValue()", "getMaxValue()",
-                          "getGranularity()", "isChangeable()", "setToDefault()", "setToDefaultAsync()"}));
-    QCOMPARE(ownMethodSignatures(meta, QMetaMethod::Signal),
-             QStringList({"setupChanged(double)", "setupBoundsChanged(double,double)"}));
-    QCOMPARE(ownMethodReturnTypes(meta),
-             QStringList({"void", "void", "QDBusReply<bool>", "void", "QDBusReply<double>", "QDBusReply<QString>",
-                          "QDBusReply<double>", "QDBusReply<double>", "QDBusReply<double>", "QDBusReply<bool>", "void",
-                          "void"}));
-    QCOMPARE(meta.superClass(), &QDBusAbstractInterface::staticMetaObject);
-    QCOMPARE(m_proxy->metaObject(), &meta);
+    verifyOwnMethods({"setupChanged(double)", "setupBoundsChanged(double,double)", "setValue(double)",
+                      "setValueAsync(double)", "getValue()", "getString()", "getMinValue()", "getMaxValue()",
+                      "getGranularity()", "isChangeable()", "setToDefault()", "setToDefaultAsync()"},
+                     {"setupChanged(double)", "setupBoundsChanged(double,double)"},
+                     {"void", "void", "QDBusReply<bool>", "void", "QDBusReply<double>", "QDBusReply<QString>",
+                      "QDBusReply<double>", "QDBusReply<double>", "QDBusReply<double>", "QDBusReply<bool>", "void",
+                      "void"});
 }
 
 void tst_SetupDoubleInterface::metaCastKnowsTheClassAndLeavesTheRestToTheBase()
 {
-    QCOMPARE(m_proxy->qt_metacast("SetupDoubleInterface"), static_cast<void *>(m_proxy.get()));
-    QCOMPARE(m_proxy->qt_metacast("QDBusAbstractInterface"),
-             static_cast<void *>(static_cast<QDBusAbstractInterface *>(m_proxy.get())));
-    QCOMPARE(m_proxy->qt_metacast("QObject"), static_cast<void *>(static_cast<QObject *>(m_proxy.get())));
-    QCOMPARE(m_proxy->qt_metacast(nullptr), nullptr);
-    QCOMPARE(m_proxy->qt_metacast("SetupIntInterface"), nullptr);
-    QCOMPARE(m_proxy->qt_metacast("setupdoubleinterface"), nullptr);
+    verifyMetaCastOf("SetupDoubleInterface", {"SetupIntInterface", "setupdoubleinterface"});
 }
 
 void tst_SetupDoubleInterface::invokingSlotsByNameGivesTheDirectResult()
@@ -476,7 +326,7 @@ void tst_SetupDoubleInterface::invokingSlotsByNameGivesTheDirectResult()
     m_fake->answer("getValue", ScriptedAnswer::value(17.5));
     m_fake->answer("getGranularity", ScriptedAnswer::value(0.5));
     m_fake->answer("setValue", ScriptedAnswer::value(true));
-    m_fake->answer("setToDefault", ScriptedAnswer::error(failure, QStringLiteral("reset refused")));
+    m_fake->answer("setToDefault", ScriptedAnswer::error(failedErrorName, QStringLiteral("reset refused")));
 
     QDBusReply<double> value;
     QVERIFY(QMetaObject::invokeMethod(m_proxy.get(), "getValue", Qt::DirectConnection,
