@@ -124,11 +124,12 @@ inline Unanswered unanswered(const QDBusReply<void> &reply)
     return {reply.isValid(), QVariant(), reply.error().type()};
 }
 
-/// A plain value: only the proxy's lastError() tells of the failure.
+/// A plain value, valid when it is not the empty one; only the proxy's lastError() tells of a failure.
 template<typename T>
 Unanswered unanswered(const T &plain)
 {
-    return {false, QVariant::fromValue(plain), std::nullopt};
+    const Outcome outcome = plainOutcome(plain);
+    return {outcome.valid, outcome.value, std::nullopt};
 }
 
 /// An operation that returns nothing.
