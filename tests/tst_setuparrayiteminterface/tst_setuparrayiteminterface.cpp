@@ -28,7 +28,7 @@ CheckedGetter<P> checkedGetValue()
 }
 } // namespace
 
-class tst_SetupArrayItemInterface : public QObject
+class tst_SetupArrayItemInterface : public QObject, private ProxyFixture<SetupArrayItemInterface>
 {
     Q_OBJECT
 
@@ -60,20 +60,16 @@ private Q_SLOTS:
     void metaCastKnowsTheClassAndLeavesTheRestToTheBase();
     void invokingSlotsByNameGivesTheDirectResult();
     void relaysSetupChangedOfItsOwnObjectOnly();
-
-private:
-    std::unique_ptr<FakeMeasApplication> m_fake;
-    std::unique_ptr<SetupArrayItemInterface> m_proxy;
 };
 
 void tst_SetupArrayItemInterface::init()
 {
-    startFakeAndProxy(m_fake, m_proxy, path);
+    startFakeAndProxy(path);
 }
 
 void tst_SetupArrayItemInterface::cleanup()
 {
-    stopFakeAndProxy(m_fake, m_proxy);
+    stopFakeAndProxy();
 }
 
 void tst_SetupArrayItemInterface::constructionPassesItsArgumentsOnAndSendsNothing()

@@ -29,7 +29,7 @@ std::vector<CheckedGetter<P>> checkedGetters()
 }
 } // namespace
 
-class tst_SetupMapItemInterface : public QObject
+class tst_SetupMapItemInterface : public QObject, private ProxyFixture<SetupMapItemInterface>
 {
     Q_OBJECT
 
@@ -63,20 +63,16 @@ private Q_SLOTS:
     void metaCastKnowsTheClassAndLeavesTheRestToTheBase();
     void invokingSlotsByNameGivesTheDirectResult();
     void relaysSetupChangedOfItsOwnObjectOnly();
-
-private:
-    std::unique_ptr<FakeMeasApplication> m_fake;
-    std::unique_ptr<SetupMapItemInterface> m_proxy;
 };
 
 void tst_SetupMapItemInterface::init()
 {
-    startFakeAndProxy(m_fake, m_proxy, path);
+    startFakeAndProxy(path);
 }
 
 void tst_SetupMapItemInterface::cleanup()
 {
-    stopFakeAndProxy(m_fake, m_proxy);
+    stopFakeAndProxy();
 }
 
 void tst_SetupMapItemInterface::constructionPassesItsArgumentsOnAndSendsNothing()

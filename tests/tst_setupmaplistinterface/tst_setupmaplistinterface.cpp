@@ -71,7 +71,7 @@ void replaceSettingsMapOperators()
 }
 } // namespace
 
-class tst_SetupMapListInterface : public QObject
+class tst_SetupMapListInterface : public QObject, private ProxyFixture<SetupMapListInterface>
 {
     Q_OBJECT
 
@@ -107,20 +107,16 @@ private Q_SLOTS:
     void invokingSlotsByNameGivesTheDirectResult();
     void relaysSetupChangedOfItsOwnObjectOnly();
     void relaysSetupBoundsChangedOfItsOwnObjectOnly();
-
-private:
-    std::unique_ptr<FakeMeasApplication> m_fake;
-    std::unique_ptr<SetupMapListInterface> m_proxy;
 };
 
 void tst_SetupMapListInterface::init()
 {
-    startFakeAndProxy(m_fake, m_proxy, path);
+    startFakeAndProxy(path);
 }
 
 void tst_SetupMapListInterface::cleanup()
 {
-    stopFakeAndProxy(m_fake, m_proxy);
+    stopFakeAndProxy();
 }
 
 void tst_SetupMapListInterface::constructionPassesItsArgumentsOnAndSendsNothing()

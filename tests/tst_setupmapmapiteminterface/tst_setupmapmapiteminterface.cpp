@@ -127,7 +127,7 @@ void markingStringMapReader(const QDBusArgument &argument, void *value)
 }
 } // namespace
 
-class tst_SetupMapMapItemInterface : public QObject
+class tst_SetupMapMapItemInterface : public QObject, private ProxyFixture<SetupMapMapItemInterface>
 {
     Q_OBJECT
 
@@ -186,8 +186,6 @@ private Q_SLOTS:
 
 private:
     int m_stringMapIdBeforeAnyProxy = -1;
-    std::unique_ptr<FakeMeasApplication> m_fake;
-    std::unique_ptr<SetupMapMapItemInterface> m_proxy;
 };
 
 void tst_SetupMapMapItemInterface::initTestCase()
@@ -197,12 +195,12 @@ void tst_SetupMapMapItemInterface::initTestCase()
 
 void tst_SetupMapMapItemInterface::init()
 {
-    startFakeAndProxy(m_fake, m_proxy, path);
+    startFakeAndProxy(path);
 }
 
 void tst_SetupMapMapItemInterface::cleanup()
 {
-    stopFakeAndProxy(m_fake, m_proxy);
+    stopFakeAndProxy();
 }
 
 void tst_SetupMapMapItemInterface::constructionPassesItsArgumentsOnAndSendsNothing()

@@ -82,7 +82,7 @@ void readDoubles(const QDBusArgument &argument, void *value)
 }
 } // namespace
 
-class tst_SetupThresholdManagerInterface : public QObject
+class tst_SetupThresholdManagerInterface : public QObject, private ProxyFixture<SetupThresholdManagerInterface>
 {
     Q_OBJECT
 
@@ -117,20 +117,16 @@ private Q_SLOTS:
     void relaysSetupChangedWithoutArguments();
     void relaysSetupChangedWithKeyAndValue();
     void setupChangedOverloadsShareTheBusSignalByItsArguments();
-
-private:
-    std::unique_ptr<FakeMeasApplication> m_fake;
-    std::unique_ptr<SetupThresholdManagerInterface> m_proxy;
 };
 
 void tst_SetupThresholdManagerInterface::init()
 {
-    startFakeAndProxy(m_fake, m_proxy, path);
+    startFakeAndProxy(path);
 }
 
 void tst_SetupThresholdManagerInterface::cleanup()
 {
-    stopFakeAndProxy(m_fake, m_proxy);
+    stopFakeAndProxy();
 }
 
 void tst_SetupThresholdManagerInterface::constructionMakesNoBusCallAndLogsNothing()

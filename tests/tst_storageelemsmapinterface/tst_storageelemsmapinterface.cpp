@@ -18,7 +18,7 @@ const QStringList slotSignatures{"getValues()",         "count()",        "setTo
                                  "setToDefaultAsync()", "getSortOrder()", "setSortOrder(QString)"};
 } // namespace
 
-class tst_StorageElemsMapInterface : public QObject
+class tst_StorageElemsMapInterface : public QObject, private ProxyFixture<StorageElemsMapInterface>
 {
     Q_OBJECT
 
@@ -48,20 +48,16 @@ private Q_SLOTS:
 
     void relaysSetupChanged();
     void relaysSortOrderChanged();
-
-private:
-    std::unique_ptr<FakeMeasApplication> m_fake;
-    std::unique_ptr<StorageElemsMapInterface> m_proxy;
 };
 
 void tst_StorageElemsMapInterface::init()
 {
-    startFakeAndProxy(m_fake, m_proxy, path);
+    startFakeAndProxy(path);
 }
 
 void tst_StorageElemsMapInterface::cleanup()
 {
-    stopFakeAndProxy(m_fake, m_proxy);
+    stopFakeAndProxy();
 }
 
 void tst_StorageElemsMapInterface::constructionMakesNoBusCallAndLogsNothing()
