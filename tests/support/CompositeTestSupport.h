@@ -139,10 +139,14 @@ Unanswered unanswered(const T &plain)
     return {outcome.valid, outcome.value, std::nullopt};
 }
 
-/// An operation that returns nothing.
-inline Unanswered nothingReturned()
+/// @p call, of an operation that returns nothing: only the proxy's lastError() tells of a failure.
+template<typename Proxy>
+std::function<Unanswered(Proxy &)> returningNothing(const std::function<void(Proxy &)> &call)
 {
-    return {false, QVariant(), std::nullopt};
+    return [call](Proxy &proxy) {
+        call(proxy);
+        return Unanswered{false, QVariant(), std::nullopt};
+    };
 }
 
 /// An a{sv} with @p entries in this order, repeated keys included, as only a peer can send it.

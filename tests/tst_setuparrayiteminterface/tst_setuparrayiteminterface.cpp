@@ -165,12 +165,7 @@ void tst_SetupArrayItemInterface::givesInvalidRepliesWhenTheServiceIsAbsent_data
         {"getString", [](P &p) { return unanswered(p.getString()); }, QString()},
         {"size", [](P &p) { return unanswered(p.size()); }, 0},
         {"isChangeable", [](P &p) { return unanswered(p.isChangeable()); }, false},
-        {"setToDefault",
-         [](P &p) {
-             p.setToDefault();
-             return nothingReturned();
-         },
-         QVariant()},
+        {"setToDefault", returningNothing<P>([](P &p) { p.setToDefault(); }), QVariant()},
     });
 }
 

@@ -163,12 +163,7 @@ void tst_SetupMapItemInterface::givesInvalidRepliesWhenTheServiceIsAbsent_data()
         {"getString", [](P &p) { return unanswered(p.getString()); }, QString()},
         {"size", [](P &p) { return unanswered(p.size()); }, 0},
         {"removeItem", [](P &p) { return unanswered(p.removeItem("k")); }, 0},
-        {"setToDefault",
-         [](P &p) {
-             p.setToDefault();
-             return nothingReturned();
-         },
-         QVariant()},
+        {"setToDefault", returningNothing<P>([](P &p) { p.setToDefault(); }), QVariant()},
     });
 }
 

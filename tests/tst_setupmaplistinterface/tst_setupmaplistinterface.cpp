@@ -275,12 +275,7 @@ void tst_SetupMapListInterface::givesEmptyValuesWhenTheServiceIsAbsent_data()
         {"getMax", [](P &p) { return unanswered(p.getMax(0, "gain")); }, QVariant()},
         {"size", [](P &p) { return unanswered(p.size()); }, 0},
         {"removeItem", [](P &p) { return unanswered(p.removeItem(0)); }, false},
-        {"setToDefault",
-         [](P &p) {
-             p.setToDefault();
-             return nothingReturned();
-         },
-         QVariant()},
+        {"setToDefault", returningNothing<P>([](P &p) { p.setToDefault(); }), QVariant()},
     });
 }
 

@@ -494,12 +494,7 @@ void tst_SetupMapMapItemInterface::givesEmptyValuesWhenTheServiceIsAbsent_data()
         {"size", [](P &p) { return unanswered(p.size()); }, 0},
         {"removeItem entry", [](P &p) { return unanswered(p.removeItem("p")); }, 0},
         {"removeItem cell", [](P &p) { return unanswered(p.removeItem("p", "k")); }, 0},
-        {"setToDefault",
-         [](P &p) {
-             p.setToDefault();
-             return nothingReturned();
-         },
-         QVariant()},
+        {"setToDefault", returningNothing<P>([](P &p) { p.setToDefault(); }), QVariant()},
     });
 }
 

@@ -306,12 +306,7 @@ void tst_SetupThresholdManagerInterface::givesInvalidDefaultRepliesAndLogsNothin
         {"isChangeable", [](P &p) { return unanswered(p.isChangeable()); }, false},
         {"setLocationDescription",
          [=](P &p) { return unanswered(p.setLocationDescription(location, QStringLiteral("d"))); }, false},
-        {"setToDefault",
-         [](P &p) {
-             p.setToDefault();
-             return nothingReturned();
-         },
-         QVariant()},
+        {"setToDefault", returningNothing<P>([](P &p) { p.setToDefault(); }), QVariant()},
         {"createLocation", [=](P &p) { return unanswered(p.createLocation(location, QStringLiteral("Hall B"))); },
          false},
         {"deleteLocation", [=](P &p) { return unanswered(p.deleteLocation(location)); }, false},

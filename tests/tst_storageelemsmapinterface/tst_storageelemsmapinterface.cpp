@@ -119,12 +119,7 @@ void tst_StorageElemsMapInterface::givesInvalidRepliesAndLogsNothingWhenTheServi
         {"count", [](P &p) { return unanswered(p.count()); }, 0},
         {"getSortOrder", [](P &p) { return unanswered(p.getSortOrder()); }, QString()},
         {"setSortOrder", [](P &p) { return unanswered(p.setSortOrder(QStringLiteral("byName"))); }, QVariant()},
-        {"setToDefault",
-         [](P &p) {
-             p.setToDefault();
-             return nothingReturned();
-         },
-         QVariant()},
+        {"setToDefault", returningNothing<P>([](P &p) { p.setToDefault(); }), QVariant()},
     });
 }
 
