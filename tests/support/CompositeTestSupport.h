@@ -4,7 +4,7 @@
 // Checks shared by the tests of the array, map, map list, map of maps, threshold manager and
 // storage elements proxies. Each test states its class as tables (operations with the call
 // they send, replies, checked getters with the line they log, signatures); these run them.
-// The tables live in the test files; nothing here knows a member name, a log text or a type.
+// Log lines, wire forms, signatures and values all come from the tables in the test files.
 
 #include "DBusCompat_p.h"
 #include "DBusTypes.h"
