@@ -135,7 +135,7 @@ void tst_StorageElemsMapInterface::setToDefaultWaitsForTheAnswerAndDropsIt()
 
 void tst_StorageElemsMapInterface::setToDefaultAsyncReturnsAtOnceAndSendsSetToDefault()
 {
-    // Answered at once, should the proxy send its own name.
+    // Should the proxy send its own name instead, that call gets its answer at once.
     m_fake->answer("setToDefaultAsync", ScriptedAnswer::reply());
     verifyAsyncCallsReturnAtOnce(*m_fake, *m_proxy, path, {"count", [](P &p) { p.count(); }},
                                  {{[](P &p) { p.setToDefaultAsync(); }, "setToDefault", ""}});
