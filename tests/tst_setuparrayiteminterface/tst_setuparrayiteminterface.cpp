@@ -1,35 +1,34 @@
 #include "SetupArrayItemInterface.h"
 
+#include "CompositeTestSupport.h"
 #include "DBusTypes.h"
-#include "FakeMeasApplication.h"
-#include "LogCapture.h"
-#include "ProxyTestSupport.h"
-#include "WireText.h"
 
-#include <QCoreApplication>
 #include <QDBusArgument>
 #include <QDBusConnection>
-#include <QDBusVariant>
 #include <QtTest/QTest>
 
-#include <functional>
 #include <memory>
 
-using Operation = std::function<Outcome(SetupArrayItemInterface &)>;
-Q_DECLARE_METATYPE(Operation)
-
 namespace {
+using P = SetupArrayItemInterface;
 const QString path = QStringLiteral("/Setup/Channels");
 const QString failure = QStringLiteral("com.velk.mqx.Error.Failed");
-const char getValueLiteral[] = "SetupArrayItemInterface::getValue():  ";
 
+/// The list getter hands back a plain list: the caller sees no validity, only emptiness.
 Outcome listOutcome(const QVariantList &list)
 {
     return {true, QVariant(list)};
 }
+
+/// The one checked operation: an empty list and this line on any failure.
+CheckedGetter<P> checkedGetValue()
+{
+    return {"getValue", "getValue", [](P &p) { return QVariant(p.getValue(3, 9)); }, QVariant(QVariantList()),
+            "SetupArrayItemInterface::getValue():  %1  /  \"/Setup/Channels\"  / Error: %2"};
+}
 } // namespace
 
-class tst_SetupArrayItemInterface : public QObject
+class tst_SetupArrayItemInterface : public QObject, private ProxyFixture<SetupArrayItemInterface>
 {
     Q_OBJECT
 
@@ -37,10 +36,12 @@ private Q_SLOTS:
     void init();
     void cleanup();
 
+    void constructionPassesItsArgumentsOnAndSendsNothing();
     void sendsEachOperationWithItsWireForm_data();
     void sendsEachOperationWithItsWireForm();
     void mapsEachReply_data();
     void mapsEachReply();
+    void givesInvalidRepliesWhenTheServiceIsAbsent_data();
     void givesInvalidRepliesWhenTheServiceIsAbsent();
 
     void getValueReturnsTheElementsUnwrapped();
@@ -59,170 +60,118 @@ private Q_SLOTS:
     void metaCastKnowsTheClassAndLeavesTheRestToTheBase();
     void invokingSlotsByNameGivesTheDirectResult();
     void relaysSetupChangedOfItsOwnObjectOnly();
-
-private:
-    std::unique_ptr<FakeMeasApplication> m_fake;
-    std::unique_ptr<SetupArrayItemInterface> m_proxy;
 };
 
 void tst_SetupArrayItemInterface::init()
 {
-    m_fake.reset(new FakeMeasApplication);
-    m_proxy.reset(new SetupArrayItemInterface(m_fake->service(), path, QDBusConnection::sessionBus()));
+    startFakeAndProxy(path);
 }
 
 void tst_SetupArrayItemInterface::cleanup()
 {
-    m_proxy.reset();
-    m_fake.reset();
+    stopFakeAndProxy();
+}
+
+void tst_SetupArrayItemInterface::constructionPassesItsArgumentsOnAndSendsNothing()
+{
+    verifyConstructionContract<SetupArrayItemInterface>(*m_fake, path);
 }
 
 void tst_SetupArrayItemInterface::sendsEachOperationWithItsWireForm_data()
 {
-    QTest::addColumn<Operation>("operation");
-    QTest::addColumn<QString>("member");
-    QTest::addColumn<QString>("signature");
-    QTest::addColumn<QStringList>("arguments");
-
-    const auto op = [](std::function<void(SetupArrayItemInterface &)> call) {
-        return Operation([call](SetupArrayItemInterface &proxy) {
-            call(proxy);
-            return Outcome{};
-        });
-    };
-    QTest::newRow("setValue range, int") << op([](SetupArrayItemInterface &p) { p.setValue(QVariant(5), 0, 3); })
-                                         << "setValue"
-                                         << "vii" << QStringList{"v(i 5)", "i 0", "i 3"};
-    QTest::newRow("setValue range, string")
-        << op([](SetupArrayItemInterface &p) { p.setValue(QVariant(QStringLiteral("on")), 2, 2); }) << "setValue"
-        << "vii" << QStringList{"v(s \"on\")", "i 2", "i 2"};
-    QTest::newRow("setValue range, negative bounds passed through")
-        << op([](SetupArrayItemInterface &p) { p.setValue(QVariant(2.5), -1, 7); }) << "setValue"
-        << "vii" << QStringList{"v(d 2.5)", "i -1", "i 7"};
-    QTest::newRow("setValue list") << op([](SetupArrayItemInterface &p) { p.setValue(QVariantList() << 1 << 2); })
-                                   << "setValue"
-                                   << "av" << QStringList{"av [v(i 1), v(i 2)]"};
-    QTest::newRow("setValue mixed list") << op([](SetupArrayItemInterface &p) {
-        p.setValue(QVariantList() << true << QStringLiteral("x") << 0.5);
-    }) << "setValue"
-                                         << "av" << QStringList{"av [v(b true), v(s \"x\"), v(d 0.5)]"};
-    QTest::newRow("setValue empty list") << op([](SetupArrayItemInterface &p) { p.setValue(QVariantList()); })
-                                         << "setValue"
-                                         << "av" << QStringList{"av []"};
-    QTest::newRow("getValue") << op([](SetupArrayItemInterface &p) { p.getValue(1, 4); }) << "getValue"
-                              << "ii" << QStringList{"i 1", "i 4"};
-    QTest::newRow("getString") << op([](SetupArrayItemInterface &p) { p.getString(); }) << "getString"
-                               << "" << QStringList{};
-    QTest::newRow("size") << op([](SetupArrayItemInterface &p) { p.size(); }) << "size"
-                          << "" << QStringList{};
-    QTest::newRow("setValueAsync") << op([](SetupArrayItemInterface &p) { p.setValueAsync(QVariant(9), 3, 5); })
-                                   << "setValue"
-                                   << "vii" << QStringList{"v(i 9)", "i 3", "i 5"};
-    QTest::newRow("isChangeable") << op([](SetupArrayItemInterface &p) { p.isChangeable(); }) << "isChangeable"
-                                  << "" << QStringList{};
-    QTest::newRow("setToDefault") << op([](SetupArrayItemInterface &p) { p.setToDefault(); }) << "setToDefault"
-                                  << "" << QStringList{};
-    QTest::newRow("setToDefaultAsync") << op([](SetupArrayItemInterface &p) { p.setToDefaultAsync(); })
-                                       << "setToDefault"
-                                       << "" << QStringList{};
+    addWireRows<P>({
+        {"setValue range, int",
+         [](P &p) { p.setValue(QVariant(5), 0, 3); },
+         "setValue",
+         "vii",
+         {"v(i 5)", "i 0", "i 3"}},
+        {"setValue range, string",
+         [](P &p) { p.setValue(QVariant(QStringLiteral("on")), 2, 2); },
+         "setValue",
+         "vii",
+         {"v(s \"on\")", "i 2", "i 2"}},
+        {"setValue range, negative bounds passed through",
+         [](P &p) { p.setValue(QVariant(2.5), -1, 7); },
+         "setValue",
+         "vii",
+         {"v(d 2.5)", "i -1", "i 7"}},
+        {"setValue list",
+         [](P &p) { p.setValue(QVariantList() << 1 << 2); },
+         "setValue",
+         "av",
+         {"av [v(i 1), v(i 2)]"}},
+        {"setValue mixed list",
+         [](P &p) { p.setValue(QVariantList() << true << QStringLiteral("x") << 0.5); },
+         "setValue",
+         "av",
+         {"av [v(b true), v(s \"x\"), v(d 0.5)]"}},
+        {"setValue empty list", [](P &p) { p.setValue(QVariantList()); }, "setValue", "av", {"av []"}},
+        {"getValue", [](P &p) { p.getValue(1, 4); }, "getValue", "ii", {"i 1", "i 4"}},
+        {"getString", [](P &p) { p.getString(); }, "getString", "", {}},
+        {"size", [](P &p) { p.size(); }, "size", "", {}},
+        {"setValueAsync",
+         [](P &p) { p.setValueAsync(QVariant(9), 3, 5); },
+         "setValue",
+         "vii",
+         {"v(i 9)", "i 3", "i 5"}},
+        {"isChangeable", [](P &p) { p.isChangeable(); }, "isChangeable", "", {}},
+        {"setToDefault", [](P &p) { p.setToDefault(); }, "setToDefault", "", {}},
+        {"setToDefaultAsync", [](P &p) { p.setToDefaultAsync(); }, "setToDefault", "", {}},
+    });
 }
 
 void tst_SetupArrayItemInterface::sendsEachOperationWithItsWireForm()
 {
-    QFETCH(Operation, operation);
-    QFETCH(QString, member);
-    QFETCH(QString, signature);
-    QFETCH(QStringList, arguments);
-
-    LogCapture log;
-    m_fake->answer(member, ScriptedAnswer::reply());
-    operation(*m_proxy);
-    verifySingleWireCall(*m_fake, path, member, signature, arguments);
+    verifyWireRow(*m_fake, *m_proxy, path);
 }
 
 void tst_SetupArrayItemInterface::mapsEachReply_data()
 {
-    QTest::addColumn<Operation>("operation");
-    QTest::addColumn<QString>("member");
-    QTest::addColumn<ScriptedAnswer>("answer");
-    QTest::addColumn<bool>("valid");
-    QTest::addColumn<QVariant>("value");
-
-    const ScriptedAnswer error = ScriptedAnswer::error(failure, QStringLiteral("refused"));
-    const auto rows = [&](const char *name, const char *member, Operation op, const QVariant &good,
-                          const QVariant &wrongType, const QVariant &defaultValue) {
-        QTest::addRow("%s answered", name) << op << member << ScriptedAnswer::value(good) << true << good;
-        QTest::addRow("%s error", name) << op << member << error << false << defaultValue;
-        QTest::addRow("%s wrong type", name)
-            << op << member << ScriptedAnswer::value(wrongType) << false << defaultValue;
-    };
-    rows(
-        "setValue range", "setValue",
-        [](SetupArrayItemInterface &p) { return outcomeOf(p.setValue(QVariant(1), 0, 1)); }, true, 1, false);
-    rows(
-        "setValue list", "setValue",
-        [](SetupArrayItemInterface &p) { return outcomeOf(p.setValue(QVariantList() << 1)); }, true,
+    ReplyTable<P> table(ScriptedAnswer::error(failure, QStringLiteral("refused")));
+    table.reply(
+        "setValue range", "setValue", [](P &p) { return outcomeOf(p.setValue(QVariant(1), 0, 1)); }, true, 1, false);
+    table.reply(
+        "setValue list", "setValue", [](P &p) { return outcomeOf(p.setValue(QVariantList() << 1)); }, true,
         QStringLiteral("yes"), false);
-    rows(
-        "getString", "getString", [](SetupArrayItemInterface &p) { return outcomeOf(p.getString()); },
-        QStringLiteral("1, 2, 3"), 3, QString());
-    rows(
-        "size", "size", [](SetupArrayItemInterface &p) { return outcomeOf(p.size()); }, 12, 12.0, 0);
-    rows(
-        "isChangeable", "isChangeable", [](SetupArrayItemInterface &p) { return outcomeOf(p.isChangeable()); }, true,
-        QStringLiteral("true"), false);
+    table.reply(
+        "getString", [](P &p) { return outcomeOf(p.getString()); }, QStringLiteral("1, 2, 3"), 3, QString());
+    table.reply(
+        "size", [](P &p) { return outcomeOf(p.size()); }, 12, 12.0, 0);
+    table.reply(
+        "isChangeable", [](P &p) { return outcomeOf(p.isChangeable()); }, true, QStringLiteral("true"), false);
 
-    // The list getter hands back a plain list: the caller sees no validity, only emptiness.
-    const Operation getValue = [](SetupArrayItemInterface &p) { return listOutcome(p.getValue(0, 2)); };
-    QTest::newRow("getValue answered") << getValue << "getValue"
-                                       << ScriptedAnswer::value(QVariantList() << 1 << QStringLiteral("a") << 2.5)
-                                       << true << QVariant(QVariantList() << 1 << QStringLiteral("a") << 2.5);
-    QTest::newRow("getValue answered empty")
-        << getValue << "getValue" << ScriptedAnswer::value(QVariantList()) << true << QVariant(QVariantList());
-    QTest::newRow("getValue error") << getValue << "getValue" << error << true << QVariant(QVariantList());
-    QTest::newRow("getValue wrong type") << getValue << "getValue"
-                                         << ScriptedAnswer::value(QStringList{QStringLiteral("a")}) << true
-                                         << QVariant(QVariantList());
-    QTest::newRow("getValue no answer value")
-        << getValue << "getValue" << ScriptedAnswer::reply() << true << QVariant(QVariantList());
+    const auto getValue = [](P &p) { return listOutcome(p.getValue(0, 2)); };
+    const QVariantList elements = QVariantList() << 1 << QStringLiteral("a") << 2.5;
+    const QVariant none = QVariant(QVariantList());
+    table.row("getValue", "answered", "getValue", getValue, ScriptedAnswer::value(elements), true, QVariant(elements));
+    table.row("getValue", "answered empty", "getValue", getValue, ScriptedAnswer::value(QVariantList()), true, none);
+    table.row("getValue", "error", "getValue", getValue, table.error(), true, none);
+    table.row("getValue", "wrong type", "getValue", getValue, ScriptedAnswer::value(QStringList{QStringLiteral("a")}),
+              true, none);
+    table.row("getValue", "no answer value", "getValue", getValue, ScriptedAnswer::reply(), true, none);
 }
 
 void tst_SetupArrayItemInterface::mapsEachReply()
 {
-    QFETCH(Operation, operation);
-    QFETCH(QString, member);
-    QFETCH(ScriptedAnswer, answer);
-    QFETCH(bool, valid);
-    QFETCH(QVariant, value);
+    verifyReplyRow(*m_fake, *m_proxy);
+}
 
-    LogCapture log;
-    m_fake->answer(member, answer);
-    const Outcome outcome = operation(*m_proxy);
-    QCOMPARE(outcome.valid, valid);
-    QCOMPARE(outcome.value, value);
+void tst_SetupArrayItemInterface::givesInvalidRepliesWhenTheServiceIsAbsent_data()
+{
+    addAbsentRows<P>({
+        {"setValue range", [](P &p) { return unanswered(p.setValue(QVariant(1), 0, 0)); }, false},
+        {"setValue list", [](P &p) { return unanswered(p.setValue(QVariantList() << 1)); }, false},
+        {"getValue", [](P &p) { return unanswered(p.getValue(0, 0)); }, QVariantList()},
+        {"getString", [](P &p) { return unanswered(p.getString()); }, QString()},
+        {"size", [](P &p) { return unanswered(p.size()); }, 0},
+        {"isChangeable", [](P &p) { return unanswered(p.isChangeable()); }, false},
+        {"setToDefault", returningNothing<P>([](P &p) { p.setToDefault(); }), QVariant()},
+    });
 }
 
 void tst_SetupArrayItemInterface::givesInvalidRepliesWhenTheServiceIsAbsent()
 {
-    LogCapture log;
-    SetupArrayItemInterface proxy(absentService(), path, QDBusConnection::sessionBus());
-
-    const QDBusReply<bool> setRange = proxy.setValue(QVariant(1), 0, 0);
-    QVERIFY(!setRange.isValid());
-    QCOMPARE(setRange.value(), false);
-    QCOMPARE(setRange.error().type(), QDBusError::ServiceUnknown);
-    const QDBusReply<bool> setList = proxy.setValue(QVariantList() << 1);
-    QVERIFY(!setList.isValid());
-    QCOMPARE(setList.error().type(), QDBusError::ServiceUnknown);
-    QCOMPARE(proxy.getValue(0, 0), QVariantList());
-    QVERIFY(!proxy.getString().isValid());
-    QCOMPARE(proxy.getString().value(), QString());
-    QVERIFY(!proxy.size().isValid());
-    QCOMPARE(proxy.size().value(), 0);
-    QVERIFY(!proxy.isChangeable().isValid());
-    QCOMPARE(proxy.isChangeable().value(), false);
-    proxy.setToDefault();
-    QCOMPARE(proxy.lastError().type(), QDBusError::ServiceUnknown);
+    verifyAbsentRow<P>(path);
 }
 
 void tst_SetupArrayItemInterface::getValueReturnsTheElementsUnwrapped()
@@ -265,143 +214,78 @@ void tst_SetupArrayItemInterface::getValueLeavesStructuredElementsAsArguments()
 
 void tst_SetupArrayItemInterface::getValueLogsOneLineOnAnErrorReply()
 {
-    LogCapture log;
-    m_fake->answer("getValue", ScriptedAnswer::error(failure, QStringLiteral("index out of range")));
-
-    QCOMPARE(m_proxy->getValue(3, 9), QVariantList());
-    QCOMPARE(log.lines(),
-             debugLines({QString::fromLatin1(getValueLiteral) + "\"" + m_fake->service() +
-                         "\"  /  \"/Setup/Channels\"  / Error: \"index out of range\""}));
+    verifyLoggedFailure(*m_fake, *m_proxy, checkedGetValue(),
+                        ScriptedAnswer::error(failure, QStringLiteral("index out of range")),
+                        QStringLiteral("\"index out of range\""));
 }
 
 void tst_SetupArrayItemInterface::getValueLogsOneLineForAWrongTypedReply()
 {
-    LogCapture log;
     const QVariant wrong = QStringList{QStringLiteral("a")};
-    m_fake->answer("getValue", ScriptedAnswer::value(wrong));
-
-    QCOMPARE(m_proxy->getValue(0, 0), QVariantList());
-
     const QString message = replyTypeError<QVariantList>(wrong);
     QVERIFY(message.contains(QStringLiteral("av")));
-    QCOMPARE(log.lines(),
-             debugLines({QString::fromLatin1(getValueLiteral) + debugQuoted(m_fake->service()) +
-                         "  /  \"/Setup/Channels\"  / Error: " + debugQuoted(message)}));
+
+    verifyLoggedFailure(*m_fake, *m_proxy, checkedGetValue(), ScriptedAnswer::value(wrong), debugQuoted(message));
 }
 
 void tst_SetupArrayItemInterface::getValueLogsOneLineWhenTheServiceIsAbsent()
 {
-    LogCapture log;
-    SetupArrayItemInterface proxy(absentService(), path, QDBusConnection::sessionBus());
-
-    QCOMPARE(proxy.getValue(0, 0), QVariantList());
-
-    const QString message = proxy.lastError().message();
-    QCOMPARE(proxy.lastError().type(), QDBusError::ServiceUnknown);
-    QVERIFY(message.contains(absentService()));
-    QCOMPARE(log.lines(),
-             debugLines({"SetupArrayItemInterface::getValue():  \"com.velk.mqx.app.absent\"  /  \"/Setup/Channels\""
-                         "  / Error: \"" +
-                         message + "\""}));
+    verifyLoggedFailureWhenTheServiceIsAbsent(path, checkedGetValue());
 }
 
 void tst_SetupArrayItemInterface::getValueQuotesAndEscapesTheErrorMessage()
 {
-    LogCapture log;
-    m_fake->answer("getValue", ScriptedAnswer::error(failure, QStringLiteral("no \"row\" here")));
-
-    m_proxy->getValue(0, 0);
-
-    QCOMPARE(log.lines(),
-             debugLines({QString::fromLatin1(getValueLiteral) + "\"" + m_fake->service() +
-                         "\"  /  \"/Setup/Channels\"  / Error: \"no \\\"row\\\" here\""}));
+    verifyLoggedFailure(*m_fake, *m_proxy, checkedGetValue(),
+                        ScriptedAnswer::error(failure, QStringLiteral("no \"row\" here")),
+                        QStringLiteral("\"no \\\"row\\\" here\""));
 }
 
 void tst_SetupArrayItemInterface::plainOperationsLogNothingOnFailure()
 {
-    LogCapture log;
-    SetupArrayItemInterface proxy(absentService(), path, QDBusConnection::sessionBus());
-
-    proxy.setValue(QVariant(1), 0, 0);
-    proxy.setValue(QVariantList() << 1);
-    proxy.getString();
-    proxy.size();
-    proxy.setValueAsync(QVariant(1), 0, 0);
-    proxy.isChangeable();
-    proxy.setToDefault();
-    proxy.setToDefaultAsync();
-
-    QCOMPARE(log.lines(), QList<LogLine>());
+    verifyNothingLoggedWhenTheServiceIsAbsent<P>(path, [](P &p) {
+        p.setValue(QVariant(1), 0, 0);
+        p.setValue(QVariantList() << 1);
+        p.getString();
+        p.size();
+        p.setValueAsync(QVariant(1), 0, 0);
+        p.isChangeable();
+        p.setToDefault();
+        p.setToDefaultAsync();
+    });
 }
 
 void tst_SetupArrayItemInterface::setToDefaultWaitsForTheAnswerAndDropsIt()
 {
-    // The error only reaches lastError() if the call waited for it.
-    LogCapture log;
-    m_fake->answer("setToDefault", ScriptedAnswer::error(failure, QStringLiteral("locked")));
-
-    m_proxy->setToDefault();
-
-    QCOMPARE(m_fake->callCount(), 1);
-    QCOMPARE(m_proxy->lastError().name(), failure);
-    QCOMPARE(m_proxy->lastError().message(), QStringLiteral("locked"));
-    QCOMPARE(log.lines(), QList<LogLine>());
+    verifySetToDefaultWaitsAndDropsTheAnswer(*m_fake, *m_proxy, failure, QStringLiteral("locked"));
 }
 
 void tst_SetupArrayItemInterface::asyncOperationsReturnAtOnceAndLeaveLastErrorAlone()
 {
-    m_fake->answer("size", ScriptedAnswer::error(failure, QStringLiteral("earlier failure")));
-    m_fake->answer("setValue", ScriptedAnswer::silence());
-    m_fake->answer("setToDefault", ScriptedAnswer::silence());
-    m_proxy->size();
-    QCOMPARE(m_proxy->lastError().message(), QStringLiteral("earlier failure"));
-
-    // The application never answers: a call that waited would not come back in time
-    // for the fake to see both messages.
-    m_proxy->setValueAsync(QVariant(4), 0, 1);
-    m_proxy->setToDefaultAsync();
-
-    QVERIFY(m_fake->waitForCalls(3));
-    QCOMPARE(m_fake->calls().at(1).member, QStringLiteral("setValue"));
-    QCOMPARE(m_fake->calls().at(1).signature, QStringLiteral("vii"));
-    QCOMPARE(m_fake->calls().at(2).member, QStringLiteral("setToDefault"));
-    QCOMPARE(m_proxy->lastError().message(), QStringLiteral("earlier failure"));
+    verifyAsyncCallsReturnAtOnce(*m_fake, *m_proxy, path, {"size", [](P &p) { p.size(); }},
+                                 {{[](P &p) { p.setValueAsync(QVariant(4), 0, 1); }, "setValue", "vii"},
+                                  {[](P &p) { p.setToDefaultAsync(); }, "setToDefault", ""}});
 }
 
 void tst_SetupArrayItemInterface::asyncSetterToAnAbsentServiceLogsNothing()
 {
-    LogCapture log;
-    SetupArrayItemInterface proxy(absentService(), path, QDBusConnection::sessionBus());
-    const QDBusError before = proxy.lastError();
-
-    proxy.setValueAsync(QVariant(5), 0, 0);
-    proxy.setToDefaultAsync();
-
-    QCOMPARE(proxy.lastError().type(), before.type());
-    QCOMPARE(proxy.lastError().message(), before.message());
-    QCOMPARE(log.lines(), QList<LogLine>());
+    verifyAsyncCallsToAnAbsentServiceLogNothing<P>(path, [](P &p) {
+        p.setValueAsync(QVariant(5), 0, 0);
+        p.setToDefaultAsync();
+    });
 }
 
 void tst_SetupArrayItemInterface::metaObjectListsSignalsThenSlotsInDeclarationOrder()
 {
-    QCOMPARE(ownMethodSignatures(SetupArrayItemInterface::staticMetaObject),
-             QStringList({"setupChanged()", "setValue(QVariant,int,int)", "setValue(QVariantList)", "getValue(int,int)",
-                          "getString()", "size()", "setValueAsync(QVariant,int,int)", "isChangeable()",
-                          "setToDefault()", "setToDefaultAsync()"}));
-    QCOMPARE(ownMethodSignatures(SetupArrayItemInterface::staticMetaObject, QMetaMethod::Signal),
-             QStringList({"setupChanged()"}));
-    const QMetaObject &meta = SetupArrayItemInterface::staticMetaObject;
-    QCOMPARE(meta.method(meta.indexOfMethod("getValue(int,int)")).returnType(), int(QMetaType::QVariantList));
-    QCOMPARE(meta.method(meta.indexOfMethod("setToDefault()")).returnType(), int(QMetaType::Void));
-    QCOMPARE(meta.superClass(), &QDBusAbstractInterface::staticMetaObject);
-    QCOMPARE(m_proxy->metaObject(), &SetupArrayItemInterface::staticMetaObject);
+    verifyOwnMethods(*m_proxy, {"setupChanged()"},
+                     {"setValue(QVariant,int,int)", "setValue(QVariantList)", "getValue(int,int)", "getString()",
+                      "size()", "setValueAsync(QVariant,int,int)", "isChangeable()", "setToDefault()",
+                      "setToDefaultAsync()"});
+    verifyReturnTypes<P>({{"getValue(int,int)", "QVariantList"}, {"setToDefault()", "void"}});
 }
 
 void tst_SetupArrayItemInterface::metaCastKnowsTheClassAndLeavesTheRestToTheBase()
 {
-    QCOMPARE(m_proxy->qt_metacast("SetupArrayItemInterface"), static_cast<void *>(m_proxy.get()));
-    QCOMPARE(m_proxy->qt_metacast("QDBusAbstractInterface"),
-             static_cast<void *>(static_cast<QDBusAbstractInterface *>(m_proxy.get())));
+    verifyMetaCast(*m_proxy, "SetupArrayItemInterface");
     QCOMPARE(m_proxy->qt_metacast("SetupMapItemInterface"), nullptr);
 }
 

@@ -1,26 +1,45 @@
 #include "SetupThresholdManagerInterface.h"
 
+#include "CompositeTestSupport.h"
 #include "DBusCompat_p.h"
 #include "DBusTypes.h"
-#include "FakeMeasApplication.h"
-#include "LogCapture.h"
-#include "ProxyTestSupport.h"
 
 #include <QDBusArgument>
 #include <QDBusConnection>
 #include <QDBusMetaType>
-#include <QElapsedTimer>
 #include <QtTest/QTest>
 
-#include <functional>
 #include <memory>
 
-using Operation = std::function<Outcome(SetupThresholdManagerInterface &)>;
-Q_DECLARE_METATYPE(Operation)
-
 namespace {
+using P = SetupThresholdManagerInterface;
 const QString path = QStringLiteral("/Setup/Thresholds");
 const QString failure = QStringLiteral("com.velk.mqx.Error.Failed");
+
+// The class's own methods, in meta-object order.
+const QStringList signalSignatures{"locationNameChanged(QString,QString)", "locationsChanged()", "setupChanged()",
+                                   "setupChanged(QString,double)"};
+const QStringList slotSignatures{"setValue(QString,double)",
+                                 "getAllThresholdElements()",
+                                 "getAttributes(QString)",
+                                 "getMaxLocationDescriptionCharacterCount()",
+                                 "getMaxLocationNameCharacterCount()",
+                                 "getMaxValue(QString)",
+                                 "getMinValue(QString)",
+                                 "getThresholdElementsForLocation(QString)",
+                                 "getValue(QString)",
+                                 "getString(QString)",
+                                 "getLocationNames()",
+                                 "getLocationDescription(QString)",
+                                 "isLocationEditable(QString)",
+                                 "size()",
+                                 "isChangeable()",
+                                 "setLocationDescription(QString,QString)",
+                                 "setToDefault()",
+                                 "setToDefaultAsync()",
+                                 "createLocation(QString,QString)",
+                                 "deleteLocation(QString)",
+                                 "renameLocation(QString,QString)"};
 
 /// A reply as the application would give it, made without a bus.
 QDBusReply<int> localReply(int value)
@@ -63,7 +82,7 @@ void readDoubles(const QDBusArgument &argument, void *value)
 }
 } // namespace
 
-class tst_SetupThresholdManagerInterface : public QObject
+class tst_SetupThresholdManagerInterface : public QObject, private ProxyFixture<SetupThresholdManagerInterface>
 {
     Q_OBJECT
 
@@ -78,6 +97,7 @@ private Q_SLOTS:
     void sendsEachOperationWithItsWireForm();
     void mapsEachReplyWithoutLogging_data();
     void mapsEachReplyWithoutLogging();
+    void givesInvalidDefaultRepliesAndLogsNothingWhenTheServiceIsAbsent_data();
     void givesInvalidDefaultRepliesAndLogsNothingWhenTheServiceIsAbsent();
 
     void setToDefaultWaitsForTheAnswerAndDropsIt();
@@ -97,38 +117,23 @@ private Q_SLOTS:
     void relaysSetupChangedWithoutArguments();
     void relaysSetupChangedWithKeyAndValue();
     void setupChangedOverloadsShareTheBusSignalByItsArguments();
-
-private:
-    std::unique_ptr<FakeMeasApplication> m_fake;
-    std::unique_ptr<SetupThresholdManagerInterface> m_proxy;
 };
 
 void tst_SetupThresholdManagerInterface::init()
 {
-    m_fake.reset(new FakeMeasApplication);
-    m_proxy.reset(new SetupThresholdManagerInterface(m_fake->service(), path, QDBusConnection::sessionBus()));
+    startFakeAndProxy(path);
 }
 
 void tst_SetupThresholdManagerInterface::cleanup()
 {
-    m_proxy.reset();
-    m_fake.reset();
+    stopFakeAndProxy();
 }
 
 void tst_SetupThresholdManagerInterface::constructionMakesNoBusCallAndLogsNothing()
 {
-    LogCapture log;
-    SetupThresholdManagerInterface proxy(m_fake->service(), path, QDBusConnection::sessionBus());
-    SetupThresholdManagerInterface absent(absentService(), path, QDBusConnection::sessionBus());
-
-    QVERIFY(proxy.isValid());
-    QCOMPARE(proxy.service(), m_fake->service());
-    QCOMPARE(proxy.path(), path);
-    QCOMPARE(proxy.interface(), FakeMeasApplication::interfaceName);
-    QCOMPARE(absent.service(), absentService());
-    syncWithBus(proxy.connection());
-    QCOMPARE(m_fake->callCount(), 0);
-    QCOMPARE(log.lines(), QList<LogLine>());
+    verifyConstructionContract<SetupThresholdManagerInterface>(*m_fake, path);
+    verifyConstructionForAnAbsentService<SetupThresholdManagerInterface>(path);
+    QVERIFY(m_proxy->isValid());
 }
 
 void tst_SetupThresholdManagerInterface::everyConstructionKeepsTheOneDoubleListTypeAndRestoresItsMarshalling()
@@ -160,152 +165,113 @@ void tst_SetupThresholdManagerInterface::everyConstructionKeepsTheOneDoubleListT
 
 void tst_SetupThresholdManagerInterface::sendsEachOperationWithItsWireForm_data()
 {
-    QTest::addColumn<Operation>("operation");
-    QTest::addColumn<QString>("member");
-    QTest::addColumn<QString>("signature");
-    QTest::addColumn<QList<QVariant>>("arguments");
-
-    const auto op = [](std::function<void(SetupThresholdManagerInterface &)> call) {
-        return Operation([call](SetupThresholdManagerInterface &proxy) {
-            call(proxy);
-            return Outcome{};
-        });
-    };
-    using P = SetupThresholdManagerInterface;
     const QString key = QStringLiteral("Limits/Upper/3");
     const QString location = QStringLiteral("Hall A");
     const QString other = QStringLiteral("Hall B");
 
-    QTest::newRow("setValue") << op([=](P &p) { p.setValue(key, 2.5); }) << "setValue"
-                              << "sd" << QList<QVariant>{key, 2.5};
-    QTest::newRow("getAllThresholdElements")
-        << op([](P &p) { p.getAllThresholdElements(); }) << "getAllThresholdElements"
-        << "" << QList<QVariant>{};
-    QTest::newRow("getAttributes") << op([=](P &p) { p.getAttributes(key); }) << "getAttributes"
-                                   << "s" << QList<QVariant>{key};
-    QTest::newRow("getMaxLocationDescriptionCharacterCount")
-        << op([](P &p) { p.getMaxLocationDescriptionCharacterCount(); }) << "getMaxLocationDescriptionCharacterCount"
-        << "" << QList<QVariant>{};
-    QTest::newRow("getMaxLocationNameCharacterCount")
-        << op([](P &p) { p.getMaxLocationNameCharacterCount(); }) << "getMaxLocationNameCharacterCount"
-        << "" << QList<QVariant>{};
-    QTest::newRow("getMaxValue") << op([=](P &p) { p.getMaxValue(key); }) << "getMaxValue"
-                                 << "s" << QList<QVariant>{key};
-    QTest::newRow("getMinValue") << op([=](P &p) { p.getMinValue(key); }) << "getMinValue"
-                                 << "s" << QList<QVariant>{key};
-    QTest::newRow("getThresholdElementsForLocation")
-        << op([=](P &p) { p.getThresholdElementsForLocation(location); }) << "getThresholdElementsForLocation"
-        << "s" << QList<QVariant>{location};
-    QTest::newRow("getValue") << op([=](P &p) { p.getValue(key); }) << "getValue"
-                              << "s" << QList<QVariant>{key};
-    QTest::newRow("getString") << op([=](P &p) { p.getString(key); }) << "getString"
-                               << "s" << QList<QVariant>{key};
-    QTest::newRow("getLocationNames") << op([](P &p) { p.getLocationNames(); }) << "getLocationNames"
-                                      << "" << QList<QVariant>{};
-    QTest::newRow("getLocationDescription")
-        << op([=](P &p) { p.getLocationDescription(location); }) << "getLocationDescription"
-        << "s" << QList<QVariant>{location};
-    QTest::newRow("isLocationEditable") << op([=](P &p) { p.isLocationEditable(location); }) << "isLocationEditable"
-                                        << "s" << QList<QVariant>{location};
-    QTest::newRow("size") << op([](P &p) { p.size(); }) << "size"
-                          << "" << QList<QVariant>{};
-    QTest::newRow("isChangeable") << op([](P &p) { p.isChangeable(); }) << "isChangeable"
-                                  << "" << QList<QVariant>{};
-    QTest::newRow("setLocationDescription")
-        << op([=](P &p) { p.setLocationDescription(location, QStringLiteral("north wall")); })
-        << "setLocationDescription"
-        << "ss" << QList<QVariant>{location, QStringLiteral("north wall")};
-    QTest::newRow("setToDefault") << op([](P &p) { p.setToDefault(); }) << "setToDefault"
-                                  << "" << QList<QVariant>{};
-    QTest::newRow("setToDefaultAsync") << op([](P &p) { p.setToDefaultAsync(); }) << "setToDefault"
-                                       << "" << QList<QVariant>{};
-    QTest::newRow("createLocation") << op([=](P &p) { p.createLocation(other, location); }) << "createLocation"
-                                    << "ss" << QList<QVariant>{other, location};
-    QTest::newRow("deleteLocation") << op([=](P &p) { p.deleteLocation(other); }) << "deleteLocation"
-                                    << "s" << QList<QVariant>{other};
-    QTest::newRow("renameLocation") << op([=](P &p) { p.renameLocation(location, other); }) << "renameLocation"
-                                    << "ss" << QList<QVariant>{location, other};
+    addWireRows<P, QList<QVariant>>({
+        {"setValue", [=](P &p) { p.setValue(key, 2.5); }, "setValue", "sd", {key, 2.5}},
+        {"getAllThresholdElements", [](P &p) { p.getAllThresholdElements(); }, "getAllThresholdElements", "", {}},
+        {"getAttributes", [=](P &p) { p.getAttributes(key); }, "getAttributes", "s", {key}},
+        {"getMaxLocationDescriptionCharacterCount",
+         [](P &p) { p.getMaxLocationDescriptionCharacterCount(); },
+         "getMaxLocationDescriptionCharacterCount",
+         "",
+         {}},
+        {"getMaxLocationNameCharacterCount",
+         [](P &p) { p.getMaxLocationNameCharacterCount(); },
+         "getMaxLocationNameCharacterCount",
+         "",
+         {}},
+        {"getMaxValue", [=](P &p) { p.getMaxValue(key); }, "getMaxValue", "s", {key}},
+        {"getMinValue", [=](P &p) { p.getMinValue(key); }, "getMinValue", "s", {key}},
+        {"getThresholdElementsForLocation",
+         [=](P &p) { p.getThresholdElementsForLocation(location); },
+         "getThresholdElementsForLocation",
+         "s",
+         {location}},
+        {"getValue", [=](P &p) { p.getValue(key); }, "getValue", "s", {key}},
+        {"getString", [=](P &p) { p.getString(key); }, "getString", "s", {key}},
+        {"getLocationNames", [](P &p) { p.getLocationNames(); }, "getLocationNames", "", {}},
+        {"getLocationDescription",
+         [=](P &p) { p.getLocationDescription(location); },
+         "getLocationDescription",
+         "s",
+         {location}},
+        {"isLocationEditable", [=](P &p) { p.isLocationEditable(location); }, "isLocationEditable", "s", {location}},
+        {"size", [](P &p) { p.size(); }, "size", "", {}},
+        {"isChangeable", [](P &p) { p.isChangeable(); }, "isChangeable", "", {}},
+        {"setLocationDescription",
+         [=](P &p) { p.setLocationDescription(location, QStringLiteral("north wall")); },
+         "setLocationDescription",
+         "ss",
+         {location, QStringLiteral("north wall")}},
+        {"setToDefault", [](P &p) { p.setToDefault(); }, "setToDefault", "", {}},
+        {"setToDefaultAsync", [](P &p) { p.setToDefaultAsync(); }, "setToDefault", "", {}},
+        {"createLocation", [=](P &p) { p.createLocation(other, location); }, "createLocation", "ss", {other, location}},
+        {"deleteLocation", [=](P &p) { p.deleteLocation(other); }, "deleteLocation", "s", {other}},
+        {"renameLocation", [=](P &p) { p.renameLocation(location, other); }, "renameLocation", "ss", {location, other}},
+    });
 }
 
 void tst_SetupThresholdManagerInterface::sendsEachOperationWithItsWireForm()
 {
-    QFETCH(Operation, operation);
-    QFETCH(QString, member);
-    QFETCH(QString, signature);
-    QFETCH(QList<QVariant>, arguments);
-
-    m_fake->answer(member, ScriptedAnswer::reply());
-    operation(*m_proxy);
-    verifySingleCall(*m_fake, path, member, signature, arguments);
+    verifyWireRow<QList<QVariant>>(*m_fake, *m_proxy, path);
 }
 
 void tst_SetupThresholdManagerInterface::mapsEachReplyWithoutLogging_data()
 {
-    QTest::addColumn<Operation>("operation");
-    QTest::addColumn<QString>("member");
-    QTest::addColumn<ScriptedAnswer>("answer");
-    QTest::addColumn<bool>("valid");
-    QTest::addColumn<QVariant>("value");
-
-    using P = SetupThresholdManagerInterface;
     const QString key = QStringLiteral("k");
-    const ScriptedAnswer error = ScriptedAnswer::error(failure, QStringLiteral("refused"));
-    const auto rows = [&](const char *name, Operation op, const QVariant &good, const QVariant &wrongType,
-                          const QVariant &defaultValue) {
-        QTest::addRow("%s answered", name) << op << name << ScriptedAnswer::value(good) << true << good;
-        QTest::addRow("%s error", name) << op << name << error << false << defaultValue;
-        QTest::addRow("%s wrong type", name) << op << name << ScriptedAnswer::value(wrongType) << false << defaultValue;
-        QTest::addRow("%s empty return", name) << op << name << ScriptedAnswer::reply() << false << defaultValue;
-    };
-    rows(
+    ReplyTable<P> table(ScriptedAnswer::error(failure, QStringLiteral("refused")));
+    table.reply(
         "setValue", [key](P &p) { return outcomeOf(p.setValue(key, 1.0)); }, true, 1, false);
-    rows(
+    table.reply(
         "getAllThresholdElements", [](P &p) { return outcomeOf(p.getAllThresholdElements()); },
         QStringLiteral("k=1;j=2"), 12, QString());
-    rows(
+    table.reply(
         "getAttributes", [key](P &p) { return outcomeOf(p.getAttributes(key)); }, 0x13, 19.0, 0);
-    rows(
+    table.reply(
         "getMaxLocationDescriptionCharacterCount",
         [](P &p) { return outcomeOf(p.getMaxLocationDescriptionCharacterCount()); }, 80, QStringLiteral("80"), 0);
-    rows(
+    table.reply(
         "getMaxLocationNameCharacterCount", [](P &p) { return outcomeOf(p.getMaxLocationNameCharacterCount()); }, 16,
         true, 0);
-    rows(
+    table.reply(
         "getMaxValue", [key](P &p) { return outcomeOf(p.getMaxValue(key)); }, 99.5, 99, 0.0);
-    rows(
+    table.reply(
         "getMinValue", [key](P &p) { return outcomeOf(p.getMinValue(key)); }, -3.25, QStringLiteral("-3.25"), 0.0);
-    rows(
+    table.reply(
         "getThresholdElementsForLocation",
         [](P &p) { return outcomeOf(p.getThresholdElementsForLocation(QStringLiteral("Hall A"))); },
         QStringLiteral("k=1"), QStringList{QStringLiteral("k=1")}, QString());
-    rows(
+    table.reply(
         "getValue", [key](P &p) { return outcomeOf(p.getValue(key)); }, 12.75, 12, 0.0);
-    rows(
+    table.reply(
         "getString", [key](P &p) { return outcomeOf(p.getString(key)); }, QStringLiteral("12.75 dB"), 12.75, QString());
-    rows(
+    table.reply(
         "getLocationNames", [](P &p) { return outcomeOf(p.getLocationNames()); },
         QStringList{QStringLiteral("Hall A"), QStringLiteral("Hall B")}, QStringLiteral("Hall A"), QStringList());
-    rows(
+    table.reply(
         "getLocationDescription", [](P &p) { return outcomeOf(p.getLocationDescription(QStringLiteral("Hall A"))); },
         QStringLiteral("north wall"), 1, QString());
-    rows(
+    table.reply(
         "isLocationEditable", [](P &p) { return outcomeOf(p.isLocationEditable(QStringLiteral("Hall A"))); }, true,
         QStringLiteral("true"), false);
-    rows(
+    table.reply(
         "size", [](P &p) { return outcomeOf(p.size()); }, 7, 7.0, 0);
-    rows(
+    table.reply(
         "isChangeable", [](P &p) { return outcomeOf(p.isChangeable()); }, true, 1, false);
-    rows(
+    table.reply(
         "setLocationDescription",
         [](P &p) { return outcomeOf(p.setLocationDescription(QStringLiteral("Hall A"), QStringLiteral("d"))); }, true,
         QStringLiteral("yes"), false);
-    rows(
+    table.reply(
         "createLocation",
         [](P &p) { return outcomeOf(p.createLocation(QStringLiteral("Hall B"), QStringLiteral("Hall A"))); }, true, 1,
         false);
-    rows(
+    table.reply(
         "deleteLocation", [](P &p) { return outcomeOf(p.deleteLocation(QStringLiteral("Hall B"))); }, true, 0, false);
-    rows(
+    table.reply(
         "renameLocation",
         [](P &p) { return outcomeOf(p.renameLocation(QStringLiteral("Hall A"), QStringLiteral("Hall C"))); }, true, 2.0,
         false);
@@ -313,197 +279,84 @@ void tst_SetupThresholdManagerInterface::mapsEachReplyWithoutLogging_data()
 
 void tst_SetupThresholdManagerInterface::mapsEachReplyWithoutLogging()
 {
-    QFETCH(Operation, operation);
-    QFETCH(QString, member);
-    QFETCH(ScriptedAnswer, answer);
-    QFETCH(bool, valid);
-    QFETCH(QVariant, value);
+    verifyReplyRow(*m_fake, *m_proxy, Logging::None);
+}
 
-    LogCapture log;
-    m_fake->answer(member, answer);
-    const Outcome outcome = operation(*m_proxy);
-    QCOMPARE(outcome.valid, valid);
-    QCOMPARE(outcome.value.userType(), value.userType());
-    QCOMPARE(outcome.value, value);
-    QCOMPARE(log.lines(), QList<LogLine>());
+void tst_SetupThresholdManagerInterface::givesInvalidDefaultRepliesAndLogsNothingWhenTheServiceIsAbsent_data()
+{
+    const QString key = QStringLiteral("k");
+    const QString location = QStringLiteral("Hall A");
+    addAbsentRows<P>({
+        {"setValue", [=](P &p) { return unanswered(p.setValue(key, 1.0)); }, false},
+        {"getAllThresholdElements", [](P &p) { return unanswered(p.getAllThresholdElements()); }, QString()},
+        {"getAttributes", [=](P &p) { return unanswered(p.getAttributes(key)); }, 0},
+        {"getMaxLocationDescriptionCharacterCount",
+         [](P &p) { return unanswered(p.getMaxLocationDescriptionCharacterCount()); }, 0},
+        {"getMaxLocationNameCharacterCount", [](P &p) { return unanswered(p.getMaxLocationNameCharacterCount()); }, 0},
+        {"getMaxValue", [=](P &p) { return unanswered(p.getMaxValue(key)); }, 0.0},
+        {"getMinValue", [=](P &p) { return unanswered(p.getMinValue(key)); }, 0.0},
+        {"getThresholdElementsForLocation",
+         [=](P &p) { return unanswered(p.getThresholdElementsForLocation(location)); }, QString()},
+        {"getValue", [=](P &p) { return unanswered(p.getValue(key)); }, 0.0},
+        {"getString", [=](P &p) { return unanswered(p.getString(key)); }, QString()},
+        {"getLocationNames", [](P &p) { return unanswered(p.getLocationNames()); }, QStringList()},
+        {"getLocationDescription", [=](P &p) { return unanswered(p.getLocationDescription(location)); }, QString()},
+        {"isLocationEditable", [=](P &p) { return unanswered(p.isLocationEditable(location)); }, false},
+        {"size", [](P &p) { return unanswered(p.size()); }, 0},
+        {"isChangeable", [](P &p) { return unanswered(p.isChangeable()); }, false},
+        {"setLocationDescription",
+         [=](P &p) { return unanswered(p.setLocationDescription(location, QStringLiteral("d"))); }, false},
+        {"setToDefault", returningNothing<P>([](P &p) { p.setToDefault(); }), QVariant()},
+        {"createLocation", [=](P &p) { return unanswered(p.createLocation(location, QStringLiteral("Hall B"))); },
+         false},
+        {"deleteLocation", [=](P &p) { return unanswered(p.deleteLocation(location)); }, false},
+        {"renameLocation", [=](P &p) { return unanswered(p.renameLocation(location, QStringLiteral("Hall B"))); },
+         false},
+    });
 }
 
 void tst_SetupThresholdManagerInterface::givesInvalidDefaultRepliesAndLogsNothingWhenTheServiceIsAbsent()
 {
-    LogCapture log;
-    SetupThresholdManagerInterface proxy(absentService(), path, QDBusConnection::sessionBus());
-    const QString key = QStringLiteral("k");
-    const QString location = QStringLiteral("Hall A");
-
-    const QDBusReply<bool> set = proxy.setValue(key, 1.0);
-    QVERIFY(!set.isValid());
-    QCOMPARE(set.value(), false);
-    QCOMPARE(set.error().type(), QDBusError::ServiceUnknown);
-    QVERIFY(set.error().message().contains(absentService()));
-
-    const auto checkInt = [](const QDBusReply<int> &reply) {
-        QVERIFY(!reply.isValid());
-        QCOMPARE(reply.value(), 0);
-        QCOMPARE(reply.error().type(), QDBusError::ServiceUnknown);
-    };
-    const auto checkDouble = [](const QDBusReply<double> &reply) {
-        QVERIFY(!reply.isValid());
-        QCOMPARE(reply.value(), 0.0);
-        QCOMPARE(reply.error().type(), QDBusError::ServiceUnknown);
-    };
-    const auto checkString = [](const QDBusReply<QString> &reply) {
-        QVERIFY(!reply.isValid());
-        QVERIFY(reply.value().isEmpty());
-        QCOMPARE(reply.error().type(), QDBusError::ServiceUnknown);
-    };
-    const auto checkBool = [](const QDBusReply<bool> &reply) {
-        QVERIFY(!reply.isValid());
-        QCOMPARE(reply.value(), false);
-        QCOMPARE(reply.error().type(), QDBusError::ServiceUnknown);
-    };
-    checkString(proxy.getAllThresholdElements());
-    checkInt(proxy.getAttributes(key));
-    checkInt(proxy.getMaxLocationDescriptionCharacterCount());
-    checkInt(proxy.getMaxLocationNameCharacterCount());
-    checkDouble(proxy.getMaxValue(key));
-    checkDouble(proxy.getMinValue(key));
-    checkString(proxy.getThresholdElementsForLocation(location));
-    checkDouble(proxy.getValue(key));
-    checkString(proxy.getString(key));
-    const QDBusReply<QStringList> names = proxy.getLocationNames();
-    QVERIFY(!names.isValid());
-    QCOMPARE(names.value(), QStringList());
-    checkString(proxy.getLocationDescription(location));
-    checkBool(proxy.isLocationEditable(location));
-    checkInt(proxy.size());
-    checkBool(proxy.isChangeable());
-    checkBool(proxy.setLocationDescription(location, QStringLiteral("d")));
-    proxy.setToDefault();
-    proxy.setToDefaultAsync();
-    checkBool(proxy.createLocation(location, QStringLiteral("Hall B")));
-    checkBool(proxy.deleteLocation(location));
-    checkBool(proxy.renameLocation(location, QStringLiteral("Hall B")));
-
-    QCOMPARE(log.lines(), QList<LogLine>());
+    verifyAbsentRow<P>(path, Logging::None);
 }
 
 void tst_SetupThresholdManagerInterface::setToDefaultWaitsForTheAnswerAndDropsIt()
 {
-    LogCapture log;
-    m_fake->answer("setToDefault", ScriptedAnswer::error(failure, QStringLiteral("reset refused")));
-
-    m_proxy->setToDefault();
-
-    // Nothing was run in between: the call came back only once the application had answered.
-    QCOMPARE(m_fake->callCount(), 1);
-    QCOMPARE(m_proxy->lastError().message(), QStringLiteral("reset refused"));
-    QCOMPARE(log.lines(), QList<LogLine>());
+    verifySetToDefaultWaitsAndDropsTheAnswer(*m_fake, *m_proxy, failure, QStringLiteral("reset refused"));
 }
 
 void tst_SetupThresholdManagerInterface::setToDefaultAsyncReturnsAtOnceWithoutWaiting()
 {
-    LogCapture log;
-    m_fake->answer("getValue", ScriptedAnswer::error(failure, QStringLiteral("earlier failure")));
-    m_fake->answer("setToDefault", ScriptedAnswer::silence());
-    m_proxy->getValue(QStringLiteral("k"));
-
-    // The application never answers: a call that waited would take the whole time-out.
-    QElapsedTimer timer;
-    timer.start();
-    m_proxy->setToDefaultAsync();
-    QVERIFY(timer.elapsed() < 5000);
-
-    QVERIFY(m_fake->waitForCalls(2));
-    QCOMPARE(m_fake->calls().at(1).member, QStringLiteral("setToDefault"));
-    QCOMPARE(m_proxy->lastError().message(), QStringLiteral("earlier failure"));
-    QCOMPARE(log.lines(), QList<LogLine>());
+    verifyAsyncCallsReturnAtOnce(*m_fake, *m_proxy, path, {"getValue", [](P &p) { p.getValue(QStringLiteral("k")); }},
+                                 {{[](P &p) { p.setToDefaultAsync(); }, "setToDefault", ""}});
 }
 
 void tst_SetupThresholdManagerInterface::setToDefaultAsyncReturnsAtOnceWhenTheServiceIsAbsent()
 {
-    LogCapture log;
-    SetupThresholdManagerInterface proxy(absentService(), path, QDBusConnection::sessionBus());
-    const QDBusError before = proxy.lastError();
-
-    QElapsedTimer timer;
-    timer.start();
-    proxy.setToDefaultAsync();
-    QVERIFY(timer.elapsed() < 5000);
-
-    QCOMPARE(proxy.lastError().type(), before.type());
-    QCOMPARE(proxy.lastError().message(), before.message());
-    QCOMPARE(log.lines(), QList<LogLine>());
+    verifyAsyncCallsToAnAbsentServiceLogNothing<P>(path, [](P &p) { p.setToDefaultAsync(); });
 }
 
 void tst_SetupThresholdManagerInterface::metaObjectPlacesEachMethodAtItsIndex_data()
 {
-    QTest::addColumn<int>("index");
-    QTest::addColumn<QString>("signature");
-    QTest::addColumn<int>("type");
-
-    const int signal = QMetaMethod::Signal;
-    const int slot = QMetaMethod::Slot;
-    QTest::newRow("0") << 0 << "locationNameChanged(QString,QString)" << signal;
-    QTest::newRow("1") << 1 << "locationsChanged()" << signal;
-    QTest::newRow("2") << 2 << "setupChanged()" << signal;
-    QTest::newRow("3") << 3 << "setupChanged(QString,double)" << signal;
-    QTest::newRow("4") << 4 << "setValue(QString,double)" << slot;
-    QTest::newRow("5") << 5 << "getAllThresholdElements()" << slot;
-    QTest::newRow("6") << 6 << "getAttributes(QString)" << slot;
-    QTest::newRow("7") << 7 << "getMaxLocationDescriptionCharacterCount()" << slot;
-    QTest::newRow("8") << 8 << "getMaxLocationNameCharacterCount()" << slot;
-    QTest::newRow("9") << 9 << "getMaxValue(QString)" << slot;
-    QTest::newRow("10") << 10 << "getMinValue(QString)" << slot;
-    QTest::newRow("11") << 11 << "getThresholdElementsForLocation(QString)" << slot;
-    QTest::newRow("12") << 12 << "getValue(QString)" << slot;
-    QTest::newRow("13") << 13 << "getString(QString)" << slot;
-    QTest::newRow("14") << 14 << "getLocationNames()" << slot;
-    QTest::newRow("15") << 15 << "getLocationDescription(QString)" << slot;
-    QTest::newRow("16") << 16 << "isLocationEditable(QString)" << slot;
-    QTest::newRow("17") << 17 << "size()" << slot;
-    QTest::newRow("18") << 18 << "isChangeable()" << slot;
-    QTest::newRow("19") << 19 << "setLocationDescription(QString,QString)" << slot;
-    QTest::newRow("20") << 20 << "setToDefault()" << slot;
-    QTest::newRow("21") << 21 << "setToDefaultAsync()" << slot;
-    QTest::newRow("22") << 22 << "createLocation(QString,QString)" << slot;
-    QTest::newRow("23") << 23 << "deleteLocation(QString)" << slot;
-    QTest::newRow("24") << 24 << "renameLocation(QString,QString)" << slot;
+    addMethodPlacementRows(signalSignatures, slotSignatures);
 }
 
 void tst_SetupThresholdManagerInterface::metaObjectPlacesEachMethodAtItsIndex()
 {
-    QFETCH(int, index);
-    QFETCH(QString, signature);
-    QFETCH(int, type);
-
-    const QMetaObject &meta = SetupThresholdManagerInterface::staticMetaObject;
-    const QMetaMethod method = meta.method(meta.methodOffset() + index);
-    QCOMPARE(QString::fromLatin1(method.methodSignature()), signature);
-    QCOMPARE(int(method.methodType()), type);
-    QCOMPARE(meta.indexOfMethod(signature.toLatin1().constData()), meta.methodOffset() + index);
+    verifyMethodPlacementRow<P>();
 }
 
 void tst_SetupThresholdManagerInterface::metaObjectListsSignalsThenSlotsInDeclarationOrder()
 {
+    verifyOwnMethods(*m_proxy, signalSignatures, slotSignatures);
     const QMetaObject &meta = SetupThresholdManagerInterface::staticMetaObject;
     QCOMPARE(meta.methodCount() - meta.methodOffset(), 25);
-    QCOMPARE(ownMethodSignatures(meta, QMetaMethod::Signal),
-             QStringList({"locationNameChanged(QString,QString)", "locationsChanged()", "setupChanged()",
-                          "setupChanged(QString,double)"}));
     QCOMPARE(ownMethodSignatures(meta, QMetaMethod::Slot).size(), 21);
-    QCOMPARE(meta.superClass(), &QDBusAbstractInterface::staticMetaObject);
-    QCOMPARE(m_proxy->metaObject(), &meta);
-    QCOMPARE(meta.propertyCount(), meta.propertyOffset());
-    QCOMPARE(meta.enumeratorCount(), meta.enumeratorOffset());
-    QCOMPARE(meta.classInfoCount(), meta.classInfoOffset());
 }
 
 void tst_SetupThresholdManagerInterface::metaCastKnowsTheClassAndLeavesTheRestToTheBase()
 {
-    QCOMPARE(m_proxy->qt_metacast("SetupThresholdManagerInterface"), static_cast<void *>(m_proxy.get()));
-    QCOMPARE(m_proxy->qt_metacast("QDBusAbstractInterface"),
-             static_cast<void *>(static_cast<QDBusAbstractInterface *>(m_proxy.get())));
-    QCOMPARE(m_proxy->qt_metacast(nullptr), nullptr);
+    verifyMetaCast(*m_proxy, "SetupThresholdManagerInterface");
     QCOMPARE(m_proxy->qt_metacast("StorageElemsMapInterface"), nullptr);
 }
 
