@@ -48,9 +48,12 @@ char *QTest::toString(const LogLine &line)
 }
 
 LogCapture::LogCapture()
+    : m_previous(qInstallMessageHandler(capture))
 {
-    clear();
-    m_previous = qInstallMessageHandler(capture);
+    QMutexLocker lock(&captureMutex);
+    if (m_previous != capture)
+        capturedLines.clear();
+    m_start = capturedLines.size();
 }
 
 LogCapture::~LogCapture()
@@ -61,11 +64,11 @@ LogCapture::~LogCapture()
 QList<LogLine> LogCapture::lines() const
 {
     QMutexLocker lock(&captureMutex);
-    return capturedLines;
+    return capturedLines.mid(m_start);
 }
 
 void LogCapture::clear()
 {
     QMutexLocker lock(&captureMutex);
-    capturedLines.clear();
+    m_start = capturedLines.size();
 }

@@ -22,7 +22,8 @@ namespace QTest {
 char *toString(const LogLine &line);
 }
 
-/// Collects every message written while it exists, in place of the usual output.
+/// Collects every message written while it exists, in place of the usual output. Captures
+/// nest: an inner one sees only what came after it, the outer one sees everything.
 class LogCapture
 {
 public:
@@ -35,6 +36,7 @@ public:
 private:
     Q_DISABLE_COPY(LogCapture)
     QtMessageHandler m_previous;
+    int m_start;
 };
 
 #endif
