@@ -61,29 +61,6 @@ std::function<Result(QDBusAbstractInterface &)> forAnyProxy(std::function<Result
 
 // ---- fixture ----------------------------------------------------------------------------
 
-/// The application and the proxy on it that each test function starts with afresh.
-template<typename Proxy>
-class ProxyFixture
-{
-protected:
-    /// Starts a new application and a proxy of @p path on it.
-    void startFakeAndProxy(const QString &path)
-    {
-        m_fake.reset(new FakeMeasApplication);
-        m_proxy.reset(new Proxy(m_fake->service(), path, QDBusConnection::sessionBus()));
-    }
-
-    /// The proxy goes before the application it talks to.
-    void stopFakeAndProxy()
-    {
-        m_proxy.reset();
-        m_fake.reset();
-    }
-
-    std::unique_ptr<FakeMeasApplication> m_fake;
-    std::unique_ptr<Proxy> m_proxy;
-};
-
 /// A proxy made for a service nobody owns keeps what it was given and logs nothing.
 template<typename Proxy>
 void verifyConstructionForAnAbsentService(const QString &path)

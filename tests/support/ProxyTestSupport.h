@@ -92,6 +92,29 @@ inline void verifySingleCall(const FakeMeasApplication &fake, const QString &pat
  */
 QList<QVariant> comparableArguments(const QList<QVariant> &arguments);
 
+/// The application and the proxy on it that each test function starts with afresh.
+template<typename Proxy>
+class ProxyFixture
+{
+protected:
+    /// Starts a new application and a proxy of @p path on it.
+    void startFakeAndProxy(const QString &path)
+    {
+        m_fake.reset(new FakeMeasApplication);
+        m_proxy.reset(new Proxy(m_fake->service(), path, QDBusConnection::sessionBus()));
+    }
+
+    /// The proxy goes before the application it talks to.
+    void stopFakeAndProxy()
+    {
+        m_proxy.reset();
+        m_fake.reset();
+    }
+
+    std::unique_ptr<FakeMeasApplication> m_fake;
+    std::unique_ptr<Proxy> m_proxy;
+};
+
 /**
  * Checks what every proxy class shares at construction: service, path, interface and parent
  * are passed on, no message is sent and nothing is logged, and the parent deletes the proxy.

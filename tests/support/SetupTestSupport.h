@@ -232,7 +232,7 @@ enum class LogExpectation { Unchecked, Nothing };
  * them. A test class derives from it beside QObject and starts it in init().
  */
 template<typename Proxy>
-class SetupProxyFixture
+class SetupProxyFixture : protected ProxyFixture<Proxy>
 {
 protected:
     using Action = std::function<void(Proxy &)>;
@@ -240,17 +240,13 @@ protected:
     using Replies = ReplyTable<Proxy>;
     using Reply = ReplyCase<Proxy>;
 
-    void startFixture(const QString &path)
+    using ProxyFixture<Proxy>::m_fake;
+    using ProxyFixture<Proxy>::m_proxy;
+
+    void startFakeAndProxy(const QString &path)
     {
         m_path = path;
-        m_fake.reset(new FakeMeasApplication);
-        m_proxy.reset(new Proxy(m_fake->service(), path, QDBusConnection::sessionBus()));
-    }
-
-    void stopFixture()
-    {
-        m_proxy.reset();
-        m_fake.reset();
+        ProxyFixture<Proxy>::startFakeAndProxy(path);
     }
 
     /// Rows for verifyWireForm().
@@ -470,8 +466,6 @@ protected:
     }
 
     QString m_path;
-    std::unique_ptr<FakeMeasApplication> m_fake;
-    std::unique_ptr<Proxy> m_proxy;
 };
 
 #endif

@@ -62,7 +62,7 @@ const ResultTest::Reading<bool> reading{"QDBusReply<bool>", true, QStringLiteral
 
 } // namespace
 
-class tst_ResultBoolInterface : public QObject
+class tst_ResultBoolInterface : public QObject, private ProxyFixture<ResultBoolInterface>
 {
     Q_OBJECT
 
@@ -95,22 +95,16 @@ private Q_SLOTS:
     void metaObjectListsExactlyItsSlotsInOrder();
     void metaCastKnowsTheClassAndLeavesTheRestToTheBase();
     void invokingSlotsByNameGivesTheDirectResult();
-
-private:
-    std::unique_ptr<FakeMeasApplication> m_fake;
-    std::unique_ptr<ResultBoolInterface> m_proxy;
 };
 
 void tst_ResultBoolInterface::init()
 {
-    m_fake.reset(new FakeMeasApplication);
-    m_proxy.reset(new ResultBoolInterface(m_fake->service(), path, QDBusConnection::sessionBus()));
+    startFakeAndProxy(path);
 }
 
 void tst_ResultBoolInterface::cleanup()
 {
-    m_proxy.reset();
-    m_fake.reset();
+    stopFakeAndProxy();
 }
 
 void tst_ResultBoolInterface::constructionPassesItsArgumentsOnAndSendsNothing()

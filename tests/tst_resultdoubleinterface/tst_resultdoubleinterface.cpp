@@ -60,7 +60,7 @@ const ResultTest::Reading<double> reading{"QDBusReply<double>", 3.25, QStringLit
 
 } // namespace
 
-class tst_ResultDoubleInterface : public QObject
+class tst_ResultDoubleInterface : public QObject, private ProxyFixture<ResultDoubleInterface>
 {
     Q_OBJECT
 
@@ -95,22 +95,16 @@ private Q_SLOTS:
     void metaObjectListsExactlyItsSlotsInOrder();
     void metaCastKnowsTheClassAndLeavesTheRestToTheBase();
     void invokingSlotsByNameGivesTheDirectResult();
-
-private:
-    std::unique_ptr<FakeMeasApplication> m_fake;
-    std::unique_ptr<ResultDoubleInterface> m_proxy;
 };
 
 void tst_ResultDoubleInterface::init()
 {
-    m_fake.reset(new FakeMeasApplication);
-    m_proxy.reset(new ResultDoubleInterface(m_fake->service(), path, QDBusConnection::sessionBus()));
+    startFakeAndProxy(path);
 }
 
 void tst_ResultDoubleInterface::cleanup()
 {
-    m_proxy.reset();
-    m_fake.reset();
+    stopFakeAndProxy();
 }
 
 void tst_ResultDoubleInterface::constructionPassesItsArgumentsOnAndSendsNothing()

@@ -40,7 +40,7 @@ const ResultTest::Reading<int> reading{"QDBusReply<int>", 2, QStringLiteral("Ran
 
 } // namespace
 
-class tst_ResultEnumInterface : public QObject
+class tst_ResultEnumInterface : public QObject, private ProxyFixture<ResultEnumInterface>
 {
     Q_OBJECT
 
@@ -75,22 +75,16 @@ private Q_SLOTS:
     void metaObjectListsExactlyItsSlotsInOrder();
     void metaCastKnowsTheClassAndLeavesTheRestToTheBase();
     void invokingSlotsByNameGivesTheDirectResult();
-
-private:
-    std::unique_ptr<FakeMeasApplication> m_fake;
-    std::unique_ptr<ResultEnumInterface> m_proxy;
 };
 
 void tst_ResultEnumInterface::init()
 {
-    m_fake.reset(new FakeMeasApplication);
-    m_proxy.reset(new ResultEnumInterface(m_fake->service(), path, QDBusConnection::sessionBus()));
+    startFakeAndProxy(path);
 }
 
 void tst_ResultEnumInterface::cleanup()
 {
-    m_proxy.reset();
-    m_fake.reset();
+    stopFakeAndProxy();
 }
 
 void tst_ResultEnumInterface::constructionPassesItsArgumentsOnAndSendsNothing()

@@ -29,7 +29,7 @@ QList<ResultTest::GeneratedGetter> generatedGetters()
 
 } // namespace
 
-class tst_ResultIntArrayInterface : public QObject
+class tst_ResultIntArrayInterface : public QObject, private ProxyFixture<ResultIntArrayInterface>
 {
     Q_OBJECT
 
@@ -57,23 +57,17 @@ private Q_SLOTS:
     void metaCastKnowsTheClassAndLeavesTheRestToTheBase();
     void keepsServiceAndPathBesideTheBase();
     void invokingSlotsByNameGivesTheDirectResult();
-
-private:
-    std::unique_ptr<FakeMeasApplication> m_fake;
-    std::unique_ptr<ResultIntArrayInterface> m_proxy;
 };
 
 void tst_ResultIntArrayInterface::init()
 {
-    m_fake.reset(new FakeMeasApplication);
+    startFakeAndProxy(path);
     QCOMPARE(m_fake->service(), QStringLiteral("com.velk.mqx.app.fake"));
-    m_proxy.reset(new ResultIntArrayInterface(m_fake->service(), path, QDBusConnection::sessionBus()));
 }
 
 void tst_ResultIntArrayInterface::cleanup()
 {
-    m_proxy.reset();
-    m_fake.reset();
+    stopFakeAndProxy();
 }
 
 void tst_ResultIntArrayInterface::constructionMakesNoBusCallAndLogsNothing()

@@ -63,7 +63,7 @@ const ResultTest::Reading<int> reading{"QDBusReply<int>", 42, QStringLiteral("42
 
 } // namespace
 
-class tst_ResultIntInterface : public QObject
+class tst_ResultIntInterface : public QObject, private ProxyFixture<ResultIntInterface>
 {
     Q_OBJECT
 
@@ -98,22 +98,16 @@ private Q_SLOTS:
     void metaObjectListsExactlyItsSlotsInOrder();
     void metaCastKnowsTheClassAndLeavesTheRestToTheBase();
     void invokingSlotsByNameGivesTheDirectResult();
-
-private:
-    std::unique_ptr<FakeMeasApplication> m_fake;
-    std::unique_ptr<ResultIntInterface> m_proxy;
 };
 
 void tst_ResultIntInterface::init()
 {
-    m_fake.reset(new FakeMeasApplication);
-    m_proxy.reset(new ResultIntInterface(m_fake->service(), path, QDBusConnection::sessionBus()));
+    startFakeAndProxy(path);
 }
 
 void tst_ResultIntInterface::cleanup()
 {
-    m_proxy.reset();
-    m_fake.reset();
+    stopFakeAndProxy();
 }
 
 void tst_ResultIntInterface::constructionPassesItsArgumentsOnAndSendsNothing()

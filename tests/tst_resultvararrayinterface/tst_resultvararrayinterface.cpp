@@ -44,7 +44,7 @@ QList<ResultTest::GeneratedGetter> generatedGetters()
 
 } // namespace
 
-class tst_ResultVarArrayInterface : public QObject
+class tst_ResultVarArrayInterface : public QObject, private ProxyFixture<ResultVarArrayInterface>
 {
     Q_OBJECT
 
@@ -75,23 +75,17 @@ private Q_SLOTS:
     void metaCastKnowsTheClassAndLeavesTheRestToTheBase();
     void keepsServiceAndPathBesideTheBase();
     void invokingSlotsByNameGivesTheDirectResult();
-
-private:
-    std::unique_ptr<FakeMeasApplication> m_fake;
-    std::unique_ptr<ResultVarArrayInterface> m_proxy;
 };
 
 void tst_ResultVarArrayInterface::init()
 {
-    m_fake.reset(new FakeMeasApplication);
+    startFakeAndProxy(path);
     QCOMPARE(m_fake->service(), QStringLiteral("com.velk.mqx.app.fake"));
-    m_proxy.reset(new ResultVarArrayInterface(m_fake->service(), path, QDBusConnection::sessionBus()));
 }
 
 void tst_ResultVarArrayInterface::cleanup()
 {
-    m_proxy.reset();
-    m_fake.reset();
+    stopFakeAndProxy();
 }
 
 void tst_ResultVarArrayInterface::constructionMakesNoBusCallAndLogsNothing()

@@ -60,12 +60,12 @@ private Q_SLOTS:
 
 void tst_SetupBoolInterface::init()
 {
-    startFixture(path);
+    startFakeAndProxy(path);
 }
 
 void tst_SetupBoolInterface::cleanup()
 {
-    stopFixture();
+    stopFakeAndProxy();
 }
 
 void tst_SetupBoolInterface::constructorPassesItsArgumentsOnAndCallsNothing()

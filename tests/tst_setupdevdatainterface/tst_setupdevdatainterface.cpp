@@ -135,12 +135,12 @@ private Q_SLOTS:
 
 void tst_SetupDevDataInterface::init()
 {
-    startFixture(path);
+    startFakeAndProxy(path);
 }
 
 void tst_SetupDevDataInterface::cleanup()
 {
-    stopFixture();
+    stopFakeAndProxy();
 }
 
 void tst_SetupDevDataInterface::constructorPassesItsArgumentsOnAndCallsNothing()

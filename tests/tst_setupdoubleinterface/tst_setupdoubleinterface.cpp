@@ -81,12 +81,12 @@ private Q_SLOTS:
 
 void tst_SetupDoubleInterface::init()
 {
-    startFixture(path);
+    startFakeAndProxy(path);
 }
 
 void tst_SetupDoubleInterface::cleanup()
 {
-    stopFixture();
+    stopFakeAndProxy();
 }
 
 void tst_SetupDoubleInterface::constructorPassesItsArgumentsOnAndCallsNothing()

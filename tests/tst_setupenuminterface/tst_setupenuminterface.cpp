@@ -76,12 +76,12 @@ private Q_SLOTS:
 
 void tst_SetupEnumInterface::init()
 {
-    startFixture(path);
+    startFakeAndProxy(path);
 }
 
 void tst_SetupEnumInterface::cleanup()
 {
-    stopFixture();
+    stopFakeAndProxy();
 }
 
 void tst_SetupEnumInterface::constructorPassesItsArgumentsOnAndCallsNothing()

@@ -81,12 +81,12 @@ private Q_SLOTS:
 
 void tst_SetupIntInterface::init()
 {
-    startFixture(path);
+    startFakeAndProxy(path);
 }
 
 void tst_SetupIntInterface::cleanup()
 {
-    stopFixture();
+    stopFakeAndProxy();
 }
 
 void tst_SetupIntInterface::constructionPassesItsArgumentsOnAndSendsNothing()

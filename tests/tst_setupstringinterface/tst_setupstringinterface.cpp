@@ -81,12 +81,12 @@ private Q_SLOTS:
 
 void tst_SetupStringInterface::init()
 {
-    startFixture(path);
+    startFakeAndProxy(path);
 }
 
 void tst_SetupStringInterface::cleanup()
 {
-    stopFixture();
+    stopFakeAndProxy();
 }
 
 void tst_SetupStringInterface::constructorPassesItsArgumentsOnAndCallsNothing()
