@@ -83,21 +83,21 @@ QList<QVariant> ResultIntInterface::getMinValueComp()
 
 QList<QVariant> ResultIntInterface::getMaxValueComp()
 {
-    // Deliberately reported under getMinValueComp's text, as this class always has.
+    // Deliberately reported under getMinValueComp's text.
     return ProxyCall::checked<QList<QVariant>>(*this, {m_classPrefix, "getMinValueComp(): ", m_service, m_path},
                                                "getMaxValueComp");
 }
 
 QList<QVariant> ResultIntInterface::getStringComp()
 {
-    // Deliberately reported under getMinValueComp's text, as this class always has.
+    // Deliberately reported under getMinValueComp's text.
     return ProxyCall::checked<QList<QVariant>>(*this, {m_classPrefix, "getMinValueComp(): ", m_service, m_path},
                                                "getStringComp");
 }
 
 QList<QVariant> ResultIntInterface::getMinStringComp()
 {
-    // Deliberately reported under getMinValueComp's text, as this class always has.
+    // Deliberately reported under getMinValueComp's text.
     return ProxyCall::checked<QList<QVariant>>(*this, {m_classPrefix, "getMinValueComp(): ", m_service, m_path},
                                                "getMinStringComp");
 }
