@@ -61,18 +61,6 @@ std::function<Result(QDBusAbstractInterface &)> forAnyProxy(std::function<Result
 
 // ---- fixture ----------------------------------------------------------------------------
 
-/// A proxy made for a service nobody owns keeps what it was given and logs nothing.
-template<typename Proxy>
-void verifyConstructionForAnAbsentService(const QString &path)
-{
-    LogCapture log;
-    Proxy absent(absentService(), path, QDBusConnection::sessionBus());
-
-    QCOMPARE(absent.service(), absentService());
-    QCOMPARE(absent.path(), path);
-    QCOMPARE(log.lines(), QList<LogLine>());
-}
-
 // ---- plain values -------------------------------------------------------------------------
 
 inline QVariant wrappedValue(const QVariant &value)

@@ -142,6 +142,18 @@ void verifyConstructionContract(FakeMeasApplication &fake, const QString &path)
     QVERIFY(proxy.isNull());
 }
 
+/// A proxy made for a service nobody owns keeps what it was given and logs nothing.
+template<typename Proxy>
+void verifyConstructionForAnAbsentService(const QString &path)
+{
+    LogCapture log;
+    Proxy absent(absentService(), path, QDBusConnection::sessionBus());
+
+    QCOMPARE(absent.service(), absentService());
+    QCOMPARE(absent.path(), path);
+    QCOMPARE(log.lines(), QList<LogLine>());
+}
+
 /// qt_metacast answers the class's own name with the object and leaves other names to the base.
 template<typename Proxy>
 void verifyMetaCast(Proxy &proxy, const char *className)

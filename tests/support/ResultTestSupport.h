@@ -583,18 +583,6 @@ inline void verifyOwnMethodsAreExactlyTheseSlots(const QMetaObject &meta, const 
 // ---------------------------------------------------------------------------------------
 // The row classes
 
-/// Constructing a proxy of an absent service sends nothing and logs nothing either.
-template<typename Proxy>
-void verifyConstructionForAnAbsentServiceLogsNothing(const QString &path)
-{
-    LogCapture log;
-    Proxy absent(absentService(), path, QDBusConnection::sessionBus());
-
-    QCOMPARE(absent.service(), absentService());
-    QCOMPARE(absent.path(), path);
-    QCOMPARE(log.lines(), QList<LogLine>());
-}
-
 /// The columns of a checked getter's rows: what the application answers @p member, the
 /// getter's plain result, and the exact lines it logs.
 inline void addCheckedGetterColumns()

@@ -73,7 +73,7 @@ void tst_ResultIntArrayInterface::cleanup()
 void tst_ResultIntArrayInterface::constructionMakesNoBusCallAndLogsNothing()
 {
     verifyConstructionContract<ResultIntArrayInterface>(*m_fake, path);
-    ResultTest::verifyConstructionForAnAbsentServiceLogsNothing<ResultIntArrayInterface>(path);
+    verifyConstructionForAnAbsentService<ResultIntArrayInterface>(path);
 }
 
 void tst_ResultIntArrayInterface::sendsEachOperationWithItsWireForm_data()

@@ -91,7 +91,7 @@ void tst_ResultVarArrayInterface::cleanup()
 void tst_ResultVarArrayInterface::constructionMakesNoBusCallAndLogsNothing()
 {
     verifyConstructionContract<ResultVarArrayInterface>(*m_fake, path);
-    ResultTest::verifyConstructionForAnAbsentServiceLogsNothing<ResultVarArrayInterface>(path);
+    verifyConstructionForAnAbsentService<ResultVarArrayInterface>(path);
 }
 
 void tst_ResultVarArrayInterface::sendsEachOperationWithItsWireForm_data()
