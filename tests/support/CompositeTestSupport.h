@@ -33,24 +33,9 @@
 #include <optional>
 #include <vector>
 
-/// What a caller of a service nobody owns sees; a plain value carries no error of its own.
-struct Unanswered
-{
-    bool valid;
-    QVariant value;
-    std::optional<QDBusError> replyError;
-};
-
 // Table rows hold operations of any proxy class in these forms.
-using ProxyOperation = std::function<Outcome(QDBusAbstractInterface &)>;
 using ProxyGetter = std::function<QVariant(QDBusAbstractInterface &)>;
-using ProxyAbsentCall = std::function<Unanswered(QDBusAbstractInterface &)>;
-Q_DECLARE_METATYPE(ProxyOperation)
 Q_DECLARE_METATYPE(ProxyGetter)
-Q_DECLARE_METATYPE(ProxyAbsentCall)
-
-/// Whether a check also requires that nothing was logged.
-enum class Logging { Unchecked, None };
 
 /// @p call as a row can hold it.
 template<typename Proxy, typename Result>
@@ -68,49 +53,13 @@ inline QVariant wrappedValue(const QVariant &value)
     return QVariant::fromValue(QDBusVariant(value));
 }
 
-// What a checked getter's caller sees: the plain value, and whether it is not the empty one.
-inline Outcome plainOutcome(const QVariant &value)
-{
-    return {value.isValid(), value};
-}
-
-inline Outcome plainOutcome(const QString &text)
-{
-    return {!text.isNull(), text};
-}
-
-template<typename Container>
-Outcome plainOutcome(const Container &container)
-{
-    return {!container.isEmpty(), QVariant::fromValue(container)};
-}
-
-template<typename T>
-Unanswered unanswered(const QDBusReply<T> &reply)
-{
-    return {reply.isValid(), QVariant::fromValue(reply.value()), reply.error()};
-}
-
-inline Unanswered unanswered(const QDBusReply<void> &reply)
-{
-    return {reply.isValid(), QVariant(), reply.error()};
-}
-
-/// A plain value, valid when it is not the empty one; only the proxy's lastError() tells of a failure.
-template<typename T>
-Unanswered unanswered(const T &plain)
-{
-    const Outcome outcome = plainOutcome(plain);
-    return {outcome.valid, outcome.value, std::nullopt};
-}
-
 /// @p call, of an operation that returns nothing: only the proxy's lastError() tells of a failure.
 template<typename Proxy>
-std::function<Unanswered(Proxy &)> returningNothing(const std::function<void(Proxy &)> &call)
+std::function<Seen(Proxy &)> returningNothing(const std::function<void(Proxy &)> &call)
 {
     return [call](Proxy &proxy) {
         call(proxy);
-        return Unanswered{false, QVariant(), std::nullopt};
+        return Seen{false, QVariant(), std::nullopt};
     };
 }
 
@@ -182,9 +131,9 @@ void addWireRows(const std::vector<WireRow<Proxy, Arguments>> &rows)
     QTest::addColumn<Arguments>("arguments");
     for (const auto &row : rows) {
         const std::function<void(Proxy &)> call = row.call;
-        const std::function<Outcome(Proxy &)> operation = [call](Proxy &proxy) {
+        const std::function<Seen(Proxy &)> operation = [call](Proxy &proxy) {
             call(proxy);
-            return Outcome{};
+            return Seen{};
         };
         QTest::newRow(row.name) << forAnyProxy(operation) << row.member << row.signature << row.arguments;
     }
@@ -193,13 +142,13 @@ void addWireRows(const std::vector<WireRow<Proxy, Arguments>> &rows)
 inline void verifyReceivedCall(const FakeMeasApplication &fake, const QString &path, const QString &member,
                                const QString &signature, const QStringList &arguments)
 {
-    verifySingleWireCall(fake, path, member, signature, arguments);
+    verifySingleCall(fake, path, member, signature, arguments);
 }
 
 inline void verifyReceivedCall(const FakeMeasApplication &fake, const QString &path, const QString &member,
                                const QString &signature, const QList<QVariant> &arguments)
 {
-    verifySingleCall(fake, path, member, signature, arguments);
+    verifySingleCall(fake, path, member, signature, wireTexts(arguments));
 }
 
 /// Runs the current row of addWireRows() and compares the call the application received.
@@ -224,7 +173,7 @@ template<typename Proxy>
 class ReplyTable
 {
 public:
-    using Call = std::function<Outcome(Proxy &)>;
+    using Call = std::function<Seen(Proxy &)>;
 
     /// Adds the columns; @p error is what the application answers in every "error" row.
     explicit ReplyTable(const ScriptedAnswer &error)
@@ -254,7 +203,7 @@ public:
         reply(member, member, call, good, wrongType, defaultValue);
     }
 
-    /// A checked getter (see plainOutcome()): @p good from @p answered; @p empty on an error,
+    /// A checked getter (see seenOf()): @p good from @p answered; @p empty on an error,
     /// on @p wrongType and on a return without a value.
     void checked(const char *name, const char *member, const Call &call, const QVariant &answered, const QVariant &good,
                  const QVariant &wrongType, const QVariant &empty)
@@ -281,7 +230,7 @@ private:
 
 /// Runs the current row of a ReplyTable.
 inline void verifyReplyRow(FakeMeasApplication &fake, QDBusAbstractInterface &proxy,
-                           Logging logging = Logging::Unchecked)
+                           LogCheck logging = LogCheck::Unchecked)
 {
     QFETCH(ProxyOperation, operation);
     QFETCH(QString, member);
@@ -291,11 +240,11 @@ inline void verifyReplyRow(FakeMeasApplication &fake, QDBusAbstractInterface &pr
 
     LogCapture log;
     fake.answer(member, answer);
-    const Outcome outcome = operation(proxy);
+    const Seen outcome = operation(proxy);
     QCOMPARE(outcome.valid, valid);
     QCOMPARE(outcome.value.userType(), value.userType());
     QCOMPARE(outcome.value, value);
-    if (logging == Logging::None)
+    if (logging == LogCheck::Nothing)
         QCOMPARE(log.lines(), QList<LogLine>());
 }
 
@@ -306,14 +255,14 @@ template<typename Proxy>
 struct AbsentRow
 {
     const char *name;
-    std::function<Unanswered(Proxy &)> call;
+    std::function<Seen(Proxy &)> call;
     QVariant empty;
 };
 
 template<typename Proxy>
 void addAbsentRows(const std::vector<AbsentRow<Proxy>> &rows)
 {
-    QTest::addColumn<ProxyAbsentCall>("call");
+    QTest::addColumn<ProxyOperation>("call");
     QTest::addColumn<QVariant>("empty");
     for (const auto &row : rows)
         QTest::newRow(row.name) << forAnyProxy(row.call) << row.empty;
@@ -322,25 +271,25 @@ void addAbsentRows(const std::vector<AbsentRow<Proxy>> &rows)
 /// The current row of addAbsentRows() fails: an invalid reply with the empty value, the bus's
 /// ServiceUnknown error in the reply (if there is one) and in lastError().
 template<typename Proxy>
-void verifyAbsentRow(const QString &path, Logging logging = Logging::Unchecked)
+void verifyAbsentRow(const QString &path, LogCheck logging = LogCheck::Unchecked)
 {
-    QFETCH(ProxyAbsentCall, call);
+    QFETCH(ProxyOperation, call);
     QFETCH(QVariant, empty);
 
     LogCapture log;
     Proxy proxy(absentService(), path, QDBusConnection::sessionBus());
-    const Unanswered seen = call(proxy);
+    const Seen seen = call(proxy);
 
     QVERIFY(!seen.valid);
     QCOMPARE(seen.value.userType(), empty.userType());
     QCOMPARE(seen.value, empty);
-    if (seen.replyError) {
-        QCOMPARE(seen.replyError->type(), QDBusError::ServiceUnknown);
-        QVERIFY(seen.replyError->message().contains(absentService()));
+    if (seen.error) {
+        QCOMPARE(seen.error->type(), QDBusError::ServiceUnknown);
+        QVERIFY(seen.error->message().contains(absentService()));
     }
     QCOMPARE(proxy.lastError().type(), QDBusError::ServiceUnknown);
     QVERIFY(proxy.lastError().message().contains(absentService()));
-    if (logging == Logging::None)
+    if (logging == LogCheck::Nothing)
         QCOMPARE(log.lines(), QList<LogLine>());
 }
 
@@ -461,7 +410,7 @@ void addLoggedFailureRows(const std::vector<CheckedGetter<Proxy>> &getters, cons
         for (const LoggedError &error : errors)
             row(error.name, ScriptedAnswer::error(errorName, error.message), error.quoted);
         QVERIFY(!get.typeError.isEmpty());
-        row("wrong type", ScriptedAnswer::value(get.wrongType), debugQuoted(get.typeError));
+        row("wrong type", ScriptedAnswer::value(get.wrongType), quoted(get.typeError));
     }
 }
 

@@ -3,19 +3,26 @@
 #include <QCoreApplication>
 #include <QDBusVariant>
 
-QList<QVariant> comparableArguments(const QList<QVariant> &arguments)
+void verifyConstructionContract(const ProxyFactory &make, FakeMeasApplication &fake, const QString &path)
 {
-    QList<QVariant> comparable;
-    for (const QVariant &argument : arguments) {
-        if (argument.userType() != qMetaTypeId<QDBusVariant>()) {
-            comparable.append(argument);
-            continue;
-        }
-        const QVariant content = qvariant_cast<QDBusVariant>(argument).variant();
-        comparable.append(QVariantList{QStringLiteral("QDBusVariant"), QString::fromLatin1(content.typeName()),
-                                       comparableArguments({content}).first()});
-    }
-    return comparable;
+    LogCapture log;
+    auto parent = std::make_unique<QObject>();
+    fake.clearCalls();
+
+    QPointer<QDBusAbstractInterface> proxy = make(fake.service(), path, parent.get());
+
+    QCOMPARE(proxy->parent(), parent.get());
+    QCOMPARE(proxy->service(), fake.service());
+    QCOMPARE(proxy->path(), path);
+    QCOMPARE(proxy->interface(), FakeMeasApplication::interfaceName);
+    QVERIFY(!proxy->lastError().isValid());
+    // A message sent at construction would have reached the fake before this round trip ends.
+    syncWithBus(proxy->connection());
+    QCOMPARE(fake.callCount(), 0);
+    QCOMPARE(log.lines(), QList<LogLine>());
+
+    parent.reset();
+    QVERIFY(proxy.isNull());
 }
 
 void verifySignalRelay(QDBusAbstractInterface &proxy, FakeMeasApplication &fake, const char *qtSignal,
@@ -37,7 +44,7 @@ void verifySignalRelay(QDBusAbstractInterface &proxy, FakeMeasApplication &fake,
 
         QVERIFY(spy.wait(5000));
         QCOMPARE(spy.count(), 1);
-        QCOMPARE(comparableArguments(spy.first()), comparableArguments(arguments));
+        QCOMPARE(wireTexts(spy.first()), wireTexts(arguments));
         QCOMPARE(deliveries.count(), 1);
     }
 

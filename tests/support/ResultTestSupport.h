@@ -35,7 +35,7 @@ namespace ResultTest {
 /// Any operation of a proxy, run for the call it sends.
 using Call = std::function<void(QDBusAbstractInterface &)>;
 /// A generated operation (one returning QDBusReply), with what its caller sees.
-using Operation = std::function<Outcome(QDBusAbstractInterface &)>;
+using Operation = std::function<Seen(QDBusAbstractInterface &)>;
 /// A getter returning a list: a composite reading or a row.
 using ListGetter = std::function<QList<QVariant>(QDBusAbstractInterface &)>;
 /// A hand-written getter's plain result.
@@ -46,7 +46,6 @@ using Check = std::function<bool(QDBusAbstractInterface &)>;
 } // namespace ResultTest
 
 Q_DECLARE_METATYPE(ResultTest::Call)
-Q_DECLARE_METATYPE(ResultTest::Operation)
 Q_DECLARE_METATYPE(ResultTest::ListGetter)
 Q_DECLARE_METATYPE(ResultTest::Getter)
 
@@ -66,7 +65,7 @@ auto on(Function function)
 template<typename Proxy, typename R>
 Operation generated(QDBusReply<R> (Proxy::*method)())
 {
-    return [method](QDBusAbstractInterface &proxy) { return outcomeOf((static_cast<Proxy &>(proxy).*method)()); };
+    return [method](QDBusAbstractInterface &proxy) { return seenOf((static_cast<Proxy &>(proxy).*method)()); };
 }
 
 /// The list getter @p method.
@@ -150,20 +149,6 @@ struct Reading
 // ---------------------------------------------------------------------------------------
 // Expected report lines and other helpers
 
-/// @p text as the debug stream writes a QString: quoted, inner quotes and backslashes escaped.
-inline QString quoted(QString text)
-{
-    text.replace(QLatin1Char('\\'), QLatin1String("\\\\")).replace(QLatin1Char('"'), QLatin1String("\\\""));
-    return QLatin1Char('"') + text + QLatin1Char('"');
-}
-
-/// A failure report: @p opening, then the service, path and error message, each quoted.
-inline QString reportLine(const QString &opening, const QString &service, const QString &path, const QString &message)
-{
-    return opening + QStringLiteral(" ") + quoted(service) + QStringLiteral("  /  ") + quoted(path) +
-        QStringLiteral("  / Error: ") + quoted(message);
-}
-
 /// The error that QDBusReply<QList<QVariant>> itself makes of what @p member answers now.
 inline QString replyErrorOf(const QString &service, const QString &path, const QString &member)
 {
@@ -224,7 +209,7 @@ inline void verifySentWithItsWireForm(FakeMeasApplication &fake, QDBusAbstractIn
     fake.answer(member, ScriptedAnswer::reply());
     LogCapture log; // an empty reply is a failure to the checked getters
     call(proxy);
-    verifySingleCall(fake, path, member, signature, arguments);
+    verifySingleCall(fake, path, member, signature, wireTexts(arguments));
 }
 
 // ---------------------------------------------------------------------------------------
@@ -272,7 +257,7 @@ inline void verifyGeneratedReply(FakeMeasApplication &fake, QDBusAbstractInterfa
 
     LogCapture log;
     fake.answer(member, answer);
-    const Outcome outcome = operation(proxy);
+    const Seen outcome = operation(proxy);
     QCOMPARE(outcome.valid, valid);
     QCOMPARE(outcome.value.userType(), value.userType());
     QCOMPARE(outcome.value, value);
@@ -284,7 +269,7 @@ inline void verifyGeneratedReply(FakeMeasApplication &fake, QDBusAbstractInterfa
 inline void verifyFailedWithoutTheService(QDBusAbstractInterface &proxy, const Operation &operation,
                                           const QVariant &failed)
 {
-    const Outcome outcome = operation(proxy);
+    const Seen outcome = operation(proxy);
 
     QCOMPARE(outcome.valid, false);
     QCOMPARE(outcome.value, failed);

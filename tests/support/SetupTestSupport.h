@@ -26,9 +26,6 @@
 #include <memory>
 #include <vector>
 
-/// The error name the fake answers with where a test makes a call fail.
-inline const QString failedErrorName = QStringLiteral("com.velk.mqx.Error.Failed");
-
 /// What a caller can see of a blocking call's reply, its error included.
 struct ReplyState
 {
@@ -94,7 +91,7 @@ inline void verifyReceivedCall(const ReceivedCall &call, const QString &path, co
     QCOMPARE(call.interface, FakeMeasApplication::interfaceName);
     QCOMPARE(call.member, member);
     QCOMPARE(call.signature, signature);
-    QCOMPARE(comparableArguments(call.arguments), comparableArguments(arguments));
+    QCOMPARE(wireTexts(call.arguments), wireTexts(arguments));
     // An exact type check: QVariant would call an int argument equal to a double or a bool.
     QCOMPARE(argumentTypeNames(call.arguments), argumentTypeNames(arguments));
 }
@@ -182,7 +179,7 @@ public:
         QTest::addColumn<bool>("valid");
         QTest::addColumn<QVariant>("value");
 
-        const ScriptedAnswer error = ScriptedAnswer::error(failedErrorName, QStringLiteral("refused"));
+        const ScriptedAnswer error = ScriptedAnswer::error(failedErrorName(), QStringLiteral("refused"));
         for (const ReplyCase<Proxy> &c : m_cases) {
             const SetupQuery query = erasedQuery(c.query);
             if (c.carriesValue) {
@@ -223,9 +220,6 @@ public:
 private:
     std::vector<ReplyCase<Proxy>> m_cases;
 };
-
-/// Whether a check also requires that nothing was logged.
-enum class LogExpectation { Unchecked, Nothing };
 
 /**
  * The fake application and a proxy on it for each test function, and the checks that need
@@ -281,7 +275,7 @@ protected:
     }
 
     /// The row's query, answered as the row says, gives the row's validity and value.
-    void verifyMappedReply(LogExpectation logging)
+    void verifyMappedReply(LogCheck logging)
     {
         QFETCH(SetupQuery, query);
         QFETCH(QString, member);
@@ -295,7 +289,7 @@ protected:
         QCOMPARE(reply.valid, valid);
         QCOMPARE(reply.value, value);
         QCOMPARE(reply.value.userType(), value.userType());
-        if (logging == LogExpectation::Nothing)
+        if (logging == LogCheck::Nothing)
             QCOMPARE(log.lines(), QList<LogLine>());
     }
 
@@ -319,13 +313,13 @@ protected:
     void verifyErrorReplyLogs(const Reply &reply, const QString &message, const QList<LogLine> &lines)
     {
         LogCapture log;
-        m_fake->answer(reply.member, ScriptedAnswer::error(failedErrorName, message));
+        m_fake->answer(reply.member, ScriptedAnswer::error(failedErrorName(), message));
 
         const ReplyState state = reply.query(*m_proxy);
 
         QVERIFY(!state.valid);
         QCOMPARE(state.value, reply.empty);
-        QCOMPARE(state.error.name(), failedErrorName);
+        QCOMPARE(state.error.name(), failedErrorName());
         QCOMPARE(state.error.message(), message);
         QCOMPARE(log.lines(), lines);
     }
@@ -366,7 +360,7 @@ protected:
     {
         LogCapture log;
         for (const Reply &reply : replies.cases())
-            m_fake->answer(reply.member, ScriptedAnswer::error(failedErrorName, QStringLiteral("refused")));
+            m_fake->answer(reply.member, ScriptedAnswer::error(failedErrorName(), QStringLiteral("refused")));
 
         for (const Reply &reply : replies.cases())
             QVERIFY(!reply.query(*m_proxy).valid);
@@ -399,7 +393,7 @@ protected:
      */
     void verifyAsyncCallsReturnAtOnce(const Sent &failingCall, const std::vector<Sent> &asyncCalls)
     {
-        m_fake->answer(failingCall.member, ScriptedAnswer::error(failedErrorName, QStringLiteral("earlier failure")));
+        m_fake->answer(failingCall.member, ScriptedAnswer::error(failedErrorName(), QStringLiteral("earlier failure")));
         for (const Sent &sent : asyncCalls)
             m_fake->answer(sent.member, ScriptedAnswer::silence());
         {

@@ -237,7 +237,7 @@ void tst_ProxyCall::blockingListCallSendsTheGatheredArguments()
 
     QVERIFY(reply.isValid());
     QCOMPARE(reply.value(), true);
-    verifySingleCall(*m_fake, path, "setValue", "sd", {QStringLiteral("k"), 1.5});
+    verifySingleCall(*m_fake, path, "setValue", "sd", wireTexts({QStringLiteral("k"), 1.5}));
 }
 
 void tst_ProxyCall::blockingVoidCallWaitsAndDropsTheError()
@@ -427,7 +427,7 @@ void tst_ProxyCall::checkedVariantUnwrapsTheValue()
 
     QCOMPARE(value.userType(), int(QMetaType::Double));
     QCOMPARE(value.toDouble(), 2.5);
-    verifySingleCall(*m_fake, path, "getValue", "i", {2});
+    verifySingleCall(*m_fake, path, "getValue", "i", wireTexts({2}));
 }
 
 void tst_ProxyCall::checkedVariantLeavesStructuredValuesAsArguments()

@@ -96,7 +96,7 @@ void tst_ResultIntArrayInterface::checkedGettersReturnTheValueOrReportOnce_data(
 {
     ResultTest::addCheckedGetterColumns();
 
-    const ScriptedAnswer error = ScriptedAnswer::error(ResultTest::failure(), QStringLiteral("no row yet"));
+    const ScriptedAnswer error = ScriptedAnswer::error(failedErrorName(), QStringLiteral("no row yet"));
     const ResultTest::Getter getValues = on<P>([](P &p) { return QVariant(p.getValues()); });
     const ResultTest::Getter getString = on<P>([](P &p) { return QVariant(p.getString()); });
     const QVariantList row{3, 1, 4};
@@ -156,7 +156,7 @@ void tst_ResultIntArrayInterface::getValuesKeepsTheOrderAndUnwrapsEachElement()
 
 void tst_ResultIntArrayInterface::getStringReturnsANullStringAfterAFailureWithOneReport()
 {
-    m_fake->answer("getString", ScriptedAnswer::error(ResultTest::failure(), QStringLiteral("gone")));
+    m_fake->answer("getString", ScriptedAnswer::error(failedErrorName(), QStringLiteral("gone")));
     LogCapture log;
 
     const QString text = m_proxy->getString();
@@ -204,9 +204,8 @@ void tst_ResultIntArrayInterface::applicationLeavingTheBusMidCallIsReported()
     QVERIFY(values.isEmpty());
     QVERIFY(m_proxy->lastError().isValid());
     QCOMPARE(log.lines(),
-             debugLines({ResultTest::reportLine(
-                 "ResultIntArrayInterface::getValues(): ", QStringLiteral("com.velk.mqx.app.fake"), path,
-                 m_proxy->lastError().message())}));
+             debugLines({reportLine("ResultIntArrayInterface::getValues(): ", QStringLiteral("com.velk.mqx.app.fake"),
+                                    path, m_proxy->lastError().message())}));
 }
 
 void tst_ResultIntArrayInterface::metaObjectListsItsFiveSlotsInOrder()

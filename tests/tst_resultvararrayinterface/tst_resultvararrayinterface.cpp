@@ -119,7 +119,7 @@ void tst_ResultVarArrayInterface::checkedGettersReturnTheValueOrReportOnce_data(
 {
     ResultTest::addCheckedGetterColumns();
 
-    const ScriptedAnswer error = ScriptedAnswer::error(ResultTest::failure(), QStringLiteral("no row yet"));
+    const ScriptedAnswer error = ScriptedAnswer::error(failedErrorName(), QStringLiteral("no row yet"));
     const ScriptedAnswer intArray = ScriptedAnswer::value(QVariant::fromValue(QList<int>{3, 1, 4}));
     const QVariantList row{3, QStringLiteral("x"), 4.5};
     const QVariantList none;
@@ -252,7 +252,7 @@ void tst_ResultVarArrayInterface::getValuesStatusConvertsEachElementToAnInteger(
 
 void tst_ResultVarArrayInterface::getValuesStatusReportsUnderTheIntegerRowsName()
 {
-    m_fake->answer("getValuesStatus", ScriptedAnswer::error(ResultTest::failure(), QStringLiteral("busy")));
+    m_fake->answer("getValuesStatus", ScriptedAnswer::error(failedErrorName(), QStringLiteral("busy")));
     LogCapture log;
 
     QCOMPARE(m_proxy->getValuesStatus(), QList<int>());
@@ -289,7 +289,7 @@ void tst_ResultVarArrayInterface::getValueSendsThePositionAndReturnsTheInnerValu
 
     const QVariant value = m_proxy->getValue(2);
 
-    verifySingleCall(*m_fake, path, "getValue", "i", {2});
+    verifySingleCall(*m_fake, path, "getValue", "i", wireTexts({2}));
     QCOMPARE(m_fake->calls().first().arguments.first().userType(), int(QMetaType::Int));
     QVERIFY(value.isValid());
     QCOMPARE(value.userType(), int(QMetaType::Double));

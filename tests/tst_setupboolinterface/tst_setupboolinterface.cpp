@@ -110,7 +110,7 @@ void tst_SetupBoolInterface::mapsEachReplyWithoutLogging_data()
 
 void tst_SetupBoolInterface::mapsEachReplyWithoutLogging()
 {
-    verifyMappedReply(LogExpectation::Nothing);
+    verifyMappedReply(LogCheck::Nothing);
 }
 
 void tst_SetupBoolInterface::givesInvalidRepliesWhenTheServiceIsAbsent_data()
@@ -158,7 +158,7 @@ void tst_SetupBoolInterface::invokingSlotsByNameGivesTheDirectResult()
     m_fake->answer("getValue", ScriptedAnswer::value(true));
     m_fake->answer("getString", ScriptedAnswer::value(QStringLiteral("on")));
     m_fake->answer("setValue", ScriptedAnswer::value(true));
-    m_fake->answer("setToDefault", ScriptedAnswer::error(failedErrorName, QStringLiteral("reset refused")));
+    m_fake->answer("setToDefault", ScriptedAnswer::error(failedErrorName(), QStringLiteral("reset refused")));
 
     QDBusReply<bool> value;
     QVERIFY(QMetaObject::invokeMethod(m_proxy.get(), "getValue", Qt::DirectConnection,

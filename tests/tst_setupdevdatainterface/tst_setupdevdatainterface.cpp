@@ -58,16 +58,6 @@ bool printableAscii(const QString &text)
     return true;
 }
 
-/// @p text as the debug stream writes a QString item: in double quotes, with quotes and
-/// backslashes escaped. Other characters the stream escapes differently, hence
-/// printableAscii().
-QString quoted(const QString &text)
-{
-    QString escaped = text;
-    escaped.replace(QLatin1Char('\\'), QLatin1String("\\\\")).replace(QLatin1Char('"'), QLatin1String("\\\""));
-    return QLatin1Char('"') + escaped + QLatin1Char('"');
-}
-
 /// The one line either getter writes on failure; both name getValue.
 QList<LogLine> failureLines(const QString &service, const QString &message)
 {
@@ -203,7 +193,7 @@ void tst_SetupDevDataInterface::setValueMapsEachReplyWithoutLogging_data()
 
     QTest::newRow("answered true") << ScriptedAnswer::value(true) << true << true;
     QTest::newRow("answered false") << ScriptedAnswer::value(false) << true << false;
-    QTest::newRow("error") << ScriptedAnswer::error(failedErrorName, QStringLiteral("refused")) << false << false;
+    QTest::newRow("error") << ScriptedAnswer::error(failedErrorName(), QStringLiteral("refused")) << false << false;
     QTest::newRow("wrong type") << ScriptedAnswer::value(1) << false << false;
     QTest::newRow("wrapped bool") << ScriptedAnswer::value(wrap(true)) << false << false;
     QTest::newRow("no value") << ScriptedAnswer::reply() << false << false;
@@ -372,7 +362,7 @@ void tst_SetupDevDataInterface::gettersLogOneLineOnAnErrorReply()
     QFETCH(QVariant, empty);
 
     LogCapture log;
-    m_fake->answer(member, ScriptedAnswer::error(failedErrorName, QStringLiteral("no device data")));
+    m_fake->answer(member, ScriptedAnswer::error(failedErrorName(), QStringLiteral("no device data")));
 
     const QVariant result = operation(*m_proxy);
 
@@ -454,7 +444,7 @@ void tst_SetupDevDataInterface::gettersLogOneLineWhenTheServiceIsAbsent()
 void tst_SetupDevDataInterface::gettersQuoteAndEscapeTheErrorMessage()
 {
     LogCapture log;
-    m_fake->answer("getString", ScriptedAnswer::error(failedErrorName, QStringLiteral("say \"hi\"")));
+    m_fake->answer("getString", ScriptedAnswer::error(failedErrorName(), QStringLiteral("say \"hi\"")));
 
     QCOMPARE(m_proxy->getString(), QString());
 
@@ -465,7 +455,7 @@ void tst_SetupDevDataInterface::gettersQuoteAndEscapeTheErrorMessage()
 
 void tst_SetupDevDataInterface::gettersLogNothingWhenOnlyAnEarlierCallFailed()
 {
-    m_fake->answer("setValue", ScriptedAnswer::error(failedErrorName, QStringLiteral("earlier failure")));
+    m_fake->answer("setValue", ScriptedAnswer::error(failedErrorName(), QStringLiteral("earlier failure")));
     m_fake->answer("getValue", ScriptedAnswer::value(wrap(2.5)));
     m_fake->answer("getString", ScriptedAnswer::value(QStringLiteral("2.5 V")));
     m_proxy->setValue(QVariant(1.0));
@@ -535,7 +525,7 @@ void tst_SetupDevDataInterface::invokingSlotsByNameGivesTheDirectResult()
 void tst_SetupDevDataInterface::invokingGetStringByNameLogsLikeTheDirectCall()
 {
     LogCapture log;
-    m_fake->answer("getString", ScriptedAnswer::error(failedErrorName, QStringLiteral("no device data")));
+    m_fake->answer("getString", ScriptedAnswer::error(failedErrorName(), QStringLiteral("no device data")));
 
     QString text = QStringLiteral("stale");
     QVERIFY(QMetaObject::invokeMethod(m_proxy.get(), "getString", Qt::DirectConnection, Q_RETURN_ARG(QString, text)));

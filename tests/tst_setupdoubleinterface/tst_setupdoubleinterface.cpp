@@ -131,7 +131,7 @@ void tst_SetupDoubleInterface::mapsEachReplyWithoutLogging_data()
 
 void tst_SetupDoubleInterface::mapsEachReplyWithoutLogging()
 {
-    verifyMappedReply(LogExpectation::Nothing);
+    verifyMappedReply(LogCheck::Nothing);
 }
 
 void tst_SetupDoubleInterface::givesInvalidRepliesWhenTheServiceIsAbsent_data()
@@ -164,7 +164,7 @@ void tst_SetupDoubleInterface::setValueRefusesNaNWithoutSendingIt()
     QFETCH(double, nan);
     QVERIFY(qIsNaN(nan));
 
-    m_fake->answer("getMinValue", ScriptedAnswer::error(failedErrorName, QStringLiteral("earlier failure")));
+    m_fake->answer("getMinValue", ScriptedAnswer::error(failedErrorName(), QStringLiteral("earlier failure")));
     m_fake->answer("setValue", ScriptedAnswer::value(true));
     m_fake->answer("getValue", ScriptedAnswer::value(1.0));
     m_proxy->getMinValue();
@@ -264,14 +264,14 @@ void tst_SetupDoubleInterface::setToDefaultReturnsNothingButWaitsForTheAnswer()
     static_assert(std::is_void<decltype(m_proxy->setToDefault())>::value, "setToDefault() returns no reply");
 
     LogCapture log;
-    m_fake->answer("setToDefault", ScriptedAnswer::error(failedErrorName, QStringLiteral("reset refused")));
+    m_fake->answer("setToDefault", ScriptedAnswer::error(failedErrorName(), QStringLiteral("reset refused")));
 
     m_proxy->setToDefault();
 
     // Only a caller that waited for the answer knows of the error, and the fake has
     // the call without anyone waiting for it here.
     QCOMPARE(m_fake->callCount(), 1);
-    QCOMPARE(m_proxy->lastError().name(), failedErrorName);
+    QCOMPARE(m_proxy->lastError().name(), failedErrorName());
     QCOMPARE(m_proxy->lastError().message(), QStringLiteral("reset refused"));
     verifySingleCall(*m_fake, path, "setToDefault", "", {});
     QCOMPARE(log.lines(), QList<LogLine>());
@@ -326,7 +326,7 @@ void tst_SetupDoubleInterface::invokingSlotsByNameGivesTheDirectResult()
     m_fake->answer("getValue", ScriptedAnswer::value(17.5));
     m_fake->answer("getGranularity", ScriptedAnswer::value(0.5));
     m_fake->answer("setValue", ScriptedAnswer::value(true));
-    m_fake->answer("setToDefault", ScriptedAnswer::error(failedErrorName, QStringLiteral("reset refused")));
+    m_fake->answer("setToDefault", ScriptedAnswer::error(failedErrorName(), QStringLiteral("reset refused")));
 
     QDBusReply<double> value;
     QVERIFY(QMetaObject::invokeMethod(m_proxy.get(), "getValue", Qt::DirectConnection,

@@ -176,7 +176,7 @@ void tst_SetupEnumInterface::mapsEachReplyWithoutLogging_data()
 
 void tst_SetupEnumInterface::mapsEachReplyWithoutLogging()
 {
-    verifyMappedReply(LogExpectation::Nothing);
+    verifyMappedReply(LogCheck::Nothing);
 }
 
 void tst_SetupEnumInterface::givesInvalidRepliesWhenTheServiceIsAbsent_data()
@@ -227,7 +227,7 @@ void tst_SetupEnumInterface::invokingSlotsByNameGivesTheDirectResult()
     m_fake->answer("getValue", ScriptedAnswer::value(2));
     m_fake->answer("getQuantity", ScriptedAnswer::value(3));
     m_fake->answer("getStringRepresentation", ScriptedAnswer::value(QStringLiteral("Manual")));
-    m_fake->answer("execute", ScriptedAnswer::error(failedErrorName, QStringLiteral("busy")));
+    m_fake->answer("execute", ScriptedAnswer::error(failedErrorName(), QStringLiteral("busy")));
 
     QDBusReply<int> value;
     QVERIFY(QMetaObject::invokeMethod(m_proxy.get(), "getValue", Qt::DirectConnection,

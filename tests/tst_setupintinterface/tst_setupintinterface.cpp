@@ -123,7 +123,7 @@ void tst_SetupIntInterface::mapsEachReply_data()
 void tst_SetupIntInterface::mapsEachReply()
 {
     // getValue and getString log on failure; their lines are judged below.
-    verifyMappedReply(LogExpectation::Unchecked);
+    verifyMappedReply(LogCheck::Unchecked);
 }
 
 void tst_SetupIntInterface::givesInvalidRepliesWhenTheServiceIsAbsent_data()

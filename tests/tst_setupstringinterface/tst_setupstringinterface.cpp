@@ -134,7 +134,7 @@ void tst_SetupStringInterface::mapsEachReply_data()
 void tst_SetupStringInterface::mapsEachReply()
 {
     // getValue logs on failure; its lines are judged below.
-    verifyMappedReply(LogExpectation::Unchecked);
+    verifyMappedReply(LogCheck::Unchecked);
 }
 
 void tst_SetupStringInterface::givesInvalidRepliesWhenTheServiceIsAbsent_data()
@@ -167,7 +167,7 @@ void tst_SetupStringInterface::getValueLogsNothingForAWrongTypedReply()
 
 void tst_SetupStringInterface::getValueLogsNothingWhenOnlyAnEarlierCallFailed()
 {
-    m_fake->answer("getString", ScriptedAnswer::error(failedErrorName, QStringLiteral("earlier failure")));
+    m_fake->answer("getString", ScriptedAnswer::error(failedErrorName(), QStringLiteral("earlier failure")));
     m_fake->answer("getValue", ScriptedAnswer::value(QStringLiteral("Probe A")));
     m_proxy->getString();
     QCOMPARE(m_proxy->lastError().message(), QStringLiteral("earlier failure"));
@@ -255,7 +255,7 @@ void tst_SetupStringInterface::invokingSlotsByNameGivesTheDirectResult()
 void tst_SetupStringInterface::invokingGetValueByNameLogsLikeTheDirectCall()
 {
     LogCapture log;
-    m_fake->answer("getValue", ScriptedAnswer::error(failedErrorName, QStringLiteral("no label yet")));
+    m_fake->answer("getValue", ScriptedAnswer::error(failedErrorName(), QStringLiteral("no label yet")));
 
     QDBusReply<QString> reply;
     QVERIFY(QMetaObject::invokeMethod(m_proxy.get(), "getValue", Qt::DirectConnection,
