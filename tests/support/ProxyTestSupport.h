@@ -23,6 +23,7 @@
 #include <memory>
 #include <optional>
 #include <type_traits>
+#include <utility>
 
 /// A service nobody owns on the test bus.
 inline QString absentService()
@@ -99,20 +100,44 @@ ProxyOperation onProxy(R (Proxy::*method)())
     return onProxy<Proxy>([method](Proxy &proxy) { return (proxy.*method)(); });
 }
 
-/// The slot @p slot, without arguments, invoked by name through the meta-object system;
-/// @p Result is its return type. A slot that cannot be invoked shows an invalid "<name>".
-template<typename Result>
-ProxyOperation byName(const char *slot)
+namespace Detail {
+
+template<typename... Args, std::size_t... I>
+bool invoke(QDBusAbstractInterface &proxy, const QMetaMethod &method, QGenericReturnArgument result,
+            std::index_sequence<I...>, const Args &...arguments)
 {
-    return [slot](QDBusAbstractInterface &proxy) {
-        const QMetaObject *meta = proxy.metaObject();
-        const int index = meta->indexOfMethod(QByteArray(slot) + "()");
-        Result result{};
-        if (index < 0 ||
-            !meta->method(index).invoke(&proxy, Qt::DirectConnection,
-                                        QGenericReturnArgument(meta->method(index).typeName(), &result)))
-            return Seen{false, QStringLiteral("<%1>").arg(QLatin1String(slot)), std::nullopt};
-        return seenOf(result);
+    const QList<QByteArray> types = method.parameterTypes();
+    return method.invoke(&proxy, Qt::DirectConnection, result,
+                         QGenericArgument(types.value(int(I)).constData(), &arguments)...);
+}
+
+} // namespace Detail
+
+/// The slot @p slot ("getValue", or "setValue(int)" with @p arguments) invoked by name
+/// through the meta-object system; @p Result is its return type. A slot that cannot be
+/// invoked shows an invalid "<not invoked: slot>".
+template<typename Result, typename... Args>
+ProxyOperation byName(const char *slot, Args... arguments)
+{
+    return [slot, arguments...](QDBusAbstractInterface &proxy) {
+        const QByteArray signature = QByteArray(slot).contains('(') ? QByteArray(slot) : QByteArray(slot) + "()";
+        const int index = proxy.metaObject()->indexOfMethod(QMetaObject::normalizedSignature(signature.constData()));
+        const Seen notInvoked{false, QStringLiteral("<not invoked: %1>").arg(QLatin1String(slot)), std::nullopt};
+        if (index < 0)
+            return notInvoked;
+        const QMetaMethod method = proxy.metaObject()->method(index);
+        if constexpr (std::is_void_v<Result>) {
+            if (!Detail::invoke(proxy, method, QGenericReturnArgument(), std::index_sequence_for<Args...>(),
+                                arguments...))
+                return notInvoked;
+            return Seen{};
+        } else {
+            Result result{};
+            if (!Detail::invoke(proxy, method, QGenericReturnArgument(method.typeName(), &result),
+                                std::index_sequence_for<Args...>(), arguments...))
+                return notInvoked;
+            return seenOf(result);
+        }
     };
 }
 
@@ -125,7 +150,7 @@ struct OperationRow
 {
     /// The operation's name, as the rows' tags give it.
     const char *operation;
-    ProxyOperation run;
+    ProxyOperation run = {};
     /// The member sent on the bus, where it is not the operation's name.
     QString member = {};
     QString signature = {};
@@ -139,9 +164,12 @@ struct OperationRow
     QVariant empty = {};
     /// The opening of the line the operation logs when it fails.
     QString report = {};
+    /// The lines the operation logs when it fails, "%1" standing for the quoted error message.
+    QStringList logLines = {};
 
     QString wireMember() const { return member.isEmpty() ? QString::fromLatin1(operation) : member; }
 };
+Q_DECLARE_METATYPE(OperationRow)
 
 /// Whether a check also requires that nothing was logged.
 enum class LogCheck { Unchecked, Nothing };

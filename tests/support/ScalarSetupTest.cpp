@@ -1,0 +1,411 @@
+#include "ScalarSetupTest.h"
+
+#include "LogCapture.h"
+
+#include <QDBusConnection>
+#include <QDBusError>
+#include <QMetaMethod>
+#include <QtTest/QTest>
+
+namespace {
+
+QByteArray tag(const ScalarSetupClass &tested, const OperationRow &row, const char *situation)
+{
+    return QByteArray(tested.className) + '/' + row.operation + '/' + situation;
+}
+
+/// The row's lines with @p quotedMessage in place of "%1".
+QList<LogLine> linesOf(const QStringList &lines, const QString &quotedMessage)
+{
+    QStringList texts;
+    for (const QString &line : lines)
+        texts.append(QString(line).replace(QStringLiteral("%1"), quotedMessage));
+    return debugLines(texts);
+}
+
+/// One received call against the row's wire form.
+void verifyReceived(const ReceivedCall &call, const QString &path, const OperationRow &row)
+{
+    QCOMPARE(call.path, path);
+    QCOMPARE(call.interface, FakeMeasApplication::interfaceName);
+    QCOMPARE(call.member, row.wireMember());
+    QCOMPARE(call.signature, row.signature);
+    QCOMPARE(wireTexts(call.arguments), wireTexts(row.arguments));
+}
+
+} // namespace
+
+ScalarSetupTest::ScalarSetupTest(ScalarSetupClass tested)
+    : m_class(std::move(tested))
+{
+}
+
+ScalarSetupTest::~ScalarSetupTest() = default;
+
+void ScalarSetupTest::init()
+{
+    m_fake.reset(new FakeMeasApplication);
+    m_proxy.reset(m_class.make(m_fake->service(), m_class.path, nullptr));
+}
+
+void ScalarSetupTest::cleanup()
+{
+    // The proxy goes before the application it talks to.
+    m_proxy.reset();
+    m_fake.reset();
+}
+
+QDBusAbstractInterface *ScalarSetupTest::makeAbsent() const
+{
+    return m_class.make(absentService(), m_class.path, nullptr);
+}
+
+QList<OperationRow> ScalarSetupTest::plainReplies() const
+{
+    QList<OperationRow> plain;
+    for (const QList<OperationRow> *rows : {&m_class.replies, &m_class.voidReplies}) {
+        for (const OperationRow &row : *rows) {
+            if (row.logLines.isEmpty())
+                plain.append(row);
+        }
+    }
+    return plain;
+}
+
+void ScalarSetupTest::constructorPassesItsArgumentsOnAndCallsNothing()
+{
+    verifyConstructionContract(m_class.make, *m_fake, m_class.path);
+}
+
+void ScalarSetupTest::holdsNoDataOfItsOwn()
+{
+    QCOMPARE(m_class.size, sizeof(QDBusAbstractInterface));
+}
+
+void ScalarSetupTest::sendsEachOperationWithItsWireForm_data()
+{
+    QTest::addColumn<OperationRow>("row");
+    for (const OperationRow &row : m_class.sent)
+        QTest::newRow(tag(m_class, row, "sent")) << row;
+}
+
+void ScalarSetupTest::sendsEachOperationWithItsWireForm()
+{
+    QFETCH(OperationRow, row);
+
+    // Getters that log on an empty answer are judged elsewhere.
+    LogCapture log;
+    m_fake->answer(row.wireMember(), ScriptedAnswer::reply());
+    row.run(*m_proxy);
+
+    QVERIFY(m_fake->waitForCalls(1));
+    const QList<ReceivedCall> calls = m_fake->calls();
+    QCOMPARE(calls.size(), 1);
+    verifyReceived(calls.first(), m_class.path, row);
+}
+
+void ScalarSetupTest::mapsEachReply_data()
+{
+    QTest::addColumn<ProxyOperation>("operation");
+    QTest::addColumn<QString>("member");
+    QTest::addColumn<ScriptedAnswer>("answer");
+    QTest::addColumn<bool>("valid");
+    QTest::addColumn<QVariant>("value");
+    QTest::addColumn<bool>("logs");
+
+    const ScriptedAnswer error = ScriptedAnswer::error(failedErrorName(), QStringLiteral("refused"));
+    for (const OperationRow &r : m_class.replies) {
+        const QString member = r.wireMember();
+        const bool logs = !r.logLines.isEmpty();
+        QTest::newRow(tag(m_class, r, "answered"))
+            << r.run << member << ScriptedAnswer::value(r.answered) << true << r.answered << false;
+        QTest::newRow(tag(m_class, r, "error reply")) << r.run << member << error << false << r.empty << logs;
+        QTest::newRow(tag(m_class, r, "wrong type"))
+            << r.run << member << ScriptedAnswer::value(r.wrongType) << false << r.empty << false;
+    }
+    // A void reply accepts any method return and only fails on an error.
+    for (const OperationRow &r : m_class.voidReplies) {
+        const QString member = r.wireMember();
+        QTest::newRow(tag(m_class, r, "answered"))
+            << r.run << member << ScriptedAnswer::reply() << true << QVariant() << false;
+        QTest::newRow(tag(m_class, r, "answered with a value"))
+            << r.run << member << ScriptedAnswer::value(r.answered) << true << QVariant() << false;
+        QTest::newRow(tag(m_class, r, "error reply")) << r.run << member << error << false << QVariant() << false;
+    }
+}
+
+void ScalarSetupTest::mapsEachReply()
+{
+    QFETCH(ProxyOperation, operation);
+    QFETCH(QString, member);
+    QFETCH(ScriptedAnswer, answer);
+    QFETCH(bool, valid);
+    QFETCH(QVariant, value);
+    QFETCH(bool, logs);
+
+    LogCapture log;
+    m_fake->answer(member, answer);
+    const Seen seen = operation(*m_proxy);
+    QCOMPARE(seen.valid, valid);
+    QCOMPARE(seen.value, value);
+    QCOMPARE(seen.value.userType(), value.userType());
+    // What a checked getter logs is judged below.
+    if (!logs)
+        QCOMPARE(log.lines(), QList<LogLine>());
+}
+
+void ScalarSetupTest::givesInvalidRepliesWhenTheServiceIsAbsent_data()
+{
+    QTest::addColumn<OperationRow>("row");
+    for (const QList<OperationRow> *rows : {&m_class.replies, &m_class.voidReplies}) {
+        for (const OperationRow &row : *rows)
+            QTest::newRow(tag(m_class, row, "absent service")) << row;
+    }
+}
+
+void ScalarSetupTest::givesInvalidRepliesWhenTheServiceIsAbsent()
+{
+    QFETCH(OperationRow, row);
+
+    // Checked getters log here; their lines are judged below.
+    LogCapture log;
+    const std::unique_ptr<QDBusAbstractInterface> absent(makeAbsent());
+    const Seen seen = row.run(*absent);
+    QVERIFY(!seen.valid);
+    QCOMPARE(seen.value, row.empty);
+    QCOMPARE(seen.value.userType(), row.empty.userType());
+    QVERIFY(seen.error);
+    QCOMPARE(seen.error->type(), QDBusError::ServiceUnknown);
+}
+
+void ScalarSetupTest::addCheckedGetterRows()
+{
+    QTest::addColumn<OperationRow>("row");
+    for (const OperationRow &row : m_class.replies) {
+        if (!row.logLines.isEmpty())
+            QTest::newRow(tag(m_class, row, "checked")) << row;
+    }
+}
+
+void ScalarSetupTest::checkedGettersLogTheirLinesOnAnErrorReply_data()
+{
+    QTest::addColumn<OperationRow>("row");
+    QTest::addColumn<QString>("message");
+    QTest::addColumn<QString>("quotedMessage");
+    for (const OperationRow &row : m_class.replies) {
+        if (row.logLines.isEmpty())
+            continue;
+        QTest::newRow(tag(m_class, row, "error reply"))
+            << row << QStringLiteral("no value yet") << QStringLiteral("\"no value yet\"");
+        QTest::newRow(tag(m_class, row, "message with quotes"))
+            << row << QStringLiteral("say \"hi\"") << QStringLiteral("\"say \\\"hi\\\"\"");
+    }
+}
+
+void ScalarSetupTest::checkedGettersLogTheirLinesOnAnErrorReply()
+{
+    if (!QTest::currentDataTag()) // an empty table runs the function once, without data
+        QSKIP("The class has no checked getter.");
+    QFETCH(OperationRow, row);
+    QFETCH(QString, message);
+    QFETCH(QString, quotedMessage);
+
+    LogCapture log;
+    m_fake->answer(row.wireMember(), ScriptedAnswer::error(failedErrorName(), message));
+
+    const Seen seen = row.run(*m_proxy);
+
+    QVERIFY(!seen.valid);
+    QCOMPARE(seen.value, row.empty);
+    QVERIFY(seen.error);
+    QCOMPARE(seen.error->name(), failedErrorName());
+    QCOMPARE(seen.error->message(), message);
+    QCOMPARE(log.lines(), linesOf(row.logLines, quotedMessage));
+}
+
+void ScalarSetupTest::checkedGettersLogTheirLinesWhenTheServiceIsAbsent_data()
+{
+    addCheckedGetterRows();
+}
+
+void ScalarSetupTest::checkedGettersLogTheirLinesWhenTheServiceIsAbsent()
+{
+    if (!QTest::currentDataTag()) // an empty table runs the function once, without data
+        QSKIP("The class has no checked getter.");
+    QFETCH(OperationRow, row);
+
+    LogCapture log;
+    const std::unique_ptr<QDBusAbstractInterface> absent(makeAbsent());
+
+    const Seen seen = row.run(*absent);
+
+    QVERIFY(!seen.valid);
+    QCOMPARE(seen.value, row.empty);
+    QVERIFY(seen.error);
+    QCOMPARE(seen.error->type(), QDBusError::ServiceUnknown);
+    const QString message = seen.error->message();
+    QVERIFY(message.contains(absentService()));
+    QCOMPARE(log.lines(), linesOf(row.logLines, QLatin1Char('"') + message + QLatin1Char('"')));
+}
+
+void ScalarSetupTest::checkedGettersLogNothingForAWrongTypedReply_data()
+{
+    addCheckedGetterRows();
+}
+
+void ScalarSetupTest::checkedGettersLogNothingForAWrongTypedReply()
+{
+    if (!QTest::currentDataTag()) // an empty table runs the function once, without data
+        QSKIP("The class has no checked getter.");
+    QFETCH(OperationRow, row);
+
+    // The lines follow the proxy's lastError(), which a well-formed answer of the wrong
+    // type does not set; the reply itself is still invalid.
+    LogCapture log;
+    m_fake->answer(row.wireMember(), ScriptedAnswer::value(row.wrongType));
+
+    const Seen seen = row.run(*m_proxy);
+
+    QVERIFY(!seen.valid);
+    QVERIFY(seen.error);
+    QCOMPARE(seen.error->type(), QDBusError::InvalidSignature);
+    QCOMPARE(seen.value, row.empty);
+    QVERIFY(!m_proxy->lastError().isValid());
+    QCOMPARE(log.lines(), QList<LogLine>());
+}
+
+void ScalarSetupTest::plainOperationsLogNothingOnAnErrorReply()
+{
+    const QList<OperationRow> plain = plainReplies();
+    LogCapture log;
+    for (const OperationRow &row : plain)
+        m_fake->answer(row.wireMember(), ScriptedAnswer::error(failedErrorName(), QStringLiteral("refused")));
+
+    for (const OperationRow &row : plain)
+        QVERIFY2(!row.run(*m_proxy).valid, row.operation);
+
+    QCOMPARE(m_fake->callCount(), int(plain.size()));
+    QCOMPARE(log.lines(), QList<LogLine>());
+}
+
+void ScalarSetupTest::plainOperationsLogNothingWhenTheServiceIsAbsent()
+{
+    LogCapture log;
+    const std::unique_ptr<QDBusAbstractInterface> absent(makeAbsent());
+
+    for (const OperationRow &row : plainReplies())
+        row.run(*absent);
+    for (const OperationRow &row : m_class.asyncs)
+        row.run(*absent);
+
+    QCOMPARE(log.lines(), QList<LogLine>());
+}
+
+void ScalarSetupTest::asyncOperationsReturnAtOnceAndLeaveLastErrorAlone()
+{
+    // The application never answers the asyncs: calls that waited would not come back in
+    // time for the fake to see them all.
+    const OperationRow &failing = m_class.failingCall;
+    m_fake->answer(failing.wireMember(), ScriptedAnswer::error(failedErrorName(), QStringLiteral("earlier failure")));
+    for (const OperationRow &row : m_class.asyncs)
+        m_fake->answer(row.wireMember(), ScriptedAnswer::silence());
+    {
+        // What the refused call logs is judged elsewhere.
+        LogCapture earlierLog;
+        failing.run(*m_proxy);
+    }
+    QCOMPARE(m_proxy->lastError().message(), QStringLiteral("earlier failure"));
+
+    LogCapture log;
+    for (const OperationRow &row : m_class.asyncs)
+        row.run(*m_proxy);
+
+    const int expectedCalls = 1 + int(m_class.asyncs.size());
+    QVERIFY(m_fake->waitForCalls(expectedCalls));
+    const QList<ReceivedCall> calls = m_fake->calls();
+    QCOMPARE(calls.size(), expectedCalls);
+    verifyReceived(calls.at(0), m_class.path, failing);
+    for (int i = 0; i < m_class.asyncs.size() && !QTest::currentTestFailed(); ++i)
+        verifyReceived(calls.at(i + 1), m_class.path, m_class.asyncs.at(i));
+    if (QTest::currentTestFailed())
+        return;
+    QCOMPARE(m_proxy->lastError().message(), QStringLiteral("earlier failure"));
+    QCOMPARE(log.lines(), QList<LogLine>());
+}
+
+void ScalarSetupTest::asyncOperationsToAnAbsentServiceShowNothing()
+{
+    LogCapture log;
+    const std::unique_ptr<QDBusAbstractInterface> absent(makeAbsent());
+    const QDBusError before = absent->lastError();
+
+    for (const OperationRow &row : m_class.asyncs)
+        row.run(*absent);
+
+    QCOMPARE(absent->lastError().type(), before.type());
+    QCOMPARE(absent->lastError().message(), before.message());
+    QCOMPARE(log.lines(), QList<LogLine>());
+}
+
+void ScalarSetupTest::metaObjectListsSignalsThenSlotsInDeclarationOrder()
+{
+    const QMetaObject &meta = *m_proxy->metaObject();
+    QCOMPARE(QByteArray(meta.className()), QByteArray(m_class.className));
+    QCOMPARE(ownMethodSignatures(meta), m_class.methods);
+    QCOMPARE(ownMethodSignatures(meta, QMetaMethod::Signal), m_class.signalSignatures);
+    QCOMPARE(ownMethodReturnTypes(meta), m_class.returnTypes);
+    QCOMPARE(meta.superClass(), &QDBusAbstractInterface::staticMetaObject);
+}
+
+void ScalarSetupTest::metaCastKnowsTheClassAndLeavesTheRestToTheBase()
+{
+    verifyMetaCast(*m_proxy, m_class.className);
+    for (const char *other : m_class.otherClasses)
+        QCOMPARE(m_proxy->qt_metacast(other), nullptr);
+}
+
+void ScalarSetupTest::invokingSlotsByNameGivesTheDirectResult_data()
+{
+    QTest::addColumn<OperationRow>("row");
+    for (const OperationRow &row : m_class.byName)
+        QTest::newRow(tag(m_class, row, "by name")) << row;
+}
+
+void ScalarSetupTest::invokingSlotsByNameGivesTheDirectResult()
+{
+    QFETCH(OperationRow, row);
+
+    m_fake->answer(row.wireMember(),
+                   row.answered.isValid() ? ScriptedAnswer::value(row.answered) : ScriptedAnswer::reply());
+
+    const Seen seen = row.run(*m_proxy);
+    QCOMPARE(seen.value, row.answered);
+    QVERIFY(m_fake->waitForCalls(1));
+    verifyReceived(m_fake->calls().first(), m_class.path, row);
+
+    // The direct call of an operation without arguments gives the same.
+    for (const OperationRow &direct : m_class.replies) {
+        if (row.arguments.isEmpty() && qstrcmp(direct.operation, row.operation) == 0) {
+            const Seen called = direct.run(*m_proxy);
+            QCOMPARE(called.valid, seen.valid);
+            QCOMPARE(called.value, seen.value);
+        }
+    }
+}
+
+void ScalarSetupTest::relaysItsSignalsOfItsOwnObjectOnly_data()
+{
+    QTest::addColumn<OperationRow>("row");
+    for (const OperationRow &row : m_class.signalsRelayed)
+        QTest::newRow(tag(m_class, row, wireTexts(row.arguments).join(QStringLiteral(", ")).toUtf8().constData()))
+            << row;
+}
+
+void ScalarSetupTest::relaysItsSignalsOfItsOwnObjectOnly()
+{
+    QFETCH(OperationRow, row);
+
+    // The Qt signal as SIGNAL() writes it.
+    const QByteArray qtSignal = QByteArray::number(QSIGNAL_CODE) + row.operation;
+    verifySignalRelay(*m_proxy, *m_fake, qtSignal.constData(), row.wireMember(), row.arguments);
+}
