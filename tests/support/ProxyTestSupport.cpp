@@ -61,3 +61,102 @@ void verifySignalRelay(QDBusAbstractInterface &proxy, FakeMeasApplication &fake,
     QCoreApplication::sendPostedEvents();
     QCOMPARE(deliveries.count(), deliveredBefore);
 }
+
+namespace {
+
+QStringList argumentTypeNames(const QList<QVariant> &arguments)
+{
+    QStringList names;
+    for (const QVariant &argument : arguments)
+        names.append(QString::fromLatin1(argument.typeName()));
+    return names;
+}
+
+} // namespace
+
+void verifyMetaCast(QDBusAbstractInterface &proxy, const char *className, const QList<const char *> &otherNames)
+{
+    QCOMPARE(proxy.qt_metacast(className), static_cast<void *>(&proxy));
+    QCOMPARE(proxy.qt_metacast("QDBusAbstractInterface"), static_cast<void *>(&proxy));
+    QCOMPARE(proxy.qt_metacast("QObject"), static_cast<void *>(static_cast<QObject *>(&proxy)));
+    QCOMPARE(proxy.qt_metacast(nullptr), nullptr);
+    QCOMPARE(proxy.qt_metacast("NoSuchInterface"), nullptr);
+    for (const char *name : otherNames)
+        QCOMPARE(proxy.qt_metacast(name), nullptr);
+}
+
+void verifyOwnMethods(const QMetaObject &meta, const QStringList &signatures, const QStringList &signalSignatures,
+                      const QStringList &returnTypes)
+{
+    QCOMPARE(ownMethodSignatures(meta), signatures);
+    QCOMPARE(ownMethodSignatures(meta, QMetaMethod::Signal), signalSignatures);
+    QCOMPARE(ownMethodReturnTypes(meta), returnTypes);
+    QCOMPARE(meta.superClass(), &QDBusAbstractInterface::staticMetaObject);
+}
+
+void verifyReceivedCall(const ReceivedCall &call, const QString &path, const OperationRow &row)
+{
+    QCOMPARE(call.path, path);
+    QCOMPARE(call.interface, FakeMeasApplication::interfaceName);
+    QCOMPARE(call.member, row.wireMember());
+    QCOMPARE(call.signature, row.signature);
+    QCOMPARE(wireTexts(call.arguments), wireTexts(row.arguments));
+    // The Qt types as they arrive: a D-Bus variant stays a QDBusVariant.
+    QCOMPARE(argumentTypeNames(call.arguments), argumentTypeNames(row.arguments));
+}
+
+void verifySentAsItsRow(FakeMeasApplication &fake, QDBusAbstractInterface &proxy, const OperationRow &row)
+{
+    // Getters that log on an empty answer are judged elsewhere.
+    LogCapture log;
+    fake.answer(row.wireMember(), ScriptedAnswer::reply());
+    row.run(proxy);
+
+    QVERIFY(fake.waitForCalls(1));
+    const QList<ReceivedCall> calls = fake.calls();
+    QCOMPARE(calls.size(), 1);
+    verifyReceivedCall(calls.first(), proxy.path(), row);
+}
+
+void verifyAsyncCallsReturnAtOnce(FakeMeasApplication &fake, QDBusAbstractInterface &proxy,
+                                  const OperationRow &failingCall, const QList<OperationRow> &asyncs)
+{
+    fake.answer(failingCall.wireMember(), ScriptedAnswer::error(failedErrorName(), QStringLiteral("earlier failure")));
+    for (const OperationRow &row : asyncs)
+        fake.answer(row.wireMember(), ScriptedAnswer::silence());
+    {
+        // What the refused call logs is judged elsewhere.
+        LogCapture earlierLog;
+        failingCall.run(proxy);
+    }
+    QCOMPARE(proxy.lastError().message(), QStringLiteral("earlier failure"));
+
+    LogCapture log;
+    for (const OperationRow &row : asyncs)
+        row.run(proxy);
+
+    const int expectedCalls = 1 + int(asyncs.size());
+    QVERIFY(fake.waitForCalls(expectedCalls));
+    const QList<ReceivedCall> calls = fake.calls();
+    QCOMPARE(calls.size(), expectedCalls);
+    verifyReceivedCall(calls.at(0), proxy.path(), failingCall);
+    for (int i = 0; i < asyncs.size() && !QTest::currentTestFailed(); ++i)
+        verifyReceivedCall(calls.at(i + 1), proxy.path(), asyncs.at(i));
+    if (QTest::currentTestFailed())
+        return;
+    QCOMPARE(proxy.lastError().message(), QStringLiteral("earlier failure"));
+    QCOMPARE(log.lines(), QList<LogLine>());
+}
+
+void verifyAsyncCallsShowNothing(QDBusAbstractInterface &absent, const QList<OperationRow> &asyncs)
+{
+    LogCapture log;
+    const QDBusError before = absent.lastError();
+
+    for (const OperationRow &row : asyncs)
+        row.run(absent);
+
+    QCOMPARE(absent.lastError().type(), before.type());
+    QCOMPARE(absent.lastError().message(), before.message());
+    QCOMPARE(log.lines(), QList<LogLine>());
+}

@@ -298,15 +298,30 @@ void verifyConstructionForAnAbsentService(const QString &path)
     QCOMPARE(log.lines(), QList<LogLine>());
 }
 
-/// qt_metacast answers the class's own name with the object and leaves other names to the base.
-inline void verifyMetaCast(QDBusAbstractInterface &proxy, const char *className)
-{
-    QCOMPARE(proxy.qt_metacast(className), static_cast<void *>(&proxy));
-    QCOMPARE(proxy.qt_metacast("QDBusAbstractInterface"), static_cast<void *>(&proxy));
-    QCOMPARE(proxy.qt_metacast("QObject"), static_cast<void *>(static_cast<QObject *>(&proxy)));
-    QCOMPARE(proxy.qt_metacast(nullptr), nullptr);
-    QCOMPARE(proxy.qt_metacast("NoSuchInterface"), nullptr);
-}
+/// qt_metacast answers the class's own name with the object and leaves other names to the
+/// base; @p otherNames (near misses, other classes) are not the class.
+void verifyMetaCast(QDBusAbstractInterface &proxy, const char *className, const QList<const char *> &otherNames = {});
+
+/// The class's own methods, signals first, each with its return type, on top of the base.
+void verifyOwnMethods(const QMetaObject &meta, const QStringList &signatures, const QStringList &signalSignatures,
+                      const QStringList &returnTypes);
+
+/// One received call against the row's wire form: member, signature and arguments.
+void verifyReceivedCall(const ReceivedCall &call, const QString &path, const OperationRow &row);
+
+/// The row's operation sends exactly the row's call, and nothing else.
+void verifySentAsItsRow(FakeMeasApplication &fake, QDBusAbstractInterface &proxy, const OperationRow &row);
+
+/**
+ * @p asyncs return at once: the application never answers them, so calls that waited would
+ * not come back in time for the fake to see them all. They leave the lastError() that
+ * @p failingCall, which the application refuses, has set, and log nothing.
+ */
+void verifyAsyncCallsReturnAtOnce(FakeMeasApplication &fake, QDBusAbstractInterface &proxy,
+                                  const OperationRow &failingCall, const QList<OperationRow> &asyncs);
+
+/// @p asyncs on a proxy of a service nobody owns leave lastError() as it was and log nothing.
+void verifyAsyncCallsShowNothing(QDBusAbstractInterface &absent, const QList<OperationRow> &asyncs);
 
 /**
  * Checks that @p qtSignal of @p proxy relays the bus signal @p member of the proxy's own

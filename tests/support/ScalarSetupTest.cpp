@@ -23,16 +23,6 @@ QList<LogLine> linesOf(const QStringList &lines, const QString &quotedMessage)
     return debugLines(texts);
 }
 
-/// One received call against the row's wire form.
-void verifyReceived(const ReceivedCall &call, const QString &path, const OperationRow &row)
-{
-    QCOMPARE(call.path, path);
-    QCOMPARE(call.interface, FakeMeasApplication::interfaceName);
-    QCOMPARE(call.member, row.wireMember());
-    QCOMPARE(call.signature, row.signature);
-    QCOMPARE(wireTexts(call.arguments), wireTexts(row.arguments));
-}
-
 } // namespace
 
 ScalarSetupTest::ScalarSetupTest(ScalarSetupClass tested)
@@ -92,16 +82,7 @@ void ScalarSetupTest::sendsEachOperationWithItsWireForm_data()
 void ScalarSetupTest::sendsEachOperationWithItsWireForm()
 {
     QFETCH(OperationRow, row);
-
-    // Getters that log on an empty answer are judged elsewhere.
-    LogCapture log;
-    m_fake->answer(row.wireMember(), ScriptedAnswer::reply());
-    row.run(*m_proxy);
-
-    QVERIFY(m_fake->waitForCalls(1));
-    const QList<ReceivedCall> calls = m_fake->calls();
-    QCOMPARE(calls.size(), 1);
-    verifyReceived(calls.first(), m_class.path, row);
+    verifySentAsItsRow(*m_fake, *m_proxy, row);
 }
 
 void ScalarSetupTest::mapsEachReply_data()
@@ -303,65 +284,24 @@ void ScalarSetupTest::plainOperationsLogNothingWhenTheServiceIsAbsent()
 
 void ScalarSetupTest::asyncOperationsReturnAtOnceAndLeaveLastErrorAlone()
 {
-    // The application never answers the asyncs: calls that waited would not come back in
-    // time for the fake to see them all.
-    const OperationRow &failing = m_class.failingCall;
-    m_fake->answer(failing.wireMember(), ScriptedAnswer::error(failedErrorName(), QStringLiteral("earlier failure")));
-    for (const OperationRow &row : m_class.asyncs)
-        m_fake->answer(row.wireMember(), ScriptedAnswer::silence());
-    {
-        // What the refused call logs is judged elsewhere.
-        LogCapture earlierLog;
-        failing.run(*m_proxy);
-    }
-    QCOMPARE(m_proxy->lastError().message(), QStringLiteral("earlier failure"));
-
-    LogCapture log;
-    for (const OperationRow &row : m_class.asyncs)
-        row.run(*m_proxy);
-
-    const int expectedCalls = 1 + int(m_class.asyncs.size());
-    QVERIFY(m_fake->waitForCalls(expectedCalls));
-    const QList<ReceivedCall> calls = m_fake->calls();
-    QCOMPARE(calls.size(), expectedCalls);
-    verifyReceived(calls.at(0), m_class.path, failing);
-    for (int i = 0; i < m_class.asyncs.size() && !QTest::currentTestFailed(); ++i)
-        verifyReceived(calls.at(i + 1), m_class.path, m_class.asyncs.at(i));
-    if (QTest::currentTestFailed())
-        return;
-    QCOMPARE(m_proxy->lastError().message(), QStringLiteral("earlier failure"));
-    QCOMPARE(log.lines(), QList<LogLine>());
+    verifyAsyncCallsReturnAtOnce(*m_fake, *m_proxy, m_class.failingCall, m_class.asyncs);
 }
 
 void ScalarSetupTest::asyncOperationsToAnAbsentServiceShowNothing()
 {
-    LogCapture log;
     const std::unique_ptr<QDBusAbstractInterface> absent(makeAbsent());
-    const QDBusError before = absent->lastError();
-
-    for (const OperationRow &row : m_class.asyncs)
-        row.run(*absent);
-
-    QCOMPARE(absent->lastError().type(), before.type());
-    QCOMPARE(absent->lastError().message(), before.message());
-    QCOMPARE(log.lines(), QList<LogLine>());
+    verifyAsyncCallsShowNothing(*absent, m_class.asyncs);
 }
 
 void ScalarSetupTest::metaObjectListsSignalsThenSlotsInDeclarationOrder()
 {
-    const QMetaObject &meta = *m_proxy->metaObject();
-    QCOMPARE(QByteArray(meta.className()), QByteArray(m_class.className));
-    QCOMPARE(ownMethodSignatures(meta), m_class.methods);
-    QCOMPARE(ownMethodSignatures(meta, QMetaMethod::Signal), m_class.signalSignatures);
-    QCOMPARE(ownMethodReturnTypes(meta), m_class.returnTypes);
-    QCOMPARE(meta.superClass(), &QDBusAbstractInterface::staticMetaObject);
+    QCOMPARE(QByteArray(m_proxy->metaObject()->className()), QByteArray(m_class.className));
+    verifyOwnMethods(*m_proxy->metaObject(), m_class.methods, m_class.signalSignatures, m_class.returnTypes);
 }
 
 void ScalarSetupTest::metaCastKnowsTheClassAndLeavesTheRestToTheBase()
 {
-    verifyMetaCast(*m_proxy, m_class.className);
-    for (const char *other : m_class.otherClasses)
-        QCOMPARE(m_proxy->qt_metacast(other), nullptr);
+    verifyMetaCast(*m_proxy, m_class.className, m_class.otherClasses);
 }
 
 void ScalarSetupTest::invokingSlotsByNameGivesTheDirectResult_data()
@@ -381,7 +321,7 @@ void ScalarSetupTest::invokingSlotsByNameGivesTheDirectResult()
     const Seen seen = row.run(*m_proxy);
     QCOMPARE(seen.value, row.answered);
     QVERIFY(m_fake->waitForCalls(1));
-    verifyReceived(m_fake->calls().first(), m_class.path, row);
+    verifyReceivedCall(m_fake->calls().first(), m_class.path, row);
 
     // The direct call of an operation without arguments gives the same.
     for (const OperationRow &direct : m_class.replies) {
