@@ -67,10 +67,14 @@ inline Seen seenOf(const QString &text)
     return {!text.isNull(), text, std::nullopt};
 }
 
-template<typename Container>
-Seen seenOf(const Container &container)
+/// A container counts as valid when it is not empty; a number always does.
+template<typename Plain>
+Seen seenOf(const Plain &plain)
 {
-    return {!container.isEmpty(), QVariant::fromValue(container), std::nullopt};
+    if constexpr (std::is_arithmetic_v<Plain>)
+        return {true, QVariant::fromValue(plain), std::nullopt};
+    else
+        return {!plain.isEmpty(), QVariant::fromValue(plain), std::nullopt};
 }
 
 /// An operation of a proxy, run on the base class so that one table column holds any class's.
