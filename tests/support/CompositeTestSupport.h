@@ -175,15 +175,13 @@ class ReplyTable
 public:
     using Call = std::function<Seen(Proxy &)>;
 
-    /// Adds the columns; @p error is what the application answers in every "error" row.
-    explicit ReplyTable(const ScriptedAnswer &error)
+    /// Adds the columns; @p error is what the application answers in every "error" row, and
+    /// @p log says whether the rows may log.
+    explicit ReplyTable(const ScriptedAnswer &error, LogCheck log = LogCheck::Unchecked)
         : m_error(error)
+        , m_log(log)
     {
-        QTest::addColumn<ProxyOperation>("operation");
-        QTest::addColumn<QString>("member");
-        QTest::addColumn<ScriptedAnswer>("answer");
-        QTest::addColumn<bool>("valid");
-        QTest::addColumn<QVariant>("value");
+        addMappedReplyColumns();
     }
 
     /// An operation that hands back its reply: valid with @p good when answered so; invalid,
@@ -217,8 +215,8 @@ public:
     void row(const char *name, const char *kind, const char *member, const Call &call, const ScriptedAnswer &answer,
              bool valid, const QVariant &value)
     {
-        QTest::addRow("%s %s", name, kind)
-            << forAnyProxy(call) << QString::fromLatin1(member) << answer << valid << value;
+        addMappedReplyRow(QByteArray(name) + ' ' + kind, forAnyProxy(call), QString::fromLatin1(member), answer, valid,
+                          value, m_log);
     }
 
     /// The error of the "error" rows.
@@ -226,29 +224,8 @@ public:
 
 private:
     ScriptedAnswer m_error;
+    LogCheck m_log;
 };
-
-/// Runs the current row of a ReplyTable.
-inline void verifyReplyRow(FakeMeasApplication &fake, QDBusAbstractInterface &proxy,
-                           LogCheck logging = LogCheck::Unchecked)
-{
-    QFETCH(ProxyOperation, operation);
-    QFETCH(QString, member);
-    QFETCH(ScriptedAnswer, answer);
-    QFETCH(bool, valid);
-    QFETCH(QVariant, value);
-
-    LogCapture log;
-    fake.answer(member, answer);
-    const Seen outcome = operation(proxy);
-    QCOMPARE(outcome.valid, valid);
-    QCOMPARE(outcome.value.userType(), value.userType());
-    QCOMPARE(outcome.value, value);
-    if (logging == LogCheck::Nothing)
-        QCOMPARE(log.lines(), QList<LogLine>());
-}
-
-// ---- a service nobody owns ----------------------------------------------------------------
 
 /// An operation called on a proxy of a service nobody owns, and the value its caller gets.
 template<typename Proxy>

@@ -160,3 +160,58 @@ void verifyAsyncCallsShowNothing(QDBusAbstractInterface &absent, const QList<Ope
     QCOMPARE(absent.lastError().message(), before.message());
     QCOMPARE(log.lines(), QList<LogLine>());
 }
+
+void addMappedReplyColumns()
+{
+    QTest::addColumn<ProxyOperation>("operation");
+    QTest::addColumn<QString>("member");
+    QTest::addColumn<ScriptedAnswer>("answer");
+    QTest::addColumn<bool>("valid");
+    QTest::addColumn<QVariant>("value");
+    QTest::addColumn<LogCheck>("log");
+}
+
+void addMappedReplyRow(const QByteArray &tag, const ProxyOperation &operation, const QString &member,
+                       const ScriptedAnswer &answer, bool valid, const QVariant &value, LogCheck log)
+{
+    QTest::newRow(tag.constData()) << operation << member << answer << valid << value << log;
+}
+
+void addMappedReplyRows(const QByteArray &prefix, const OperationRow &row, LogCheck errorLogs)
+{
+    const QString member = row.wireMember();
+    const ScriptedAnswer error = ScriptedAnswer::error(failedErrorName(), QStringLiteral("refused"));
+    addMappedReplyRow(prefix + "answered", row.run, member, ScriptedAnswer::value(row.answered), true, row.answered);
+    addMappedReplyRow(prefix + "error reply", row.run, member, error, false, row.empty, errorLogs);
+    addMappedReplyRow(prefix + "wrong type", row.run, member, ScriptedAnswer::value(row.wrongType), false, row.empty);
+    addMappedReplyRow(prefix + "empty return", row.run, member, ScriptedAnswer::reply(), false, row.empty);
+}
+
+void addMappedVoidReplyRows(const QByteArray &prefix, const OperationRow &row)
+{
+    const QString member = row.wireMember();
+    const ScriptedAnswer error = ScriptedAnswer::error(failedErrorName(), QStringLiteral("refused"));
+    addMappedReplyRow(prefix + "answered", row.run, member, ScriptedAnswer::reply(), true, QVariant());
+    addMappedReplyRow(prefix + "answered with a value", row.run, member, ScriptedAnswer::value(row.answered), true,
+                      QVariant());
+    addMappedReplyRow(prefix + "error reply", row.run, member, error, false, QVariant());
+}
+
+void verifyMappedReply(FakeMeasApplication &fake, QDBusAbstractInterface &proxy)
+{
+    QFETCH(ProxyOperation, operation);
+    QFETCH(QString, member);
+    QFETCH(ScriptedAnswer, answer);
+    QFETCH(bool, valid);
+    QFETCH(QVariant, value);
+    QFETCH(LogCheck, log);
+
+    LogCapture capture;
+    fake.answer(member, answer);
+    const Seen seen = operation(proxy);
+    QCOMPARE(seen.valid, valid);
+    QCOMPARE(seen.value.userType(), value.userType());
+    QCOMPARE(seen.value, value);
+    if (log == LogCheck::Nothing)
+        QCOMPARE(capture.lines(), QList<LogLine>());
+}

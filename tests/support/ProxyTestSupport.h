@@ -177,6 +177,7 @@ Q_DECLARE_METATYPE(OperationRow)
 
 /// Whether a check also requires that nothing was logged.
 enum class LogCheck { Unchecked, Nothing };
+Q_DECLARE_METATYPE(LogCheck)
 
 /// @p text as the debug stream writes a QString item: quoted, inner quotes and backslashes escaped.
 inline QString quoted(const QString &text)
@@ -301,6 +302,27 @@ void verifyConstructionForAnAbsentService(const QString &path)
     QCOMPARE(absent.path(), path);
     QCOMPARE(log.lines(), QList<LogLine>());
 }
+
+/// The columns of verifyMappedReply()'s rows.
+void addMappedReplyColumns();
+
+/// A row of verifyMappedReply(): the application answers @p member with @p answer, and the
+/// caller of @p operation sees @p valid and @p value.
+void addMappedReplyRow(const QByteArray &tag, const ProxyOperation &operation, const QString &member,
+                       const ScriptedAnswer &answer, bool valid, const QVariant &value,
+                       LogCheck log = LogCheck::Nothing);
+
+/// The rows of an operation handing back a reply with a value: answered with .answered; an
+/// error reply, an answer of .wrongType's type and an empty return, each giving .empty.
+/// @p errorLogs says what the error reply may log. Tags begin with @p prefix.
+void addMappedReplyRows(const QByteArray &prefix, const OperationRow &row, LogCheck errorLogs = LogCheck::Nothing);
+
+/// The rows of an operation handing back QDBusReply<void>: valid on any method return,
+/// .answered among them, invalid on an error reply.
+void addMappedVoidReplyRows(const QByteArray &prefix, const OperationRow &row);
+
+/// The row's operation, answered as the row says, shows the row's validity and value.
+void verifyMappedReply(FakeMeasApplication &fake, QDBusAbstractInterface &proxy);
 
 /// qt_metacast answers the class's own name with the object and leaves other names to the
 /// base; @p otherNames (near misses, other classes) are not the class.

@@ -26,45 +26,6 @@
 
 namespace ResultTest {
 
-/// Per getter handing back a reply: answered, error, wrong type, empty return.
-inline void addGeneratedReplyRows(const QList<OperationRow> &getters)
-{
-    QTest::addColumn<ProxyOperation>("operation");
-    QTest::addColumn<QString>("member");
-    QTest::addColumn<ScriptedAnswer>("answer");
-    QTest::addColumn<bool>("valid");
-    QTest::addColumn<QVariant>("value");
-
-    const ScriptedAnswer error = ScriptedAnswer::error(failedErrorName(), QStringLiteral("refused"));
-    for (const OperationRow &g : getters) {
-        const QString member = g.wireMember();
-        QTest::addRow("%s answered", g.operation)
-            << g.run << member << ScriptedAnswer::value(g.answered) << true << g.answered;
-        QTest::addRow("%s error", g.operation) << g.run << member << error << false << g.empty;
-        QTest::addRow("%s wrong type", g.operation)
-            << g.run << member << ScriptedAnswer::value(g.wrongType) << false << g.empty;
-        QTest::addRow("%s empty return", g.operation) << g.run << member << ScriptedAnswer::reply() << false << g.empty;
-    }
-}
-
-/// The row's reply reaches the caller as the row says, and nothing is logged.
-inline void verifyGeneratedReply(FakeMeasApplication &fake, QDBusAbstractInterface &proxy)
-{
-    QFETCH(ProxyOperation, operation);
-    QFETCH(QString, member);
-    QFETCH(ScriptedAnswer, answer);
-    QFETCH(bool, valid);
-    QFETCH(QVariant, value);
-
-    LogCapture log;
-    fake.answer(member, answer);
-    const Seen seen = operation(proxy);
-    QCOMPARE(seen.valid, valid);
-    QCOMPARE(seen.value.userType(), value.userType());
-    QCOMPARE(seen.value, value);
-    QCOMPARE(log.lines(), QList<LogLine>());
-}
-
 /// The application answers @p member with an error of @p message: @p call gives @p nothing,
 /// sends that one call without arguments, and logs exactly @p line.
 inline void verifyErrorReplyReportedOnce(FakeMeasApplication &fake, const QString &path, const QString &member,

@@ -1,6 +1,7 @@
 #include "ScalarResultTest.h"
 
 #include "LogCapture.h"
+#include "ResultTestSupport.h"
 
 #include <QDBusConnection>
 #include <QDBusError>
@@ -90,46 +91,16 @@ void ScalarResultTest::sendsEachOperationAsItsOwnMemberWithoutArguments()
 
 void ScalarResultTest::mapsEachGeneratedReply_data()
 {
-    addOperationColumns();
-    QTest::addColumn<ScriptedAnswer>("answer");
-    QTest::addColumn<bool>("valid");
-    QTest::addColumn<QVariant>("value");
-
-    const ScriptedAnswer error = ScriptedAnswer::error(failedErrorName(), QStringLiteral("refused"));
-    for (const OperationRow &g : m_class.getters) {
-        const QString member = g.wireMember();
-        QTest::newRow(tag(m_class, g, "answered"))
-            << g.run << member << ScriptedAnswer::value(g.answered) << true << g.answered;
-        QTest::newRow(tag(m_class, g, "error reply")) << g.run << member << error << false << g.empty;
-        QTest::newRow(tag(m_class, g, "wrong type"))
-            << g.run << member << ScriptedAnswer::value(g.wrongType) << false << g.empty;
-        QTest::newRow(tag(m_class, g, "empty return"))
-            << g.run << member << ScriptedAnswer::reply() << false << g.empty;
-    }
-    for (const OperationRow &c : m_class.commands) {
-        const QString member = c.wireMember();
-        QTest::newRow(tag(m_class, c, "answered")) << c.run << member << ScriptedAnswer::reply() << true << QVariant();
-        QTest::newRow(tag(m_class, c, "answered with a value"))
-            << c.run << member << ScriptedAnswer::value(1) << true << QVariant();
-        QTest::newRow(tag(m_class, c, "error reply")) << c.run << member << error << false << QVariant();
-    }
+    addMappedReplyColumns();
+    for (const OperationRow &getter : m_class.getters)
+        addMappedReplyRows(tag(m_class, getter, ""), getter);
+    for (const OperationRow &command : m_class.commands)
+        addMappedVoidReplyRows(tag(m_class, command, ""), command);
 }
 
 void ScalarResultTest::mapsEachGeneratedReply()
 {
-    QFETCH(ProxyOperation, operation);
-    QFETCH(QString, member);
-    QFETCH(ScriptedAnswer, answer);
-    QFETCH(bool, valid);
-    QFETCH(QVariant, value);
-
-    LogCapture log;
-    m_fake->answer(member, answer);
-    const Seen seen = operation(*m_proxy);
-    QCOMPARE(seen.valid, valid);
-    QCOMPARE(seen.value.userType(), value.userType());
-    QCOMPARE(seen.value, value);
-    QCOMPARE(log.lines(), QList<LogLine>());
+    verifyMappedReply(*m_fake, *m_proxy);
 }
 
 void ScalarResultTest::generatedOperationsGiveInvalidRepliesSilentlyWhenTheServiceIsAbsent_data()
@@ -179,22 +150,9 @@ void ScalarResultTest::compGettersReturnTheElementsAsSent()
     QFETCH(ProxyOperation, operation);
     QFETCH(QString, member);
 
-    const QList<QVariant> sent{3, QStringLiteral("3 counts"), -1.5, true, 1};
-    const QList<int> types{QMetaType::Int, QMetaType::QString, QMetaType::Double, QMetaType::Bool, QMetaType::Int};
-    LogCapture log;
-    m_fake->answer(member, ScriptedAnswer::value(sent));
-
-    const QList<QVariant> received = operation(*m_proxy).value.toList();
-
-    QCOMPARE(received, sent);
-    // Each element arrives unwrapped from its D-Bus variant, with its own type.
-    QCOMPARE(received.size(), types.size());
-    for (int i = 0; i < types.size(); ++i) {
-        QCOMPARE(received.at(i).userType(), types.at(i));
-        QVERIFY(received.at(i).userType() != qMetaTypeId<QDBusVariant>());
-    }
-    verifySingleCall(*m_fake, m_class.path, member, "", {});
-    QCOMPARE(log.lines(), QList<LogLine>());
+    ResultTest::verifyListArrivesUnwrapped(
+        *m_fake, *m_proxy, m_class.path, member, operation, {3, QStringLiteral("3 counts"), -1.5, true, 1},
+        {QMetaType::Int, QMetaType::QString, QMetaType::Double, QMetaType::Bool, QMetaType::Int});
 }
 
 void ScalarResultTest::compGettersPassAnEmptyListOnWithoutAReport_data()
@@ -232,13 +190,8 @@ void ScalarResultTest::compGettersReportAnErrorReplyInOneLine()
 void ScalarResultTest::verifyOneReportLine(const ProxyOperation &operation, const QString &member,
                                            const QString &message, const QString &line)
 {
-    LogCapture log;
-    m_fake->answer(member, ScriptedAnswer::error(failedErrorName(), message));
-
-    QCOMPARE(operation(*m_proxy).value, QVariant::fromValue(QList<QVariant>()));
-
-    verifySingleCall(*m_fake, m_class.path, member, "", {});
-    QCOMPARE(log.lines(), debugLines({line}));
+    ResultTest::verifyErrorReplyReportedOnce(*m_fake, m_class.path, member, message, line,
+                                             [&] { return operation(*m_proxy).value; });
 }
 
 void ScalarResultTest::compGettersTreatAWrongTypedReplyAsAFailure_data()

@@ -26,7 +26,7 @@ struct ScalarResultClass
     ProxyFactory make;
     /// Getters handing back a reply: .answered, .wrongType and the .empty value of a failure.
     QList<OperationRow> getters;
-    /// Operations handing back QDBusReply<void>.
+    /// Operations handing back QDBusReply<void>; .answered is an answer they must accept.
     QList<OperationRow> commands;
     /// The Comp getters: a list of variants, or an empty one after one line opening with .report.
     QList<OperationRow> comps;

@@ -75,8 +75,10 @@ void ScalarSetupTest::holdsNoDataOfItsOwn()
 void ScalarSetupTest::sendsEachOperationWithItsWireForm_data()
 {
     QTest::addColumn<OperationRow>("row");
-    for (const OperationRow &row : m_class.sent)
-        QTest::newRow(tag(m_class, row, "sent")) << row;
+    for (const QList<OperationRow> *rows : {&m_class.sent, &m_class.replies, &m_class.voidReplies, &m_class.asyncs}) {
+        for (const OperationRow &row : *rows)
+            QTest::newRow(tag(m_class, row, "sent")) << row;
+    }
 }
 
 void ScalarSetupTest::sendsEachOperationWithItsWireForm()
@@ -87,52 +89,18 @@ void ScalarSetupTest::sendsEachOperationWithItsWireForm()
 
 void ScalarSetupTest::mapsEachReply_data()
 {
-    QTest::addColumn<ProxyOperation>("operation");
-    QTest::addColumn<QString>("member");
-    QTest::addColumn<ScriptedAnswer>("answer");
-    QTest::addColumn<bool>("valid");
-    QTest::addColumn<QVariant>("value");
-    QTest::addColumn<bool>("logs");
-
-    const ScriptedAnswer error = ScriptedAnswer::error(failedErrorName(), QStringLiteral("refused"));
-    for (const OperationRow &r : m_class.replies) {
-        const QString member = r.wireMember();
-        const bool logs = !r.logLines.isEmpty();
-        QTest::newRow(tag(m_class, r, "answered"))
-            << r.run << member << ScriptedAnswer::value(r.answered) << true << r.answered << false;
-        QTest::newRow(tag(m_class, r, "error reply")) << r.run << member << error << false << r.empty << logs;
-        QTest::newRow(tag(m_class, r, "wrong type"))
-            << r.run << member << ScriptedAnswer::value(r.wrongType) << false << r.empty << false;
-    }
-    // A void reply accepts any method return and only fails on an error.
-    for (const OperationRow &r : m_class.voidReplies) {
-        const QString member = r.wireMember();
-        QTest::newRow(tag(m_class, r, "answered"))
-            << r.run << member << ScriptedAnswer::reply() << true << QVariant() << false;
-        QTest::newRow(tag(m_class, r, "answered with a value"))
-            << r.run << member << ScriptedAnswer::value(r.answered) << true << QVariant() << false;
-        QTest::newRow(tag(m_class, r, "error reply")) << r.run << member << error << false << QVariant() << false;
-    }
+    addMappedReplyColumns();
+    // What a checked getter logs is judged below.
+    for (const OperationRow &row : m_class.replies)
+        addMappedReplyRows(tag(m_class, row, ""), row,
+                           row.logLines.isEmpty() ? LogCheck::Nothing : LogCheck::Unchecked);
+    for (const OperationRow &row : m_class.voidReplies)
+        addMappedVoidReplyRows(tag(m_class, row, ""), row);
 }
 
 void ScalarSetupTest::mapsEachReply()
 {
-    QFETCH(ProxyOperation, operation);
-    QFETCH(QString, member);
-    QFETCH(ScriptedAnswer, answer);
-    QFETCH(bool, valid);
-    QFETCH(QVariant, value);
-    QFETCH(bool, logs);
-
-    LogCapture log;
-    m_fake->answer(member, answer);
-    const Seen seen = operation(*m_proxy);
-    QCOMPARE(seen.valid, valid);
-    QCOMPARE(seen.value, value);
-    QCOMPARE(seen.value.userType(), value.userType());
-    // What a checked getter logs is judged below.
-    if (!logs)
-        QCOMPARE(log.lines(), QList<LogLine>());
+    verifyMappedReply(*m_fake, *m_proxy);
 }
 
 void ScalarSetupTest::givesInvalidRepliesWhenTheServiceIsAbsent_data()

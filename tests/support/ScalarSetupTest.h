@@ -26,7 +26,8 @@ struct ScalarSetupClass
     ProxyFactory make;
     /// sizeof the class, which holds no data of its own.
     std::size_t size;
-    /// Each operation with the .member, .signature and .arguments of the one call it sends.
+    /// Calls checked for their wire form only. Every row of .replies, .voidReplies and .asyncs
+    /// is checked for it too: each names the .member, .signature and .arguments it sends.
     QList<OperationRow> sent;
     /// Operations handing back a reply with a value: .answered, .wrongType, .empty; a checked
     /// getter also names the .logLines it writes on failure.

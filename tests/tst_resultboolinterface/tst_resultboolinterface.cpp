@@ -64,9 +64,9 @@ ScalarResultClass resultBool()
             },
         .commands =
             {
-                {.operation = "resetMinMaxValues", .run = onProxy(&P::resetMinMaxValues)},
-                {.operation = "stopMinMaxEval", .run = onProxy(&P::stopMinMaxEval)},
-                {.operation = "continueMinMaxEval", .run = onProxy(&P::continueMinMaxEval)},
+                {.operation = "resetMinMaxValues", .run = onProxy(&P::resetMinMaxValues), .answered = 1},
+                {.operation = "stopMinMaxEval", .run = onProxy(&P::stopMinMaxEval), .answered = 1},
+                {.operation = "continueMinMaxEval", .run = onProxy(&P::continueMinMaxEval), .answered = 1},
             },
         .comps =
             {

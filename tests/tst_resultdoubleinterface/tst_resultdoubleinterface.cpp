@@ -51,9 +51,9 @@ ScalarResultClass resultDouble()
             },
         .commands =
             {
-                {.operation = "resetMinMaxValues", .run = onProxy(&P::resetMinMaxValues)},
-                {.operation = "stopMinMaxEval", .run = onProxy(&P::stopMinMaxEval)},
-                {.operation = "continueMinMaxEval", .run = onProxy(&P::continueMinMaxEval)},
+                {.operation = "resetMinMaxValues", .run = onProxy(&P::resetMinMaxValues), .answered = 1},
+                {.operation = "stopMinMaxEval", .run = onProxy(&P::stopMinMaxEval), .answered = 1},
+                {.operation = "continueMinMaxEval", .run = onProxy(&P::continueMinMaxEval), .answered = 1},
             },
         .comps =
             {

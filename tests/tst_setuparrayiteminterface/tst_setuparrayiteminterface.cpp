@@ -153,7 +153,7 @@ void tst_SetupArrayItemInterface::mapsEachReply_data()
 
 void tst_SetupArrayItemInterface::mapsEachReply()
 {
-    verifyReplyRow(*m_fake, *m_proxy);
+    verifyMappedReply(*m_fake, *m_proxy);
 }
 
 void tst_SetupArrayItemInterface::givesInvalidRepliesWhenTheServiceIsAbsent_data()

@@ -147,7 +147,7 @@ void tst_SetupMapItemInterface::mapsEachReply_data()
 
 void tst_SetupMapItemInterface::mapsEachReply()
 {
-    verifyReplyRow(*m_fake, *m_proxy);
+    verifyMappedReply(*m_fake, *m_proxy);
 }
 
 void tst_SetupMapItemInterface::givesInvalidRepliesWhenTheServiceIsAbsent_data()

@@ -255,7 +255,7 @@ void tst_SetupMapListInterface::mapsEachReply_data()
 
 void tst_SetupMapListInterface::mapsEachReply()
 {
-    verifyReplyRow(*m_fake, *m_proxy);
+    verifyMappedReply(*m_fake, *m_proxy);
 }
 
 void tst_SetupMapListInterface::givesEmptyValuesWhenTheServiceIsAbsent_data()

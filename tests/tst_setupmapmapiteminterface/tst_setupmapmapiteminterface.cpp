@@ -462,7 +462,7 @@ void tst_SetupMapMapItemInterface::mapsEachReply_data()
 
 void tst_SetupMapMapItemInterface::mapsEachReply()
 {
-    verifyReplyRow(*m_fake, *m_proxy);
+    verifyMappedReply(*m_fake, *m_proxy);
 }
 
 void tst_SetupMapMapItemInterface::givesEmptyValuesWhenTheServiceIsAbsent_data()

@@ -222,7 +222,7 @@ void tst_SetupThresholdManagerInterface::sendsEachOperationWithItsWireForm()
 void tst_SetupThresholdManagerInterface::mapsEachReplyWithoutLogging_data()
 {
     const QString key = QStringLiteral("k");
-    ReplyTable<P> table(ScriptedAnswer::error(failure, QStringLiteral("refused")));
+    ReplyTable<P> table(ScriptedAnswer::error(failure, QStringLiteral("refused")), LogCheck::Nothing);
     table.reply(
         "setValue", [key](P &p) { return seenOf(p.setValue(key, 1.0)); }, true, 1, false);
     table.reply(
@@ -279,7 +279,7 @@ void tst_SetupThresholdManagerInterface::mapsEachReplyWithoutLogging_data()
 
 void tst_SetupThresholdManagerInterface::mapsEachReplyWithoutLogging()
 {
-    verifyReplyRow(*m_fake, *m_proxy, LogCheck::Nothing);
+    verifyMappedReply(*m_fake, *m_proxy);
 }
 
 void tst_SetupThresholdManagerInterface::givesInvalidDefaultRepliesAndLogsNothingWhenTheServiceIsAbsent_data()
