@@ -34,15 +34,6 @@
 #include <vector>
 
 // Table rows hold operations of any proxy class in these forms.
-using ProxyGetter = std::function<QVariant(QDBusAbstractInterface &)>;
-Q_DECLARE_METATYPE(ProxyGetter)
-
-/// @p call as a row can hold it.
-template<typename Proxy, typename Result>
-std::function<Result(QDBusAbstractInterface &)> forAnyProxy(std::function<Result(Proxy &)> call)
-{
-    return [call](QDBusAbstractInterface &proxy) { return call(static_cast<Proxy &>(proxy)); };
-}
 
 // ---- fixture ----------------------------------------------------------------------------
 
@@ -51,16 +42,6 @@ std::function<Result(QDBusAbstractInterface &)> forAnyProxy(std::function<Result
 inline QVariant wrappedValue(const QVariant &value)
 {
     return QVariant::fromValue(QDBusVariant(value));
-}
-
-/// @p call, of an operation that returns nothing: only the proxy's lastError() tells of a failure.
-template<typename Proxy>
-std::function<Seen(Proxy &)> returningNothing(const std::function<void(Proxy &)> &call)
-{
-    return [call](Proxy &proxy) {
-        call(proxy);
-        return Seen{false, QVariant(), std::nullopt};
-    };
 }
 
 /// An a{sv} with @p entries in this order, repeated keys included, as only a peer can send it.
@@ -135,7 +116,7 @@ void addWireRows(const std::vector<WireRow<Proxy, Arguments>> &rows)
             call(proxy);
             return Seen{};
         };
-        QTest::newRow(row.name) << forAnyProxy(operation) << row.member << row.signature << row.arguments;
+        QTest::newRow(row.name) << onProxy<Proxy>(operation) << row.member << row.signature << row.arguments;
     }
 }
 
@@ -215,8 +196,8 @@ public:
     void row(const char *name, const char *kind, const char *member, const Call &call, const ScriptedAnswer &answer,
              bool valid, const QVariant &value)
     {
-        addMappedReplyRow(QByteArray(name) + ' ' + kind, forAnyProxy(call), QString::fromLatin1(member), answer, valid,
-                          value, m_log);
+        addMappedReplyRow(QByteArray(name) + ' ' + kind, onProxy<Proxy>(call), QString::fromLatin1(member), answer,
+                          valid, value, m_log);
     }
 
     /// The error of the "error" rows.
@@ -242,7 +223,7 @@ void addAbsentRows(const std::vector<AbsentRow<Proxy>> &rows)
     QTest::addColumn<ProxyOperation>("call");
     QTest::addColumn<QVariant>("empty");
     for (const auto &row : rows)
-        QTest::newRow(row.name) << forAnyProxy(row.call) << row.empty;
+        QTest::newRow(row.name) << onProxy<Proxy>(row.call) << row.empty;
 }
 
 /// The current row of addAbsentRows() fails: an invalid reply with the empty value, the bus's
@@ -309,18 +290,12 @@ struct LoggedError
     QString quoted;
 };
 
-/// @p service between quotes, as a log line shows a name without special characters.
-inline QString quotedService(const QString &service)
-{
-    return QLatin1Char('"') + service + QLatin1Char('"');
-}
-
 /**
  * @p get fails on @p answer to @p member: it hands back @p empty and logs exactly @p line,
  * filled in with the application's service and @p quotedMessage. The application is the
  * default fake one.
  */
-inline void verifyLoggedFailure(FakeMeasApplication &fake, QDBusAbstractInterface &proxy, const ProxyGetter &get,
+inline void verifyLoggedFailure(FakeMeasApplication &fake, QDBusAbstractInterface &proxy, const ProxyOperation &get,
                                 const QString &member, const QVariant &empty, const QString &line,
                                 const ScriptedAnswer &answer, const QString &quotedMessage)
 {
@@ -329,29 +304,29 @@ inline void verifyLoggedFailure(FakeMeasApplication &fake, QDBusAbstractInterfac
     LogCapture log;
     fake.answer(member, answer);
 
-    const QVariant value = get(proxy);
+    const QVariant value = get(proxy).value;
 
     QCOMPARE(value.userType(), empty.userType());
     QCOMPARE(value, empty);
-    QCOMPARE(log.lines(), debugLines({line.arg(quotedService(fake.service()), quotedMessage)}));
+    QCOMPARE(log.lines(), debugLines({line.arg(quoted(fake.service()), quotedMessage)}));
 }
 
 template<typename Proxy>
 void verifyLoggedFailure(FakeMeasApplication &fake, Proxy &proxy, const CheckedGetter<Proxy> &get,
                          const ScriptedAnswer &answer, const QString &quotedMessage)
 {
-    verifyLoggedFailure(fake, proxy, forAnyProxy(get.get), get.member, get.empty, get.line, answer, quotedMessage);
+    verifyLoggedFailure(fake, proxy, onProxy<Proxy>(get.get), get.member, get.empty, get.line, answer, quotedMessage);
 }
 
 /// @p get on a proxy of a service nobody owns: @p empty, ServiceUnknown, and @p line.
 template<typename Proxy>
-void verifyLoggedFailureWhenTheServiceIsAbsent(const QString &path, const ProxyGetter &get, const QVariant &empty,
+void verifyLoggedFailureWhenTheServiceIsAbsent(const QString &path, const ProxyOperation &get, const QVariant &empty,
                                                const QString &line)
 {
     LogCapture log;
     Proxy proxy(absentService(), path, QDBusConnection::sessionBus());
 
-    const QVariant value = get(proxy);
+    const QVariant value = get(proxy).value;
 
     QCOMPARE(value.userType(), empty.userType());
     QCOMPARE(value, empty);
@@ -359,13 +334,13 @@ void verifyLoggedFailureWhenTheServiceIsAbsent(const QString &path, const ProxyG
     const QString message = proxy.lastError().message();
     QVERIFY(message.contains(absentService()));
     QCOMPARE(log.lines(),
-             debugLines({line.arg(quotedService(absentService()), QLatin1Char('"') + message + QLatin1Char('"'))}));
+             debugLines({line.arg(quoted(absentService()), QLatin1Char('"') + message + QLatin1Char('"'))}));
 }
 
 template<typename Proxy>
 void verifyLoggedFailureWhenTheServiceIsAbsent(const QString &path, const CheckedGetter<Proxy> &get)
 {
-    verifyLoggedFailureWhenTheServiceIsAbsent<Proxy>(path, forAnyProxy(get.get), get.empty, get.line);
+    verifyLoggedFailureWhenTheServiceIsAbsent<Proxy>(path, onProxy<Proxy>(get.get), get.empty, get.line);
 }
 
 /// Per getter, a row per error in @p errors (named @p errorName) and one for its wrong-typed answer.
@@ -373,7 +348,7 @@ template<typename Proxy>
 void addLoggedFailureRows(const std::vector<CheckedGetter<Proxy>> &getters, const QString &errorName,
                           const std::vector<LoggedError> &errors)
 {
-    QTest::addColumn<ProxyGetter>("getter");
+    QTest::addColumn<ProxyOperation>("getter");
     QTest::addColumn<QString>("member");
     QTest::addColumn<QVariant>("empty");
     QTest::addColumn<QString>("line");
@@ -382,7 +357,7 @@ void addLoggedFailureRows(const std::vector<CheckedGetter<Proxy>> &getters, cons
     for (const auto &get : getters) {
         const auto row = [&](const char *kind, const ScriptedAnswer &answer, const QString &quoted) {
             QTest::addRow("%s %s", get.name, kind)
-                << forAnyProxy(get.get) << get.member << get.empty << get.line << answer << quoted;
+                << onProxy<Proxy>(get.get) << get.member << get.empty << get.line << answer << quoted;
         };
         for (const LoggedError &error : errors)
             row(error.name, ScriptedAnswer::error(errorName, error.message), error.quoted);
@@ -394,7 +369,7 @@ void addLoggedFailureRows(const std::vector<CheckedGetter<Proxy>> &getters, cons
 /// Runs the current row of addLoggedFailureRows().
 inline void verifyLoggedFailureRow(FakeMeasApplication &fake, QDBusAbstractInterface &proxy)
 {
-    QFETCH(ProxyGetter, getter);
+    QFETCH(ProxyOperation, getter);
     QFETCH(QString, member);
     QFETCH(QVariant, empty);
     QFETCH(QString, line);
@@ -408,18 +383,18 @@ inline void verifyLoggedFailureRow(FakeMeasApplication &fake, QDBusAbstractInter
 template<typename Proxy>
 void addLoggedAbsentRows(const std::vector<CheckedGetter<Proxy>> &getters)
 {
-    QTest::addColumn<ProxyGetter>("getter");
+    QTest::addColumn<ProxyOperation>("getter");
     QTest::addColumn<QVariant>("empty");
     QTest::addColumn<QString>("line");
     for (const auto &get : getters)
-        QTest::newRow(get.name) << forAnyProxy(get.get) << get.empty << get.line;
+        QTest::newRow(get.name) << onProxy<Proxy>(get.get) << get.empty << get.line;
 }
 
 /// Runs the current row of addLoggedAbsentRows().
 template<typename Proxy>
 void verifyLoggedAbsentRow(const QString &path)
 {
-    QFETCH(ProxyGetter, getter);
+    QFETCH(ProxyOperation, getter);
     QFETCH(QVariant, empty);
     QFETCH(QString, line);
 

@@ -56,6 +56,11 @@ inline Seen seenOf(const QDBusReply<void> &reply)
     return {reply.isValid(), QVariant(), reply.error()};
 }
 
+inline Seen seenOf(const Seen &seen)
+{
+    return seen;
+}
+
 /// A plain value counts as valid when it is not the empty one.
 inline Seen seenOf(const QVariant &value)
 {

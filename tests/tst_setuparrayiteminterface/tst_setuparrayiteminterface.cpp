@@ -165,7 +165,12 @@ void tst_SetupArrayItemInterface::givesInvalidRepliesWhenTheServiceIsAbsent_data
         {"getString", [](P &p) { return seenOf(p.getString()); }, QString()},
         {"size", [](P &p) { return seenOf(p.size()); }, 0},
         {"isChangeable", [](P &p) { return seenOf(p.isChangeable()); }, false},
-        {"setToDefault", returningNothing<P>([](P &p) { p.setToDefault(); }), QVariant()},
+        {"setToDefault",
+         [](P &p) {
+             p.setToDefault();
+             return Seen{};
+         },
+         QVariant()},
     });
 }
 

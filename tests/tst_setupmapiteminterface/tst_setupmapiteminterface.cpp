@@ -162,7 +162,12 @@ void tst_SetupMapItemInterface::givesInvalidRepliesWhenTheServiceIsAbsent_data()
         {"getString", [](P &p) { return seenOf(p.getString()); }, QString()},
         {"size", [](P &p) { return seenOf(p.size()); }, 0},
         {"removeItem", [](P &p) { return seenOf(p.removeItem("k")); }, 0},
-        {"setToDefault", returningNothing<P>([](P &p) { p.setToDefault(); }), QVariant()},
+        {"setToDefault",
+         [](P &p) {
+             p.setToDefault();
+             return Seen{};
+         },
+         QVariant()},
     });
 }
 
@@ -173,12 +178,12 @@ void tst_SetupMapItemInterface::givesInvalidRepliesWhenTheServiceIsAbsent()
 
 void tst_SetupMapItemInterface::variantGettersReturnTheValueInsideTheVariant_data()
 {
-    QTest::addColumn<ProxyGetter>("getter");
+    QTest::addColumn<ProxyOperation>("getter");
     QTest::addColumn<QString>("member");
     QTest::addColumn<QVariant>("value");
 
-    const ProxyGetter getValue = forAnyProxy<P, QVariant>([](P &p) { return p.getValue("k"); });
-    const ProxyGetter getBaseElement = forAnyProxy<P, QVariant>([](P &p) { return p.getBaseElement(); });
+    const ProxyOperation getValue = onProxy<P>([](P &p) { return p.getValue("k"); });
+    const ProxyOperation getBaseElement = onProxy<P>([](P &p) { return p.getBaseElement(); });
     QTest::newRow("getValue int") << getValue << "getValue" << QVariant(5);
     QTest::newRow("getValue bool") << getValue << "getValue" << QVariant(false);
     QTest::newRow("getValue string") << getValue << "getValue" << QVariant(QStringLiteral("Left"));
@@ -189,13 +194,13 @@ void tst_SetupMapItemInterface::variantGettersReturnTheValueInsideTheVariant_dat
 
 void tst_SetupMapItemInterface::variantGettersReturnTheValueInsideTheVariant()
 {
-    QFETCH(ProxyGetter, getter);
+    QFETCH(ProxyOperation, getter);
     QFETCH(QString, member);
     QFETCH(QVariant, value);
 
     m_fake->answer(member, ScriptedAnswer::value(wrappedValue(value)));
 
-    const QVariant received = getter(*m_proxy);
+    const QVariant received = getter(*m_proxy).value;
 
     QCOMPARE(received.userType(), value.userType());
     QCOMPARE(received, value);

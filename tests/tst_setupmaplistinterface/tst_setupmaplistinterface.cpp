@@ -275,7 +275,12 @@ void tst_SetupMapListInterface::givesEmptyValuesWhenTheServiceIsAbsent_data()
         {"getMax", [](P &p) { return seenOf(p.getMax(0, "gain")); }, QVariant()},
         {"size", [](P &p) { return seenOf(p.size()); }, 0},
         {"removeItem", [](P &p) { return seenOf(p.removeItem(0)); }, false},
-        {"setToDefault", returningNothing<P>([](P &p) { p.setToDefault(); }), QVariant()},
+        {"setToDefault",
+         [](P &p) {
+             p.setToDefault();
+             return Seen{};
+         },
+         QVariant()},
     });
 }
 

@@ -306,7 +306,12 @@ void tst_SetupThresholdManagerInterface::givesInvalidDefaultRepliesAndLogsNothin
         {"isChangeable", [](P &p) { return seenOf(p.isChangeable()); }, false},
         {"setLocationDescription",
          [=](P &p) { return seenOf(p.setLocationDescription(location, QStringLiteral("d"))); }, false},
-        {"setToDefault", returningNothing<P>([](P &p) { p.setToDefault(); }), QVariant()},
+        {"setToDefault",
+         [](P &p) {
+             p.setToDefault();
+             return Seen{};
+         },
+         QVariant()},
         {"createLocation", [=](P &p) { return seenOf(p.createLocation(location, QStringLiteral("Hall B"))); }, false},
         {"deleteLocation", [=](P &p) { return seenOf(p.deleteLocation(location)); }, false},
         {"renameLocation", [=](P &p) { return seenOf(p.renameLocation(location, QStringLiteral("Hall B"))); }, false},

@@ -119,7 +119,12 @@ void tst_StorageElemsMapInterface::givesInvalidRepliesAndLogsNothingWhenTheServi
         {"count", [](P &p) { return seenOf(p.count()); }, 0},
         {"getSortOrder", [](P &p) { return seenOf(p.getSortOrder()); }, QString()},
         {"setSortOrder", [](P &p) { return seenOf(p.setSortOrder(QStringLiteral("byName"))); }, QVariant()},
-        {"setToDefault", returningNothing<P>([](P &p) { p.setToDefault(); }), QVariant()},
+        {"setToDefault",
+         [](P &p) {
+             p.setToDefault();
+             return Seen{};
+         },
+         QVariant()},
     });
 }
 
