@@ -26,11 +26,6 @@ QString listReplyErrorOf(const QString &service, const QString &path, const QStr
     return reply.error().message();
 }
 
-QByteArray tag(const ScalarResultClass &tested, const OperationRow &row, const char *situation)
-{
-    return QByteArray(tested.className) + '/' + row.operation + '/' + situation;
-}
-
 void addOperationColumns()
 {
     QTest::addColumn<ProxyOperation>("operation");
@@ -40,41 +35,19 @@ void addOperationColumns()
 } // namespace
 
 ScalarResultTest::ScalarResultTest(ScalarResultClass tested)
-    : m_class(std::move(tested))
+    : ProxyTableTest(tested.className, tested.path, tested.make)
+    , m_class(std::move(tested))
 {
 }
 
 ScalarResultTest::~ScalarResultTest() = default;
-
-void ScalarResultTest::init()
-{
-    m_fake.reset(new FakeMeasApplication);
-    m_proxy.reset(m_class.make(m_fake->service(), m_class.path, nullptr));
-}
-
-void ScalarResultTest::cleanup()
-{
-    // The proxy goes before the application it talks to.
-    m_proxy.reset();
-    m_fake.reset();
-}
-
-QDBusAbstractInterface *ScalarResultTest::makeAbsent() const
-{
-    return m_class.make(absentService(), m_class.path, nullptr);
-}
-
-void ScalarResultTest::constructionPassesItsArgumentsOnAndSendsNothing()
-{
-    verifyConstructionContract(m_class.make, *m_fake, m_class.path);
-}
 
 void ScalarResultTest::sendsEachOperationAsItsOwnMemberWithoutArguments_data()
 {
     addOperationColumns();
     for (const QList<OperationRow> *rows : {&m_class.getters, &m_class.commands, &m_class.comps}) {
         for (const OperationRow &row : *rows)
-            QTest::newRow(tag(m_class, row, "sent")) << row.run << row.wireMember();
+            QTest::newRow(tag(row, "sent")) << row.run << row.wireMember();
     }
 }
 
@@ -86,16 +59,16 @@ void ScalarResultTest::sendsEachOperationAsItsOwnMemberWithoutArguments()
     m_fake->answer(member, ScriptedAnswer::reply());
     LogCapture log; // an empty reply is a failure to the Comp getters
     operation(*m_proxy);
-    verifySingleCall(*m_fake, m_class.path, member, "", {});
+    verifySingleCall(*m_fake, m_path, member, "", {});
 }
 
 void ScalarResultTest::mapsEachGeneratedReply_data()
 {
     addMappedReplyColumns();
     for (const OperationRow &getter : m_class.getters)
-        addMappedReplyRows(tag(m_class, getter, ""), getter);
+        addMappedReplyRows(tag(getter, ""), getter);
     for (const OperationRow &command : m_class.commands)
-        addMappedVoidReplyRows(tag(m_class, command, ""), command);
+        addMappedVoidReplyRows(tag(command, ""), command);
 }
 
 void ScalarResultTest::mapsEachGeneratedReply()
@@ -109,9 +82,9 @@ void ScalarResultTest::generatedOperationsGiveInvalidRepliesSilentlyWhenTheServi
     QTest::addColumn<QVariant>("empty");
 
     for (const OperationRow &getter : m_class.getters)
-        QTest::newRow(tag(m_class, getter, "absent service")) << getter.run << getter.empty;
+        QTest::newRow(tag(getter, "absent service")) << getter.run << getter.empty;
     for (const OperationRow &command : m_class.commands)
-        QTest::newRow(tag(m_class, command, "absent service")) << command.run << QVariant();
+        QTest::newRow(tag(command, "absent service")) << command.run << QVariant();
 }
 
 void ScalarResultTest::generatedOperationsGiveInvalidRepliesSilentlyWhenTheServiceIsAbsent()
@@ -120,7 +93,7 @@ void ScalarResultTest::generatedOperationsGiveInvalidRepliesSilentlyWhenTheServi
     QFETCH(QVariant, empty);
 
     LogCapture log;
-    const std::unique_ptr<QDBusAbstractInterface> absent(makeAbsent());
+    const std::unique_ptr<QDBusAbstractInterface> absent = makeAbsent();
     const Seen seen = operation(*absent);
 
     QCOMPARE(seen.valid, false);
@@ -137,7 +110,7 @@ void ScalarResultTest::addCompRows()
     addOperationColumns();
     QTest::addColumn<QString>("opening");
     for (const OperationRow &comp : m_class.comps)
-        QTest::newRow(tag(m_class, comp, "comp")) << comp.run << comp.wireMember() << comp.report;
+        QTest::newRow(tag(comp, "comp")) << comp.run << comp.wireMember() << comp.report;
 }
 
 void ScalarResultTest::compGettersReturnTheElementsAsSent_data()
@@ -151,7 +124,7 @@ void ScalarResultTest::compGettersReturnTheElementsAsSent()
     QFETCH(QString, member);
 
     ResultTest::verifyListArrivesUnwrapped(
-        *m_fake, *m_proxy, m_class.path, member, operation, {3, QStringLiteral("3 counts"), -1.5, true, 1},
+        *m_fake, *m_proxy, m_path, member, operation, {3, QStringLiteral("3 counts"), -1.5, true, 1},
         {QMetaType::Int, QMetaType::QString, QMetaType::Double, QMetaType::Bool, QMetaType::Int});
 }
 
@@ -184,13 +157,13 @@ void ScalarResultTest::compGettersReportAnErrorReplyInOneLine()
     QFETCH(QString, opening);
 
     const QString message = QStringLiteral("no reading");
-    verifyOneReportLine(operation, member, message, reportLine(opening, m_fake->service(), m_class.path, message));
+    verifyOneReportLine(operation, member, message, reportLine(opening, m_fake->service(), m_path, message));
 }
 
 void ScalarResultTest::verifyOneReportLine(const ProxyOperation &operation, const QString &member,
                                            const QString &message, const QString &line)
 {
-    ResultTest::verifyErrorReplyReportedOnce(*m_fake, m_class.path, member, message, line,
+    ResultTest::verifyErrorReplyReportedOnce(*m_fake, m_path, member, message, line,
                                              [&] { return operation(*m_proxy).value; });
 }
 
@@ -202,13 +175,13 @@ void ScalarResultTest::compGettersTreatAWrongTypedReplyAsAFailure_data()
 
     for (const OperationRow &comp : m_class.comps) {
         const QString member = comp.wireMember();
-        QTest::newRow(tag(m_class, comp, "integer array"))
+        QTest::newRow(tag(comp, "integer array"))
             << comp.run << member << comp.report << ScriptedAnswer::value(QVariant::fromValue(QList<int>{1, 2}));
-        QTest::newRow(tag(m_class, comp, "string"))
+        QTest::newRow(tag(comp, "string"))
             << comp.run << member << comp.report << ScriptedAnswer::value(QStringLiteral("1 2"));
-        QTest::newRow(tag(m_class, comp, "string list"))
+        QTest::newRow(tag(comp, "string list"))
             << comp.run << member << comp.report << ScriptedAnswer::value(QStringList{"1", "2"});
-        QTest::newRow(tag(m_class, comp, "nothing")) << comp.run << member << comp.report << ScriptedAnswer::reply();
+        QTest::newRow(tag(comp, "nothing")) << comp.run << member << comp.report << ScriptedAnswer::reply();
     }
 }
 
@@ -224,9 +197,9 @@ void ScalarResultTest::compGettersTreatAWrongTypedReplyAsAFailure()
 
     QCOMPARE(operation(*m_proxy).value, QVariant::fromValue(QList<QVariant>()));
 
-    const QString message = listReplyErrorOf(m_fake->service(), m_class.path, member);
+    const QString message = listReplyErrorOf(m_fake->service(), m_path, member);
     QVERIFY(message.startsWith(QStringLiteral("Unexpected reply signature")));
-    QCOMPARE(log.lines(), debugLines({reportLine(opening, m_fake->service(), m_class.path, message)}));
+    QCOMPARE(log.lines(), debugLines({reportLine(opening, m_fake->service(), m_path, message)}));
 }
 
 void ScalarResultTest::compGettersReportAnAbsentServiceInOneLine_data()
@@ -240,13 +213,12 @@ void ScalarResultTest::compGettersReportAnAbsentServiceInOneLine()
     QFETCH(QString, opening);
 
     LogCapture log;
-    const std::unique_ptr<QDBusAbstractInterface> absent(makeAbsent());
+    const std::unique_ptr<QDBusAbstractInterface> absent = makeAbsent();
 
     QCOMPARE(operation(*absent).value, QVariant::fromValue(QList<QVariant>()));
 
     QCOMPARE(absent->lastError().type(), QDBusError::ServiceUnknown);
-    QCOMPARE(log.lines(),
-             debugLines({reportLine(opening, absentService(), m_class.path, absent->lastError().message())}));
+    QCOMPARE(log.lines(), debugLines({reportLine(opening, absentService(), m_path, absent->lastError().message())}));
 }
 
 void ScalarResultTest::compReportQuotesAndEscapesTheErrorMessage()
@@ -322,7 +294,7 @@ void ScalarResultTest::invokingSlotsByNameGivesTheDirectResult_data()
     QTest::addColumn<QVariant>("answered");
 
     for (const OperationRow &row : m_class.byName) {
-        QTest::newRow(tag(m_class, row, "by name"))
+        QTest::newRow(tag(row, "by name"))
             << row.run << operationNamed(row.operation) << row.wireMember() << row.answered;
     }
 }
@@ -366,5 +338,5 @@ void ScalarResultTest::verifyCannotBeFoundByName(const QList<const char *> &name
     // Nothing went out: the next call is the first the application sees.
     m_fake->answer("getValue", ScriptedAnswer::reply());
     QMetaObject::invokeMethod(m_proxy.get(), "getValue", Qt::DirectConnection);
-    verifySingleCall(*m_fake, m_class.path, "getValue", "", {});
+    verifySingleCall(*m_fake, m_path, "getValue", "", {});
 }

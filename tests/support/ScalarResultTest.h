@@ -6,8 +6,7 @@
 // and derives from ScalarResultTest, adding what is the class's own. Row tags name class,
 // operation and case: "ResultIntInterface/getValue/error reply".
 
-#include "FakeMeasApplication.h"
-#include "ProxyTestSupport.h"
+#include "ProxyTableTest.h"
 
 #include <QDBusAbstractInterface>
 #include <QList>
@@ -43,7 +42,7 @@ struct ScalarResultClass
     QList<const char *> otherClasses;
 };
 
-class ScalarResultTest : public QObject
+class ScalarResultTest : public ProxyTableTest
 {
     Q_OBJECT
 
@@ -52,12 +51,6 @@ public:
     ~ScalarResultTest() override;
 
 protected:
-    template<typename Proxy>
-    Proxy &proxy()
-    {
-        return static_cast<Proxy &>(*m_proxy);
-    }
-
     /// The application refuses @p member with @p message: @p operation gives an empty list
     /// after that one call without arguments, and logs exactly @p line.
     void verifyOneReportLine(const ProxyOperation &operation, const QString &member, const QString &message,
@@ -68,14 +61,8 @@ protected:
     void verifyCannotBeFoundByName(const QList<const char *> &names);
 
     const ScalarResultClass m_class;
-    std::unique_ptr<FakeMeasApplication> m_fake;
-    std::unique_ptr<QDBusAbstractInterface> m_proxy;
 
 private Q_SLOTS:
-    void init();
-    void cleanup();
-
-    void constructionPassesItsArgumentsOnAndSendsNothing();
     void sendsEachOperationAsItsOwnMemberWithoutArguments_data();
     void sendsEachOperationAsItsOwnMemberWithoutArguments();
     void mapsEachGeneratedReply_data();
@@ -106,7 +93,6 @@ private:
     void addCompRows();
     /// The row of the table's getters, commands or Comp getters named @p name.
     ProxyOperation operationNamed(const char *name) const;
-    QDBusAbstractInterface *makeAbsent() const;
 };
 
 #endif

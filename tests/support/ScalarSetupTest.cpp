@@ -9,11 +9,6 @@
 
 namespace {
 
-QByteArray tag(const ScalarSetupClass &tested, const OperationRow &row, const char *situation)
-{
-    return QByteArray(tested.className) + '/' + row.operation + '/' + situation;
-}
-
 /// The row's lines with @p quotedMessage in place of "%1".
 QList<LogLine> linesOf(const QStringList &lines, const QString &quotedMessage)
 {
@@ -26,29 +21,12 @@ QList<LogLine> linesOf(const QStringList &lines, const QString &quotedMessage)
 } // namespace
 
 ScalarSetupTest::ScalarSetupTest(ScalarSetupClass tested)
-    : m_class(std::move(tested))
+    : ProxyTableTest(tested.className, tested.path, tested.make)
+    , m_class(std::move(tested))
 {
 }
 
 ScalarSetupTest::~ScalarSetupTest() = default;
-
-void ScalarSetupTest::init()
-{
-    m_fake.reset(new FakeMeasApplication);
-    m_proxy.reset(m_class.make(m_fake->service(), m_class.path, nullptr));
-}
-
-void ScalarSetupTest::cleanup()
-{
-    // The proxy goes before the application it talks to.
-    m_proxy.reset();
-    m_fake.reset();
-}
-
-QDBusAbstractInterface *ScalarSetupTest::makeAbsent() const
-{
-    return m_class.make(absentService(), m_class.path, nullptr);
-}
 
 QList<OperationRow> ScalarSetupTest::plainReplies() const
 {
@@ -62,11 +40,6 @@ QList<OperationRow> ScalarSetupTest::plainReplies() const
     return plain;
 }
 
-void ScalarSetupTest::constructorPassesItsArgumentsOnAndCallsNothing()
-{
-    verifyConstructionContract(m_class.make, *m_fake, m_class.path);
-}
-
 void ScalarSetupTest::holdsNoDataOfItsOwn()
 {
     QCOMPARE(m_class.size, sizeof(QDBusAbstractInterface));
@@ -77,7 +50,7 @@ void ScalarSetupTest::sendsEachOperationWithItsWireForm_data()
     QTest::addColumn<OperationRow>("row");
     for (const QList<OperationRow> *rows : {&m_class.sent, &m_class.replies, &m_class.voidReplies, &m_class.asyncs}) {
         for (const OperationRow &row : *rows)
-            QTest::newRow(tag(m_class, row, "sent")) << row;
+            QTest::newRow(tag(row, "sent")) << row;
     }
 }
 
@@ -92,10 +65,9 @@ void ScalarSetupTest::mapsEachReply_data()
     addMappedReplyColumns();
     // What a checked getter logs is judged below.
     for (const OperationRow &row : m_class.replies)
-        addMappedReplyRows(tag(m_class, row, ""), row,
-                           row.logLines.isEmpty() ? LogCheck::Nothing : LogCheck::Unchecked);
+        addMappedReplyRows(tag(row, ""), row, row.logLines.isEmpty() ? LogCheck::Nothing : LogCheck::Unchecked);
     for (const OperationRow &row : m_class.voidReplies)
-        addMappedVoidReplyRows(tag(m_class, row, ""), row);
+        addMappedVoidReplyRows(tag(row, ""), row);
 }
 
 void ScalarSetupTest::mapsEachReply()
@@ -108,7 +80,7 @@ void ScalarSetupTest::givesInvalidRepliesWhenTheServiceIsAbsent_data()
     QTest::addColumn<OperationRow>("row");
     for (const QList<OperationRow> *rows : {&m_class.replies, &m_class.voidReplies}) {
         for (const OperationRow &row : *rows)
-            QTest::newRow(tag(m_class, row, "absent service")) << row;
+            QTest::newRow(tag(row, "absent service")) << row;
     }
 }
 
@@ -118,7 +90,7 @@ void ScalarSetupTest::givesInvalidRepliesWhenTheServiceIsAbsent()
 
     // Checked getters log here; their lines are judged below.
     LogCapture log;
-    const std::unique_ptr<QDBusAbstractInterface> absent(makeAbsent());
+    const std::unique_ptr<QDBusAbstractInterface> absent = makeAbsent();
     const Seen seen = row.run(*absent);
     QVERIFY(!seen.valid);
     QCOMPARE(seen.value, row.empty);
@@ -132,7 +104,7 @@ void ScalarSetupTest::addCheckedGetterRows()
     QTest::addColumn<OperationRow>("row");
     for (const OperationRow &row : m_class.replies) {
         if (!row.logLines.isEmpty())
-            QTest::newRow(tag(m_class, row, "checked")) << row;
+            QTest::newRow(tag(row, "checked")) << row;
     }
 }
 
@@ -144,9 +116,9 @@ void ScalarSetupTest::checkedGettersLogTheirLinesOnAnErrorReply_data()
     for (const OperationRow &row : m_class.replies) {
         if (row.logLines.isEmpty())
             continue;
-        QTest::newRow(tag(m_class, row, "error reply"))
+        QTest::newRow(tag(row, "error reply"))
             << row << QStringLiteral("no value yet") << QStringLiteral("\"no value yet\"");
-        QTest::newRow(tag(m_class, row, "message with quotes"))
+        QTest::newRow(tag(row, "message with quotes"))
             << row << QStringLiteral("say \"hi\"") << QStringLiteral("\"say \\\"hi\\\"\"");
     }
 }
@@ -184,7 +156,7 @@ void ScalarSetupTest::checkedGettersLogTheirLinesWhenTheServiceIsAbsent()
     QFETCH(OperationRow, row);
 
     LogCapture log;
-    const std::unique_ptr<QDBusAbstractInterface> absent(makeAbsent());
+    const std::unique_ptr<QDBusAbstractInterface> absent = makeAbsent();
 
     const Seen seen = row.run(*absent);
 
@@ -240,7 +212,7 @@ void ScalarSetupTest::plainOperationsLogNothingOnAnErrorReply()
 void ScalarSetupTest::plainOperationsLogNothingWhenTheServiceIsAbsent()
 {
     LogCapture log;
-    const std::unique_ptr<QDBusAbstractInterface> absent(makeAbsent());
+    const std::unique_ptr<QDBusAbstractInterface> absent = makeAbsent();
 
     for (const OperationRow &row : plainReplies())
         row.run(*absent);
@@ -257,7 +229,7 @@ void ScalarSetupTest::asyncOperationsReturnAtOnceAndLeaveLastErrorAlone()
 
 void ScalarSetupTest::asyncOperationsToAnAbsentServiceShowNothing()
 {
-    const std::unique_ptr<QDBusAbstractInterface> absent(makeAbsent());
+    const std::unique_ptr<QDBusAbstractInterface> absent = makeAbsent();
     verifyAsyncCallsShowNothing(*absent, m_class.asyncs);
 }
 
@@ -276,7 +248,7 @@ void ScalarSetupTest::invokingSlotsByNameGivesTheDirectResult_data()
 {
     QTest::addColumn<OperationRow>("row");
     for (const OperationRow &row : m_class.byName)
-        QTest::newRow(tag(m_class, row, "by name")) << row;
+        QTest::newRow(tag(row, "by name")) << row;
 }
 
 void ScalarSetupTest::invokingSlotsByNameGivesTheDirectResult()
@@ -289,7 +261,7 @@ void ScalarSetupTest::invokingSlotsByNameGivesTheDirectResult()
     const Seen seen = row.run(*m_proxy);
     QCOMPARE(seen.value, row.answered);
     QVERIFY(m_fake->waitForCalls(1));
-    verifyReceivedCall(m_fake->calls().first(), m_class.path, row);
+    verifyReceivedCall(m_fake->calls().first(), m_path, row);
 
     // The direct call of an operation without arguments gives the same.
     for (const OperationRow &direct : m_class.replies) {
@@ -305,8 +277,7 @@ void ScalarSetupTest::relaysItsSignalsOfItsOwnObjectOnly_data()
 {
     QTest::addColumn<OperationRow>("row");
     for (const OperationRow &row : m_class.signalsRelayed)
-        QTest::newRow(tag(m_class, row, wireTexts(row.arguments).join(QStringLiteral(", ")).toUtf8().constData()))
-            << row;
+        QTest::newRow(tag(row, wireTexts(row.arguments).join(QStringLiteral(", ")).toUtf8().constData())) << row;
 }
 
 void ScalarSetupTest::relaysItsSignalsOfItsOwnObjectOnly()

@@ -5,8 +5,7 @@
 // ScalarSetupClass and derives from ScalarSetupTest, adding what is the class's own. Row
 // tags name class, operation and case: "SetupIntInterface/getValue/error reply".
 
-#include "FakeMeasApplication.h"
-#include "ProxyTestSupport.h"
+#include "ProxyTableTest.h"
 
 #include <QDBusAbstractInterface>
 #include <QList>
@@ -51,7 +50,7 @@ struct ScalarSetupClass
     QList<OperationRow> signalsRelayed;
 };
 
-class ScalarSetupTest : public QObject
+class ScalarSetupTest : public ProxyTableTest
 {
     Q_OBJECT
 
@@ -60,21 +59,9 @@ public:
     ~ScalarSetupTest() override;
 
 protected:
-    template<typename Proxy>
-    Proxy &proxy()
-    {
-        return static_cast<Proxy &>(*m_proxy);
-    }
-
     const ScalarSetupClass m_class;
-    std::unique_ptr<FakeMeasApplication> m_fake;
-    std::unique_ptr<QDBusAbstractInterface> m_proxy;
 
 private Q_SLOTS:
-    void init();
-    void cleanup();
-
-    void constructorPassesItsArgumentsOnAndCallsNothing();
     void holdsNoDataOfItsOwn();
 
     void sendsEachOperationWithItsWireForm_data();
@@ -106,7 +93,6 @@ private Q_SLOTS:
 private:
     void addCheckedGetterRows();
     QList<OperationRow> plainReplies() const;
-    QDBusAbstractInterface *makeAbsent() const;
 };
 
 #endif
