@@ -1,8 +1,8 @@
 #include "DBusInterfaceManager.h"
 
+#include "BusCall_p.h"
 #include "DBusConnector.h"
 #include "MeasApplNames_p.h"
-#include "ProxyCall_p.h"
 
 #include <QDBusConnection>
 #include <QDBusConnectionInterface>
@@ -62,6 +62,6 @@ bool DBusInterfaceManager::isMeasAppAvailable(QString appName)
 QString DBusInterfaceManager::getMeasAppStatus(QString appName)
 {
     const QDBusReply<QString> status =
-        ProxyCall::callThroughConnector(serviceOf(appName), MeasAppl::rootPath, "getMeasApplicationStatus");
+        BusCall::callThroughConnector(serviceOf(appName), MeasAppl::rootPath, "getMeasApplicationStatus");
     return status.isValid() ? status.value() : QStringLiteral("");
 }

@@ -1,7 +1,7 @@
 #include "RemoteCommandInterface.h"
 
+#include "BusCall_p.h"
 #include "MeasApplNames_p.h"
-#include "ProxyCall_p.h"
 
 #include <QDBusReply>
 #include <QDebug>
@@ -42,7 +42,7 @@ QString RemoteCommandInterface::executeCommand(QString command, QStringList para
         args.append(QVariant(QString()));
 
     const QDBusReply<QString> reply =
-        ProxyCall::callThroughConnector(m_service, m_path, QStringLiteral("executeRemoteCommand"), args);
+        BusCall::callThroughConnector(m_service, m_path, QStringLiteral("executeRemoteCommand"), args);
     if (!reply.isValid())
         return QString();
 

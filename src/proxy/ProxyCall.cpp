@@ -1,8 +1,6 @@
 #include "ProxyCall_p.h"
 
-#include "DBusConnector.h"
 #include "DBusTypes.h"
-#include "MeasApplNames_p.h"
 
 #include <QDebug>
 
@@ -12,15 +10,6 @@ QDBusMessage callBlocking(QDBusAbstractInterface &proxy, const QString &member, 
 {
     // Block, never AutoDetect: a proxy must not run the caller's event loop while it waits.
     return proxy.callWithArgumentList(QDBus::Block, member, args);
-}
-
-QDBusMessage callThroughConnector(const QString &service, const QString &path, const QString &member,
-                                  const QList<QVariant> &args)
-{
-    QDBusMessage message = QDBusMessage::createMethodCall(service, path, MeasAppl::interfaceName, member);
-    message.setArguments(args);
-    // -1: the connection's own default time-out.
-    return DBusConnector::getInstance()->getDBusConnection().call(message, QDBus::Block, -1);
 }
 
 void fireAndForgetList(QDBusAbstractInterface &proxy, const QString &member, const QList<QVariant> &args)
@@ -34,7 +23,7 @@ QVariant wrapped(const QVariant &value)
     return QVariant::fromValue(QDBusVariant(value));
 }
 
-void logLastError(const QDBusAbstractInterface &proxy, const GetterLog &lines)
+void logLastError(const QDBusAbstractInterface &proxy, const LastErrorLines &lines)
 {
     const QDBusError error = proxy.lastError();
     if (!error.isValid())

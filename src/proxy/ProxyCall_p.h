@@ -3,6 +3,9 @@
 
 // The few ways in which a proxy operation becomes a bus call. Every proxy operation is
 // one of these, named with its wire member, its arguments and, where it logs, its text.
+// Two families log: replyLoggingLastError() hands back the reply and logs from the
+// proxy's lastError(); valueOrEmpty() and its kin hand back a plain value, or its empty
+// form after one report line.
 
 #include <QDBusAbstractInterface>
 #include <QDBusError>
@@ -46,14 +49,6 @@ void blockingVoid(QDBusAbstractInterface &proxy, const QString &member, const Ar
     callBlocking(proxy, member, arguments(args...));
 }
 
-/**
- * Hand-built blocking call over the connector's connection, fetched afresh at each use,
- * for the library's own requests that do not go through a proxy's connection. Waits at
- * most the connection's default time-out.
- */
-QDBusMessage callThroughConnector(const QString &service, const QString &path, const QString &member,
-                                  const QList<QVariant> &args = {});
-
 /// Fire-and-forget call, argument list form: sends and returns; no reply is ever seen.
 void fireAndForgetList(QDBusAbstractInterface &proxy, const QString &member, const QList<QVariant> &args);
 
@@ -67,29 +62,30 @@ void fireAndForget(QDBusAbstractInterface &proxy, const QString &member, const A
 /// Variant-wrapped argument: @p value travels as a D-Bus variant ("v") instead of its own type.
 QVariant wrapped(const QVariant &value);
 
-/// The literals of a checked getter's lines: the error line, and in the three-line form
+/// The literals of replyLoggingLastError()'s lines: the error line, and in the three-line form
 /// the interface and path lines. Each is followed by its value on the same line.
-struct GetterLog
+struct LastErrorLines
 {
     const char *errorLine;
     const char *interfaceLine = nullptr;
     const char *pathLine = nullptr;
 };
 
-/// Writes a checked getter's lines for the proxy's lastError(), if it has one.
-void logLastError(const QDBusAbstractInterface &proxy, const GetterLog &lines);
+/// Writes replyLoggingLastError()'s lines for the proxy's lastError(), if it has one.
+void logLastError(const QDBusAbstractInterface &proxy, const LastErrorLines &lines);
 
-/// Checked getter: a blocking call without arguments that logs through lastError() and
-/// still hands back the reply.
+/// A blocking call without arguments that logs through lastError() and still hands back
+/// the reply.
 template<typename T>
-QDBusReply<T> checkedGetter(QDBusAbstractInterface &proxy, const QString &member, const GetterLog &lines)
+QDBusReply<T> replyLoggingLastError(QDBusAbstractInterface &proxy, const QString &member, const LastErrorLines &lines)
 {
     const QDBusMessage reply = callBlocking(proxy, member, {});
     logLastError(proxy, lines);
     return reply;
 }
 
-/// The one-line report of a failed checked call: [quoted class prefix] literal "service" / "path" / Error: "message".
+/// The one-line report of a failed valueOrEmpty() call: [quoted class prefix] literal "service" / "path" / Error:
+/// "message".
 class FailureReport
 {
 public:
@@ -105,10 +101,10 @@ private:
     const QString &m_path;
 };
 
-/// Checked call, list form: the reply's value, or R's empty value after writing @p report.
+/// The reply's value, or R's empty value after writing @p report; arguments gathered beforehand.
 template<typename R>
-R checkedList(QDBusAbstractInterface &proxy, const FailureReport &report, const QString &member,
-              const QList<QVariant> &args)
+R valueOrEmptyFromList(QDBusAbstractInterface &proxy, const FailureReport &report, const QString &member,
+                       const QList<QVariant> &args)
 {
     const QDBusReply<R> reply = callBlocking(proxy, member, args);
     if (reply.error().isValid()) {
@@ -118,19 +114,19 @@ R checkedList(QDBusAbstractInterface &proxy, const FailureReport &report, const 
     return reply.value();
 }
 
-/// Checked call: the reply read as R, or R's empty value after writing @p report.
+/// The reply read as R, or R's empty value after writing @p report.
 template<typename R, typename... Args>
-R checked(QDBusAbstractInterface &proxy, const FailureReport &report, const QString &member, const Args &...args)
+R valueOrEmpty(QDBusAbstractInterface &proxy, const FailureReport &report, const QString &member, const Args &...args)
 {
-    return checkedList<R>(proxy, report, member, arguments(args...));
+    return valueOrEmptyFromList<R>(proxy, report, member, arguments(args...));
 }
 
-/// Checked variant getter: the value inside the D-Bus variant reply, or an invalid QVariant.
+/// The value inside the D-Bus variant reply, or an invalid QVariant after writing @p report.
 template<typename... Args>
-QVariant checkedVariant(QDBusAbstractInterface &proxy, const FailureReport &report, const QString &member,
+QVariant variantOrEmpty(QDBusAbstractInterface &proxy, const FailureReport &report, const QString &member,
                         const Args &...args)
 {
-    return checked<QDBusVariant>(proxy, report, member, args...).variant();
+    return valueOrEmpty<QDBusVariant>(proxy, report, member, args...).variant();
 }
 
 /// Each element's QVariant::toInt(), in order; an element that does not convert counts as

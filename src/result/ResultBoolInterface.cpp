@@ -71,36 +71,36 @@ QDBusReply<void> ResultBoolInterface::continueMinMaxEval()
 
 QList<QVariant> ResultBoolInterface::getValueComp()
 {
-    return ProxyCall::checked<QList<QVariant>>(*this, {m_classPrefix, "getValueComp(): ", m_service, m_path},
-                                               "getValueComp");
+    return ProxyCall::valueOrEmpty<QList<QVariant>>(*this, {m_classPrefix, "getValueComp(): ", m_service, m_path},
+                                                    "getValueComp");
 }
 
 QList<QVariant> ResultBoolInterface::getMinValueComp()
 {
-    return ProxyCall::checked<QList<QVariant>>(*this, {m_classPrefix, "getMinValueComp(): ", m_service, m_path},
-                                               "getMinValueComp");
+    return ProxyCall::valueOrEmpty<QList<QVariant>>(*this, {m_classPrefix, "getMinValueComp(): ", m_service, m_path},
+                                                    "getMinValueComp");
 }
 
 QList<QVariant> ResultBoolInterface::getMaxValueComp()
 {
-    return ProxyCall::checked<QList<QVariant>>(*this, {m_classPrefix, "getMaxValueComp(): ", m_service, m_path},
-                                               "getMaxValueComp");
+    return ProxyCall::valueOrEmpty<QList<QVariant>>(*this, {m_classPrefix, "getMaxValueComp(): ", m_service, m_path},
+                                                    "getMaxValueComp");
 }
 
 QList<QVariant> ResultBoolInterface::getStringComp()
 {
-    return ProxyCall::checked<QList<QVariant>>(*this, {m_classPrefix, "getStringComp(): ", m_service, m_path},
-                                               "getStringComp");
+    return ProxyCall::valueOrEmpty<QList<QVariant>>(*this, {m_classPrefix, "getStringComp(): ", m_service, m_path},
+                                                    "getStringComp");
 }
 
 QList<QVariant> ResultBoolInterface::getMinStringComp()
 {
-    return ProxyCall::checked<QList<QVariant>>(*this, {m_classPrefix, "getMinStringComp(): ", m_service, m_path},
-                                               "getMinStringComp");
+    return ProxyCall::valueOrEmpty<QList<QVariant>>(*this, {m_classPrefix, "getMinStringComp(): ", m_service, m_path},
+                                                    "getMinStringComp");
 }
 
 QList<QVariant> ResultBoolInterface::getMaxStringComp()
 {
-    return ProxyCall::checked<QList<QVariant>>(*this, {m_classPrefix, "getMaxStringComp(): ", m_service, m_path},
-                                               "getMaxStringComp");
+    return ProxyCall::valueOrEmpty<QList<QVariant>>(*this, {m_classPrefix, "getMaxStringComp(): ", m_service, m_path},
+                                                    "getMaxStringComp");
 }

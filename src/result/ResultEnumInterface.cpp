@@ -36,6 +36,6 @@ QDBusReply<int> ResultEnumInterface::getMaxValue()
 QList<QVariant> ResultEnumInterface::getValueComp()
 {
     // No class-name prefix member here: the class name is part of the literal.
-    return ProxyCall::checked<QList<QVariant>>(*this, {"ResultEnumInterface::getValueComp(): ", m_service, m_path},
-                                               "getValueComp");
+    return ProxyCall::valueOrEmpty<QList<QVariant>>(*this, {"ResultEnumInterface::getValueComp(): ", m_service, m_path},
+                                                    "getValueComp");
 }

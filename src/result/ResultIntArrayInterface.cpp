@@ -15,14 +15,14 @@ ResultIntArrayInterface::~ResultIntArrayInterface() = default;
 
 QList<QVariant> ResultIntArrayInterface::getValues()
 {
-    return ProxyCall::checked<QList<QVariant>>(*this, {"ResultIntArrayInterface::getValues(): ", m_service, m_path},
-                                               "getValues");
+    return ProxyCall::valueOrEmpty<QList<QVariant>>(
+        *this, {"ResultIntArrayInterface::getValues(): ", m_service, m_path}, "getValues");
 }
 
 QString ResultIntArrayInterface::getString()
 {
-    return ProxyCall::checked<QString>(*this, {"ResultIntArrayInterface::getString(): ", m_service, m_path},
-                                       "getString");
+    return ProxyCall::valueOrEmpty<QString>(*this, {"ResultIntArrayInterface::getString(): ", m_service, m_path},
+                                            "getString");
 }
 
 QDBusReply<int> ResultIntArrayInterface::size()

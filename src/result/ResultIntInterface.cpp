@@ -71,39 +71,39 @@ QDBusReply<void> ResultIntInterface::continueMinMaxEval()
 
 QList<QVariant> ResultIntInterface::getValueComp()
 {
-    return ProxyCall::checked<QList<QVariant>>(*this, {m_classPrefix, "getValueComp(): ", m_service, m_path},
-                                               "getValueComp");
+    return ProxyCall::valueOrEmpty<QList<QVariant>>(*this, {m_classPrefix, "getValueComp(): ", m_service, m_path},
+                                                    "getValueComp");
 }
 
 QList<QVariant> ResultIntInterface::getMinValueComp()
 {
-    return ProxyCall::checked<QList<QVariant>>(*this, {m_classPrefix, "getMinValueComp(): ", m_service, m_path},
-                                               "getMinValueComp");
+    return ProxyCall::valueOrEmpty<QList<QVariant>>(*this, {m_classPrefix, "getMinValueComp(): ", m_service, m_path},
+                                                    "getMinValueComp");
 }
 
 QList<QVariant> ResultIntInterface::getMaxValueComp()
 {
     // Deliberately reported under getMinValueComp's text.
-    return ProxyCall::checked<QList<QVariant>>(*this, {m_classPrefix, "getMinValueComp(): ", m_service, m_path},
-                                               "getMaxValueComp");
+    return ProxyCall::valueOrEmpty<QList<QVariant>>(*this, {m_classPrefix, "getMinValueComp(): ", m_service, m_path},
+                                                    "getMaxValueComp");
 }
 
 QList<QVariant> ResultIntInterface::getStringComp()
 {
     // Deliberately reported under getMinValueComp's text.
-    return ProxyCall::checked<QList<QVariant>>(*this, {m_classPrefix, "getMinValueComp(): ", m_service, m_path},
-                                               "getStringComp");
+    return ProxyCall::valueOrEmpty<QList<QVariant>>(*this, {m_classPrefix, "getMinValueComp(): ", m_service, m_path},
+                                                    "getStringComp");
 }
 
 QList<QVariant> ResultIntInterface::getMinStringComp()
 {
     // Deliberately reported under getMinValueComp's text.
-    return ProxyCall::checked<QList<QVariant>>(*this, {m_classPrefix, "getMinValueComp(): ", m_service, m_path},
-                                               "getMinStringComp");
+    return ProxyCall::valueOrEmpty<QList<QVariant>>(*this, {m_classPrefix, "getMinValueComp(): ", m_service, m_path},
+                                                    "getMinStringComp");
 }
 
 QList<QVariant> ResultIntInterface::getMaxStringComp()
 {
-    return ProxyCall::checked<QList<QVariant>>(*this, {m_classPrefix, "getMaxStringComp(): ", m_service, m_path},
-                                               "getMaxStringComp");
+    return ProxyCall::valueOrEmpty<QList<QVariant>>(*this, {m_classPrefix, "getMaxStringComp(): ", m_service, m_path},
+                                                    "getMaxStringComp");
 }

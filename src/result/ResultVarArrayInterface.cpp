@@ -15,45 +15,45 @@ ResultVarArrayInterface::~ResultVarArrayInterface() = default;
 
 QList<QVariant> ResultVarArrayInterface::getValues()
 {
-    return ProxyCall::checked<QList<QVariant>>(*this, {"ResultVarArrayInterface::getValues(): ", m_service, m_path},
-                                               "getValues");
+    return ProxyCall::valueOrEmpty<QList<QVariant>>(
+        *this, {"ResultVarArrayInterface::getValues(): ", m_service, m_path}, "getValues");
 }
 
 QList<int> ResultVarArrayInterface::getValuesStatus()
 {
     // Deliberately reports under the integer row's class name.
-    return ProxyCall::toIntList(ProxyCall::checked<QList<QVariant>>(
+    return ProxyCall::toIntList(ProxyCall::valueOrEmpty<QList<QVariant>>(
         *this, {"ResultIntArrayInterface::getValuesStatus(): ", m_service, m_path}, "getValuesStatus"));
 }
 
 QList<QVariant> ResultVarArrayInterface::getValueComp()
 {
     // Deliberately without ": " of its own, unlike the other texts.
-    return ProxyCall::checked<QList<QVariant>>(*this, {"ResultVarArrayInterface::getValueComp()", m_service, m_path},
-                                               "getValueComp");
+    return ProxyCall::valueOrEmpty<QList<QVariant>>(
+        *this, {"ResultVarArrayInterface::getValueComp()", m_service, m_path}, "getValueComp");
 }
 
 QVariant ResultVarArrayInterface::getValue(int pos)
 {
-    return ProxyCall::checkedVariant(*this, {"ResultVarArrayInterface::getValue(): ", m_service, m_path}, "getValue",
+    return ProxyCall::variantOrEmpty(*this, {"ResultVarArrayInterface::getValue(): ", m_service, m_path}, "getValue",
                                      pos);
 }
 
 int ResultVarArrayInterface::getValueStatus(int pos)
 {
-    return ProxyCall::checked<int>(*this, {"ResultVarArrayInterface::getValueStatus(): ", m_service, m_path},
-                                   "getValueStatus", pos);
+    return ProxyCall::valueOrEmpty<int>(*this, {"ResultVarArrayInterface::getValueStatus(): ", m_service, m_path},
+                                        "getValueStatus", pos);
 }
 
 QVariant ResultVarArrayInterface::getLowerLimit()
 {
-    return ProxyCall::checkedVariant(*this, {"ResultVarArrayInterface::getLowerLimit(): ", m_service, m_path},
+    return ProxyCall::variantOrEmpty(*this, {"ResultVarArrayInterface::getLowerLimit(): ", m_service, m_path},
                                      "getLowerLimit");
 }
 
 QVariant ResultVarArrayInterface::getUpperLimit()
 {
-    return ProxyCall::checkedVariant(*this, {"ResultVarArrayInterface::getUpperLimit(): ", m_service, m_path},
+    return ProxyCall::variantOrEmpty(*this, {"ResultVarArrayInterface::getUpperLimit(): ", m_service, m_path},
                                      "getUpperLimit");
 }
 

@@ -26,8 +26,8 @@ QDBusReply<bool> SetupArrayItemInterface::setValue(QVariantList value)
 
 QList<QVariant> SetupArrayItemInterface::getValue(int start, int end)
 {
-    return ProxyCall::checked<QVariantList>(*this, {"SetupArrayItemInterface::getValue(): ", m_service, m_path},
-                                            "getValue", start, end);
+    return ProxyCall::valueOrEmpty<QVariantList>(*this, {"SetupArrayItemInterface::getValue(): ", m_service, m_path},
+                                                 "getValue", start, end);
 }
 
 QDBusReply<QString> SetupArrayItemInterface::getString()

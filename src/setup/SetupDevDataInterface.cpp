@@ -25,11 +25,12 @@ void SetupDevDataInterface::setValueAsync(QVariant value)
 
 QVariant SetupDevDataInterface::getValue()
 {
-    return ProxyCall::checkedVariant(*this, {"SetupDevDataInterface::getValue(): ", m_service, m_path}, "getValue");
+    return ProxyCall::variantOrEmpty(*this, {"SetupDevDataInterface::getValue(): ", m_service, m_path}, "getValue");
 }
 
 QString SetupDevDataInterface::getString()
 {
     // Deliberately the same report text as getValue().
-    return ProxyCall::checked<QString>(*this, {"SetupDevDataInterface::getValue(): ", m_service, m_path}, "getString");
+    return ProxyCall::valueOrEmpty<QString>(*this, {"SetupDevDataInterface::getValue(): ", m_service, m_path},
+                                            "getString");
 }

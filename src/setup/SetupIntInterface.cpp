@@ -23,15 +23,15 @@ void SetupIntInterface::setValueAsync(int value)
 
 QDBusReply<int> SetupIntInterface::getValue()
 {
-    return ProxyCall::checkedGetter<int>(*this, "getValue",
-                                         {"SetupIntInterface::getValue() Error! ",
-                                          "SetupIntInterface::getValue() Interface ",
-                                          "SetupIntInterface::getValue() Path "});
+    return ProxyCall::replyLoggingLastError<int>(*this, "getValue",
+                                                 {"SetupIntInterface::getValue() Error! ",
+                                                  "SetupIntInterface::getValue() Interface ",
+                                                  "SetupIntInterface::getValue() Path "});
 }
 
 QDBusReply<QString> SetupIntInterface::getString()
 {
-    return ProxyCall::checkedGetter<QString>(*this, "getString", {"SetupIntInterface::getString() Error! "});
+    return ProxyCall::replyLoggingLastError<QString>(*this, "getString", {"SetupIntInterface::getString() Error! "});
 }
 
 QDBusReply<int> SetupIntInterface::getMinValue()

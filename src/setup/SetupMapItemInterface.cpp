@@ -40,13 +40,13 @@ QDBusReply<bool> SetupMapItemInterface::isChangeable()
 
 QVariant SetupMapItemInterface::getValue(QString key)
 {
-    return ProxyCall::checkedVariant(*this, {"SetupMapItemInterface::getValue(): ", m_service, m_path}, "getValue",
+    return ProxyCall::variantOrEmpty(*this, {"SetupMapItemInterface::getValue(): ", m_service, m_path}, "getValue",
                                      key);
 }
 
 QVariant SetupMapItemInterface::getBaseElement()
 {
-    return ProxyCall::checkedVariant(*this, {"SetupMapItemInterface::getBaseElement(): ", m_service, m_path},
+    return ProxyCall::variantOrEmpty(*this, {"SetupMapItemInterface::getBaseElement(): ", m_service, m_path},
                                      "getBaseElement");
 }
 

@@ -47,37 +47,37 @@ QDBusReply<bool> SetupMapListInterface::isChangeable()
 SettingsMap SetupMapListInterface::getValue(int position)
 {
     // Reports under the two-argument form's text as well.
-    return ProxyCall::checked<SettingsMap>(*this, {"SetupMapListInterface::getValue(): ", m_service, m_path},
-                                           "getValue", position);
+    return ProxyCall::valueOrEmpty<SettingsMap>(*this, {"SetupMapListInterface::getValue(): ", m_service, m_path},
+                                                "getValue", position);
 }
 
 QVariant SetupMapListInterface::getValue(int position, QString item)
 {
-    return ProxyCall::checkedVariant(*this, {"SetupMapListInterface::getValue(): ", m_service, m_path}, "getValue",
+    return ProxyCall::variantOrEmpty(*this, {"SetupMapListInterface::getValue(): ", m_service, m_path}, "getValue",
                                      position, item);
 }
 
 QString SetupMapListInterface::getStringValue(int position, QString item)
 {
-    return ProxyCall::checked<QString>(*this, {"SetupMapListInterface::getStringValue(): ", m_service, m_path},
-                                       "getStringValue", position, item);
+    return ProxyCall::valueOrEmpty<QString>(*this, {"SetupMapListInterface::getStringValue(): ", m_service, m_path},
+                                            "getStringValue", position, item);
 }
 
 QString SetupMapListInterface::getString(int position)
 {
-    return ProxyCall::checked<QString>(*this, {"SetupMapListInterface::getString(): ", m_service, m_path}, "getString",
-                                       position);
+    return ProxyCall::valueOrEmpty<QString>(*this, {"SetupMapListInterface::getString(): ", m_service, m_path},
+                                            "getString", position);
 }
 
 QVariant SetupMapListInterface::getMin(int position, QString item)
 {
-    return ProxyCall::checkedVariant(*this, {"SetupMapListInterface::getMin(): ", m_service, m_path}, "getMin",
+    return ProxyCall::variantOrEmpty(*this, {"SetupMapListInterface::getMin(): ", m_service, m_path}, "getMin",
                                      position, item);
 }
 
 QVariant SetupMapListInterface::getMax(int position, QString item)
 {
-    return ProxyCall::checkedVariant(*this, {"SetupMapListInterface::getMax(): ", m_service, m_path}, "getMax",
+    return ProxyCall::variantOrEmpty(*this, {"SetupMapListInterface::getMax(): ", m_service, m_path}, "getMax",
                                      position, item);
 }
 

@@ -111,8 +111,8 @@ QDBusReply<QStringList> SetupMapMapItemInterface::getAllKeys()
 
 QStringList SetupMapMapItemInterface::getAllKeys(QString primaryKey)
 {
-    return ProxyCall::checked<QStringList>(*this, {"SetupMapMapItemInterface::getAllKeys(): ", m_service, m_path},
-                                           "getAllKeys", primaryKey);
+    return ProxyCall::valueOrEmpty<QStringList>(*this, {"SetupMapMapItemInterface::getAllKeys(): ", m_service, m_path},
+                                                "getAllKeys", primaryKey);
 }
 
 QDBusReply<bool> SetupMapMapItemInterface::isKeyAvailable(QString key)
@@ -127,37 +127,37 @@ QDBusReply<bool> SetupMapMapItemInterface::isChangeable()
 
 SettingsMap SetupMapMapItemInterface::getValue(QString primaryKey)
 {
-    return ProxyCall::checked<SettingsMap>(*this, {"SetupMapMapItemInterface::getValue(): ", m_service, m_path},
-                                           "getValue", primaryKey);
+    return ProxyCall::valueOrEmpty<SettingsMap>(*this, {"SetupMapMapItemInterface::getValue(): ", m_service, m_path},
+                                                "getValue", primaryKey);
 }
 
 QVariant SetupMapMapItemInterface::getValue(QString primaryKey, QString secondKey)
 {
-    return ProxyCall::checkedVariant(*this, {"SetupMapMapItemInterface::getValue(): ", m_service, m_path}, "getValue",
+    return ProxyCall::variantOrEmpty(*this, {"SetupMapMapItemInterface::getValue(): ", m_service, m_path}, "getValue",
                                      primaryKey, secondKey);
 }
 
 QString SetupMapMapItemInterface::getStringValue(QString primaryKey, QString secondKey)
 {
-    return ProxyCall::checked<QString>(*this, {"SetupMapMapItemInterface::getStringValue(): ", m_service, m_path},
-                                       "getStringValue", primaryKey, secondKey);
+    return ProxyCall::valueOrEmpty<QString>(*this, {"SetupMapMapItemInterface::getStringValue(): ", m_service, m_path},
+                                            "getStringValue", primaryKey, secondKey);
 }
 
 SettingsStringMap SetupMapMapItemInterface::getStringMap(QString primaryKey)
 {
-    return textsOf(ProxyCall::checked<SettingsMap>(
+    return textsOf(ProxyCall::valueOrEmpty<SettingsMap>(
         *this, {"SetupMapMapItemInterface::getStringMap(): ", m_service, m_path}, "getValue", primaryKey));
 }
 
 QVariant SetupMapMapItemInterface::getMin(QString primaryKey, QString secondKey)
 {
-    return ProxyCall::checkedVariant(*this, {"SetupMapMapItemInterface::getMin(): ", m_service, m_path}, "getMin",
+    return ProxyCall::variantOrEmpty(*this, {"SetupMapMapItemInterface::getMin(): ", m_service, m_path}, "getMin",
                                      primaryKey, secondKey);
 }
 
 QVariant SetupMapMapItemInterface::getMax(QString primaryKey, QString secondKey)
 {
-    return ProxyCall::checkedVariant(*this, {"SetupMapMapItemInterface::getMax(): ", m_service, m_path}, "getMax",
+    return ProxyCall::variantOrEmpty(*this, {"SetupMapMapItemInterface::getMax(): ", m_service, m_path}, "getMax",
                                      primaryKey, secondKey);
 }
 
@@ -168,7 +168,7 @@ QDBusReply<QStringList> SetupMapMapItemInterface::getEnums(QString primaryKey, Q
 
 QVariant SetupMapMapItemInterface::getBaseElement()
 {
-    return ProxyCall::checkedVariant(*this, {"SetupMapMapItemInterface::getBaseElement(): ", m_service, m_path},
+    return ProxyCall::variantOrEmpty(*this, {"SetupMapMapItemInterface::getBaseElement(): ", m_service, m_path},
                                      "getBaseElement");
 }
 
@@ -179,8 +179,8 @@ QDBusReply<QString> SetupMapMapItemInterface::getString()
 
 QString SetupMapMapItemInterface::getString(QString primaryKey)
 {
-    return ProxyCall::checked<QString>(*this, {"SetupMapMapItemInterface::getString(): ", m_service, m_path},
-                                       "getString", primaryKey);
+    return ProxyCall::valueOrEmpty<QString>(*this, {"SetupMapMapItemInterface::getString(): ", m_service, m_path},
+                                            "getString", primaryKey);
 }
 
 QDBusReply<int> SetupMapMapItemInterface::size()

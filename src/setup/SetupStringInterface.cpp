@@ -28,10 +28,10 @@ void SetupStringInterface::setValueAsync(QString str)
 
 QDBusReply<QString> SetupStringInterface::getValue()
 {
-    return ProxyCall::checkedGetter<QString>(*this, "getValue",
-                                             {"SetupStringInterface::getValue() Error! ",
-                                              "SetupStringInterface::getValue() Interface ",
-                                              "SetupStringInterface::getValue() Path "});
+    return ProxyCall::replyLoggingLastError<QString>(*this, "getValue",
+                                                     {"SetupStringInterface::getValue() Error! ",
+                                                      "SetupStringInterface::getValue() Interface ",
+                                                      "SetupStringInterface::getValue() Path "});
 }
 
 QDBusReply<bool> SetupStringInterface::isChangeable()

@@ -1,10 +1,30 @@
 #include "BusTestSupport.h"
 
+#include <QCoreApplication>
 #include <QDBusConnectionInterface>
+#include <QDeadlineTimer>
 
 void syncWithBus(const QDBusConnection &connection)
 {
+    // Messages of one connection are handled by the daemon in order: once this call
+    // returns, whatever was sent before it has been routed.
     connection.interface()->isServiceRegistered(QStringLiteral("org.freedesktop.DBus"));
+}
+
+NameReleaseWatch::NameReleaseWatch(const QDBusConnection &connection, const QString &service)
+    : m_watcher(service, connection, QDBusServiceWatcher::WatchForUnregistration)
+{
+    connect(&m_watcher, &QDBusServiceWatcher::serviceUnregistered, this, [this] { m_released = true; });
+    // The watcher's match rule must be in place before the name goes.
+    syncWithBus(connection);
+}
+
+bool NameReleaseWatch::wait(int timeoutMs)
+{
+    QDeadlineTimer deadline(timeoutMs);
+    while (!m_released && !deadline.hasExpired())
+        QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents, 50);
+    return m_released;
 }
 
 DeliveryCounter::DeliveryCounter(QObject *watched)

@@ -3,12 +3,29 @@
 
 #include <QDBusConnection>
 #include <QDBusMessage>
+#include <QDBusServiceWatcher>
 #include <QEvent>
 #include <QObject>
 
 /// Returns once the bus daemon has handled everything @p connection sent before, such
 /// as the match rule added when a receiver connected to a proxy's signal.
 void syncWithBus(const QDBusConnection &connection);
+
+/**
+ * Sees the bus daemon announce that @p service has lost its owner (NameOwnerChanged). Once
+ * wait() has returned true, every later query on @p connection finds the name gone.
+ */
+class NameReleaseWatch : public QObject
+{
+public:
+    NameReleaseWatch(const QDBusConnection &connection, const QString &service);
+    /// Runs the event loop until the announcement has arrived; false if it did not in time.
+    bool wait(int timeoutMs = 5000);
+
+private:
+    QDBusServiceWatcher m_watcher;
+    bool m_released = false;
+};
 
 /**
  * Counts the deliveries QtDBus posts to an object. A relayed bus signal reaches a proxy

@@ -33,31 +33,7 @@
 #include <optional>
 #include <vector>
 
-/// What a caller of a service nobody owns sees; a plain value carries no error of its own.
-struct Unanswered
-{
-    bool valid;
-    QVariant value;
-    std::optional<QDBusError> replyError;
-};
-
 // Table rows hold operations of any proxy class in these forms.
-using ProxyOperation = std::function<Outcome(QDBusAbstractInterface &)>;
-using ProxyGetter = std::function<QVariant(QDBusAbstractInterface &)>;
-using ProxyAbsentCall = std::function<Unanswered(QDBusAbstractInterface &)>;
-Q_DECLARE_METATYPE(ProxyOperation)
-Q_DECLARE_METATYPE(ProxyGetter)
-Q_DECLARE_METATYPE(ProxyAbsentCall)
-
-/// Whether a check also requires that nothing was logged.
-enum class Logging { Unchecked, None };
-
-/// @p call as a row can hold it.
-template<typename Proxy, typename Result>
-std::function<Result(QDBusAbstractInterface &)> forAnyProxy(std::function<Result(Proxy &)> call)
-{
-    return [call](QDBusAbstractInterface &proxy) { return call(static_cast<Proxy &>(proxy)); };
-}
 
 // ---- fixture ----------------------------------------------------------------------------
 
@@ -66,52 +42,6 @@ std::function<Result(QDBusAbstractInterface &)> forAnyProxy(std::function<Result
 inline QVariant wrappedValue(const QVariant &value)
 {
     return QVariant::fromValue(QDBusVariant(value));
-}
-
-// What a checked getter's caller sees: the plain value, and whether it is not the empty one.
-inline Outcome plainOutcome(const QVariant &value)
-{
-    return {value.isValid(), value};
-}
-
-inline Outcome plainOutcome(const QString &text)
-{
-    return {!text.isNull(), text};
-}
-
-template<typename Container>
-Outcome plainOutcome(const Container &container)
-{
-    return {!container.isEmpty(), QVariant::fromValue(container)};
-}
-
-template<typename T>
-Unanswered unanswered(const QDBusReply<T> &reply)
-{
-    return {reply.isValid(), QVariant::fromValue(reply.value()), reply.error()};
-}
-
-inline Unanswered unanswered(const QDBusReply<void> &reply)
-{
-    return {reply.isValid(), QVariant(), reply.error()};
-}
-
-/// A plain value, valid when it is not the empty one; only the proxy's lastError() tells of a failure.
-template<typename T>
-Unanswered unanswered(const T &plain)
-{
-    const Outcome outcome = plainOutcome(plain);
-    return {outcome.valid, outcome.value, std::nullopt};
-}
-
-/// @p call, of an operation that returns nothing: only the proxy's lastError() tells of a failure.
-template<typename Proxy>
-std::function<Unanswered(Proxy &)> returningNothing(const std::function<void(Proxy &)> &call)
-{
-    return [call](Proxy &proxy) {
-        call(proxy);
-        return Unanswered{false, QVariant(), std::nullopt};
-    };
 }
 
 /// An a{sv} with @p entries in this order, repeated keys included, as only a peer can send it.
@@ -182,24 +112,24 @@ void addWireRows(const std::vector<WireRow<Proxy, Arguments>> &rows)
     QTest::addColumn<Arguments>("arguments");
     for (const auto &row : rows) {
         const std::function<void(Proxy &)> call = row.call;
-        const std::function<Outcome(Proxy &)> operation = [call](Proxy &proxy) {
+        const std::function<Seen(Proxy &)> operation = [call](Proxy &proxy) {
             call(proxy);
-            return Outcome{};
+            return Seen{};
         };
-        QTest::newRow(row.name) << forAnyProxy(operation) << row.member << row.signature << row.arguments;
+        QTest::newRow(row.name) << onProxy<Proxy>(operation) << row.member << row.signature << row.arguments;
     }
 }
 
 inline void verifyReceivedCall(const FakeMeasApplication &fake, const QString &path, const QString &member,
                                const QString &signature, const QStringList &arguments)
 {
-    verifySingleWireCall(fake, path, member, signature, arguments);
+    verifySingleCall(fake, path, member, signature, arguments);
 }
 
 inline void verifyReceivedCall(const FakeMeasApplication &fake, const QString &path, const QString &member,
                                const QString &signature, const QList<QVariant> &arguments)
 {
-    verifySingleCall(fake, path, member, signature, arguments);
+    verifySingleCall(fake, path, member, signature, wireTexts(arguments));
 }
 
 /// Runs the current row of addWireRows() and compares the call the application received.
@@ -224,17 +154,15 @@ template<typename Proxy>
 class ReplyTable
 {
 public:
-    using Call = std::function<Outcome(Proxy &)>;
+    using Call = std::function<Seen(Proxy &)>;
 
-    /// Adds the columns; @p error is what the application answers in every "error" row.
-    explicit ReplyTable(const ScriptedAnswer &error)
+    /// Adds the columns; @p error is what the application answers in every "error" row, and
+    /// @p log says whether the rows may log.
+    explicit ReplyTable(const ScriptedAnswer &error, LogCheck log = LogCheck::Unchecked)
         : m_error(error)
+        , m_log(log)
     {
-        QTest::addColumn<ProxyOperation>("operation");
-        QTest::addColumn<QString>("member");
-        QTest::addColumn<ScriptedAnswer>("answer");
-        QTest::addColumn<bool>("valid");
-        QTest::addColumn<QVariant>("value");
+        addMappedReplyColumns();
     }
 
     /// An operation that hands back its reply: valid with @p good when answered so; invalid,
@@ -254,7 +182,7 @@ public:
         reply(member, member, call, good, wrongType, defaultValue);
     }
 
-    /// A checked getter (see plainOutcome()): @p good from @p answered; @p empty on an error,
+    /// A checked getter (see seenOf()): @p good from @p answered; @p empty on an error,
     /// on @p wrongType and on a return without a value.
     void checked(const char *name, const char *member, const Call &call, const QVariant &answered, const QVariant &good,
                  const QVariant &wrongType, const QVariant &empty)
@@ -268,8 +196,8 @@ public:
     void row(const char *name, const char *kind, const char *member, const Call &call, const ScriptedAnswer &answer,
              bool valid, const QVariant &value)
     {
-        QTest::addRow("%s %s", name, kind)
-            << forAnyProxy(call) << QString::fromLatin1(member) << answer << valid << value;
+        addMappedReplyRow(QByteArray(name) + ' ' + kind, onProxy<Proxy>(call), QString::fromLatin1(member), answer,
+                          valid, value, m_log);
     }
 
     /// The error of the "error" rows.
@@ -277,70 +205,49 @@ public:
 
 private:
     ScriptedAnswer m_error;
+    LogCheck m_log;
 };
-
-/// Runs the current row of a ReplyTable.
-inline void verifyReplyRow(FakeMeasApplication &fake, QDBusAbstractInterface &proxy,
-                           Logging logging = Logging::Unchecked)
-{
-    QFETCH(ProxyOperation, operation);
-    QFETCH(QString, member);
-    QFETCH(ScriptedAnswer, answer);
-    QFETCH(bool, valid);
-    QFETCH(QVariant, value);
-
-    LogCapture log;
-    fake.answer(member, answer);
-    const Outcome outcome = operation(proxy);
-    QCOMPARE(outcome.valid, valid);
-    QCOMPARE(outcome.value.userType(), value.userType());
-    QCOMPARE(outcome.value, value);
-    if (logging == Logging::None)
-        QCOMPARE(log.lines(), QList<LogLine>());
-}
-
-// ---- a service nobody owns ----------------------------------------------------------------
 
 /// An operation called on a proxy of a service nobody owns, and the value its caller gets.
 template<typename Proxy>
 struct AbsentRow
 {
     const char *name;
-    std::function<Unanswered(Proxy &)> call;
+    std::function<Seen(Proxy &)> call;
     QVariant empty;
 };
 
 template<typename Proxy>
 void addAbsentRows(const std::vector<AbsentRow<Proxy>> &rows)
 {
-    QTest::addColumn<ProxyAbsentCall>("call");
+    QTest::addColumn<ProxyOperation>("call");
     QTest::addColumn<QVariant>("empty");
     for (const auto &row : rows)
-        QTest::newRow(row.name) << forAnyProxy(row.call) << row.empty;
+        QTest::newRow(row.name) << onProxy<Proxy>(row.call) << row.empty;
 }
 
 /// The current row of addAbsentRows() fails: an invalid reply with the empty value, the bus's
 /// ServiceUnknown error in the reply (if there is one) and in lastError().
 template<typename Proxy>
-void verifyAbsentRow(const QString &path, Logging logging = Logging::Unchecked)
+void verifyAbsentRow(const QString &path, LogCheck logging = LogCheck::Unchecked)
 {
-    QFETCH(ProxyAbsentCall, call);
+    QFETCH(ProxyOperation, call);
     QFETCH(QVariant, empty);
 
     LogCapture log;
     Proxy proxy(absentService(), path, QDBusConnection::sessionBus());
-    const Unanswered seen = call(proxy);
+    const Seen seen = call(proxy);
 
     QVERIFY(!seen.valid);
     QCOMPARE(seen.value.userType(), empty.userType());
     QCOMPARE(seen.value, empty);
-    if (seen.replyError) {
-        QCOMPARE(seen.replyError->type(), QDBusError::ServiceUnknown);
-        QVERIFY(seen.replyError->message().contains(absentService()));
+    if (seen.error) {
+        QCOMPARE(seen.error->type(), QDBusError::ServiceUnknown);
+        QVERIFY(seen.error->message().contains(absentService()));
     }
     QCOMPARE(proxy.lastError().type(), QDBusError::ServiceUnknown);
     QVERIFY(proxy.lastError().message().contains(absentService()));
-    if (logging == Logging::None)
+    if (logging == LogCheck::Nothing)
         QCOMPARE(log.lines(), QList<LogLine>());
 }
 
@@ -383,18 +290,12 @@ struct LoggedError
     QString quoted;
 };
 
-/// @p service between quotes, as a log line shows a name without special characters.
-inline QString quotedService(const QString &service)
-{
-    return QLatin1Char('"') + service + QLatin1Char('"');
-}
-
 /**
  * @p get fails on @p answer to @p member: it hands back @p empty and logs exactly @p line,
  * filled in with the application's service and @p quotedMessage. The application is the
  * default fake one.
  */
-inline void verifyLoggedFailure(FakeMeasApplication &fake, QDBusAbstractInterface &proxy, const ProxyGetter &get,
+inline void verifyLoggedFailure(FakeMeasApplication &fake, QDBusAbstractInterface &proxy, const ProxyOperation &get,
                                 const QString &member, const QVariant &empty, const QString &line,
                                 const ScriptedAnswer &answer, const QString &quotedMessage)
 {
@@ -403,29 +304,29 @@ inline void verifyLoggedFailure(FakeMeasApplication &fake, QDBusAbstractInterfac
     LogCapture log;
     fake.answer(member, answer);
 
-    const QVariant value = get(proxy);
+    const QVariant value = get(proxy).value;
 
     QCOMPARE(value.userType(), empty.userType());
     QCOMPARE(value, empty);
-    QCOMPARE(log.lines(), debugLines({line.arg(quotedService(fake.service()), quotedMessage)}));
+    QCOMPARE(log.lines(), debugLines({line.arg(quoted(fake.service()), quotedMessage)}));
 }
 
 template<typename Proxy>
 void verifyLoggedFailure(FakeMeasApplication &fake, Proxy &proxy, const CheckedGetter<Proxy> &get,
                          const ScriptedAnswer &answer, const QString &quotedMessage)
 {
-    verifyLoggedFailure(fake, proxy, forAnyProxy(get.get), get.member, get.empty, get.line, answer, quotedMessage);
+    verifyLoggedFailure(fake, proxy, onProxy<Proxy>(get.get), get.member, get.empty, get.line, answer, quotedMessage);
 }
 
 /// @p get on a proxy of a service nobody owns: @p empty, ServiceUnknown, and @p line.
 template<typename Proxy>
-void verifyLoggedFailureWhenTheServiceIsAbsent(const QString &path, const ProxyGetter &get, const QVariant &empty,
+void verifyLoggedFailureWhenTheServiceIsAbsent(const QString &path, const ProxyOperation &get, const QVariant &empty,
                                                const QString &line)
 {
     LogCapture log;
     Proxy proxy(absentService(), path, QDBusConnection::sessionBus());
 
-    const QVariant value = get(proxy);
+    const QVariant value = get(proxy).value;
 
     QCOMPARE(value.userType(), empty.userType());
     QCOMPARE(value, empty);
@@ -433,13 +334,13 @@ void verifyLoggedFailureWhenTheServiceIsAbsent(const QString &path, const ProxyG
     const QString message = proxy.lastError().message();
     QVERIFY(message.contains(absentService()));
     QCOMPARE(log.lines(),
-             debugLines({line.arg(quotedService(absentService()), QLatin1Char('"') + message + QLatin1Char('"'))}));
+             debugLines({line.arg(quoted(absentService()), QLatin1Char('"') + message + QLatin1Char('"'))}));
 }
 
 template<typename Proxy>
 void verifyLoggedFailureWhenTheServiceIsAbsent(const QString &path, const CheckedGetter<Proxy> &get)
 {
-    verifyLoggedFailureWhenTheServiceIsAbsent<Proxy>(path, forAnyProxy(get.get), get.empty, get.line);
+    verifyLoggedFailureWhenTheServiceIsAbsent<Proxy>(path, onProxy<Proxy>(get.get), get.empty, get.line);
 }
 
 /// Per getter, a row per error in @p errors (named @p errorName) and one for its wrong-typed answer.
@@ -447,7 +348,7 @@ template<typename Proxy>
 void addLoggedFailureRows(const std::vector<CheckedGetter<Proxy>> &getters, const QString &errorName,
                           const std::vector<LoggedError> &errors)
 {
-    QTest::addColumn<ProxyGetter>("getter");
+    QTest::addColumn<ProxyOperation>("getter");
     QTest::addColumn<QString>("member");
     QTest::addColumn<QVariant>("empty");
     QTest::addColumn<QString>("line");
@@ -456,19 +357,19 @@ void addLoggedFailureRows(const std::vector<CheckedGetter<Proxy>> &getters, cons
     for (const auto &get : getters) {
         const auto row = [&](const char *kind, const ScriptedAnswer &answer, const QString &quoted) {
             QTest::addRow("%s %s", get.name, kind)
-                << forAnyProxy(get.get) << get.member << get.empty << get.line << answer << quoted;
+                << onProxy<Proxy>(get.get) << get.member << get.empty << get.line << answer << quoted;
         };
         for (const LoggedError &error : errors)
             row(error.name, ScriptedAnswer::error(errorName, error.message), error.quoted);
         QVERIFY(!get.typeError.isEmpty());
-        row("wrong type", ScriptedAnswer::value(get.wrongType), debugQuoted(get.typeError));
+        row("wrong type", ScriptedAnswer::value(get.wrongType), quoted(get.typeError));
     }
 }
 
 /// Runs the current row of addLoggedFailureRows().
 inline void verifyLoggedFailureRow(FakeMeasApplication &fake, QDBusAbstractInterface &proxy)
 {
-    QFETCH(ProxyGetter, getter);
+    QFETCH(ProxyOperation, getter);
     QFETCH(QString, member);
     QFETCH(QVariant, empty);
     QFETCH(QString, line);
@@ -482,18 +383,18 @@ inline void verifyLoggedFailureRow(FakeMeasApplication &fake, QDBusAbstractInter
 template<typename Proxy>
 void addLoggedAbsentRows(const std::vector<CheckedGetter<Proxy>> &getters)
 {
-    QTest::addColumn<ProxyGetter>("getter");
+    QTest::addColumn<ProxyOperation>("getter");
     QTest::addColumn<QVariant>("empty");
     QTest::addColumn<QString>("line");
     for (const auto &get : getters)
-        QTest::newRow(get.name) << forAnyProxy(get.get) << get.empty << get.line;
+        QTest::newRow(get.name) << onProxy<Proxy>(get.get) << get.empty << get.line;
 }
 
 /// Runs the current row of addLoggedAbsentRows().
 template<typename Proxy>
 void verifyLoggedAbsentRow(const QString &path)
 {
-    QFETCH(ProxyGetter, getter);
+    QFETCH(ProxyOperation, getter);
     QFETCH(QVariant, empty);
     QFETCH(QString, line);
 

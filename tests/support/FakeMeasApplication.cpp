@@ -1,5 +1,7 @@
 #include "FakeMeasApplication.h"
 
+#include "BusTestSupport.h"
+
 #include <QAtomicInt>
 #include <QCoreApplication>
 #include <QDBusConnection>
@@ -56,13 +58,6 @@ QString nextConnectionName()
 {
     static QAtomicInt counter;
     return QStringLiteral("fake-meas-app-%1").arg(counter.fetchAndAddRelaxed(1));
-}
-
-void waitUntilRouted(const QDBusConnection &connection)
-{
-    // Messages of one connection are handled by the daemon in order: once this call
-    // returns, whatever was sent before it has been routed.
-    connection.interface()->isServiceRegistered(QStringLiteral("org.freedesktop.DBus"));
 }
 
 } // namespace
@@ -254,7 +249,7 @@ void FakeMeasApplication::emitSignal(const QString &path, const QString &member,
     signal.setArguments(arguments);
     const QDBusConnection connection = m_peer->connection();
     connection.send(signal);
-    waitUntilRouted(connection);
+    syncWithBus(connection);
 }
 
 void FakeMeasApplication::emitForeignSignal(const QString &path, const QString &member,
@@ -264,7 +259,7 @@ void FakeMeasApplication::emitForeignSignal(const QString &path, const QString &
     signal.setArguments(arguments);
     const QDBusConnection connection = m_peer->foreignConnection();
     connection.send(signal);
-    waitUntilRouted(connection);
+    syncWithBus(connection);
 }
 
 #include "FakeMeasApplication.moc"

@@ -3,19 +3,26 @@
 #include <QCoreApplication>
 #include <QDBusVariant>
 
-QList<QVariant> comparableArguments(const QList<QVariant> &arguments)
+void verifyConstructionContract(const ProxyFactory &make, FakeMeasApplication &fake, const QString &path)
 {
-    QList<QVariant> comparable;
-    for (const QVariant &argument : arguments) {
-        if (argument.userType() != qMetaTypeId<QDBusVariant>()) {
-            comparable.append(argument);
-            continue;
-        }
-        const QVariant content = qvariant_cast<QDBusVariant>(argument).variant();
-        comparable.append(QVariantList{QStringLiteral("QDBusVariant"), QString::fromLatin1(content.typeName()),
-                                       comparableArguments({content}).first()});
-    }
-    return comparable;
+    LogCapture log;
+    auto parent = std::make_unique<QObject>();
+    fake.clearCalls();
+
+    QPointer<QDBusAbstractInterface> proxy = make(fake.service(), path, parent.get());
+
+    QCOMPARE(proxy->parent(), parent.get());
+    QCOMPARE(proxy->service(), fake.service());
+    QCOMPARE(proxy->path(), path);
+    QCOMPARE(proxy->interface(), FakeMeasApplication::interfaceName);
+    QVERIFY(!proxy->lastError().isValid());
+    // A message sent at construction would have reached the fake before this round trip ends.
+    syncWithBus(proxy->connection());
+    QCOMPARE(fake.callCount(), 0);
+    QCOMPARE(log.lines(), QList<LogLine>());
+
+    parent.reset();
+    QVERIFY(proxy.isNull());
 }
 
 void verifySignalRelay(QDBusAbstractInterface &proxy, FakeMeasApplication &fake, const char *qtSignal,
@@ -37,7 +44,7 @@ void verifySignalRelay(QDBusAbstractInterface &proxy, FakeMeasApplication &fake,
 
         QVERIFY(spy.wait(5000));
         QCOMPARE(spy.count(), 1);
-        QCOMPARE(comparableArguments(spy.first()), comparableArguments(arguments));
+        QCOMPARE(wireTexts(spy.first()), wireTexts(arguments));
         QCOMPARE(deliveries.count(), 1);
     }
 
@@ -53,4 +60,158 @@ void verifySignalRelay(QDBusAbstractInterface &proxy, FakeMeasApplication &fake,
     QTRY_COMPARE(witness.count(), 1);
     QCoreApplication::sendPostedEvents();
     QCOMPARE(deliveries.count(), deliveredBefore);
+}
+
+namespace {
+
+QStringList argumentTypeNames(const QList<QVariant> &arguments)
+{
+    QStringList names;
+    for (const QVariant &argument : arguments)
+        names.append(QString::fromLatin1(argument.typeName()));
+    return names;
+}
+
+} // namespace
+
+void verifyMetaCast(QDBusAbstractInterface &proxy, const char *className, const QList<const char *> &otherNames)
+{
+    QCOMPARE(proxy.qt_metacast(className), static_cast<void *>(&proxy));
+    QCOMPARE(proxy.qt_metacast("QDBusAbstractInterface"), static_cast<void *>(&proxy));
+    QCOMPARE(proxy.qt_metacast("QObject"), static_cast<void *>(static_cast<QObject *>(&proxy)));
+    QCOMPARE(proxy.qt_metacast(nullptr), nullptr);
+    QCOMPARE(proxy.qt_metacast("NoSuchInterface"), nullptr);
+    for (const char *name : otherNames)
+        QCOMPARE(proxy.qt_metacast(name), nullptr);
+}
+
+void verifyOwnMethods(const QMetaObject &meta, const QStringList &signatures, const QStringList &signalSignatures,
+                      const QStringList &returnTypes)
+{
+    QCOMPARE(ownMethodSignatures(meta), signatures);
+    QCOMPARE(ownMethodSignatures(meta, QMetaMethod::Signal), signalSignatures);
+    QCOMPARE(ownMethodReturnTypes(meta), returnTypes);
+    QCOMPARE(meta.superClass(), &QDBusAbstractInterface::staticMetaObject);
+}
+
+void verifyReceivedCall(const ReceivedCall &call, const QString &path, const OperationRow &row)
+{
+    QCOMPARE(call.path, path);
+    QCOMPARE(call.interface, FakeMeasApplication::interfaceName);
+    QCOMPARE(call.member, row.wireMember());
+    QCOMPARE(call.signature, row.signature);
+    QCOMPARE(wireTexts(call.arguments), wireTexts(row.arguments));
+    // The Qt types as they arrive: a D-Bus variant stays a QDBusVariant.
+    QCOMPARE(argumentTypeNames(call.arguments), argumentTypeNames(row.arguments));
+}
+
+void verifySentAsItsRow(FakeMeasApplication &fake, QDBusAbstractInterface &proxy, const OperationRow &row)
+{
+    // Getters that log on an empty answer are judged elsewhere.
+    LogCapture log;
+    fake.answer(row.wireMember(), ScriptedAnswer::reply());
+    row.run(proxy);
+
+    QVERIFY(fake.waitForCalls(1));
+    const QList<ReceivedCall> calls = fake.calls();
+    QCOMPARE(calls.size(), 1);
+    verifyReceivedCall(calls.first(), proxy.path(), row);
+}
+
+void verifyAsyncCallsReturnAtOnce(FakeMeasApplication &fake, QDBusAbstractInterface &proxy,
+                                  const OperationRow &failingCall, const QList<OperationRow> &asyncs)
+{
+    fake.answer(failingCall.wireMember(), ScriptedAnswer::error(failedErrorName(), QStringLiteral("earlier failure")));
+    for (const OperationRow &row : asyncs)
+        fake.answer(row.wireMember(), ScriptedAnswer::silence());
+    {
+        // What the refused call logs is judged elsewhere.
+        LogCapture earlierLog;
+        failingCall.run(proxy);
+    }
+    QCOMPARE(proxy.lastError().message(), QStringLiteral("earlier failure"));
+
+    LogCapture log;
+    for (const OperationRow &row : asyncs)
+        row.run(proxy);
+
+    const int expectedCalls = 1 + int(asyncs.size());
+    QVERIFY(fake.waitForCalls(expectedCalls));
+    const QList<ReceivedCall> calls = fake.calls();
+    QCOMPARE(calls.size(), expectedCalls);
+    verifyReceivedCall(calls.at(0), proxy.path(), failingCall);
+    for (int i = 0; i < asyncs.size() && !QTest::currentTestFailed(); ++i)
+        verifyReceivedCall(calls.at(i + 1), proxy.path(), asyncs.at(i));
+    if (QTest::currentTestFailed())
+        return;
+    QCOMPARE(proxy.lastError().message(), QStringLiteral("earlier failure"));
+    QCOMPARE(log.lines(), QList<LogLine>());
+}
+
+void verifyAsyncCallsShowNothing(QDBusAbstractInterface &absent, const QList<OperationRow> &asyncs)
+{
+    LogCapture log;
+    const QDBusError before = absent.lastError();
+
+    for (const OperationRow &row : asyncs)
+        row.run(absent);
+
+    QCOMPARE(absent.lastError().type(), before.type());
+    QCOMPARE(absent.lastError().message(), before.message());
+    QCOMPARE(log.lines(), QList<LogLine>());
+}
+
+void addMappedReplyColumns()
+{
+    QTest::addColumn<ProxyOperation>("operation");
+    QTest::addColumn<QString>("member");
+    QTest::addColumn<ScriptedAnswer>("answer");
+    QTest::addColumn<bool>("valid");
+    QTest::addColumn<QVariant>("value");
+    QTest::addColumn<LogCheck>("log");
+}
+
+void addMappedReplyRow(const QByteArray &tag, const ProxyOperation &operation, const QString &member,
+                       const ScriptedAnswer &answer, bool valid, const QVariant &value, LogCheck log)
+{
+    QTest::newRow(tag.constData()) << operation << member << answer << valid << value << log;
+}
+
+void addMappedReplyRows(const QByteArray &prefix, const OperationRow &row, LogCheck errorLogs)
+{
+    const QString member = row.wireMember();
+    const ScriptedAnswer error = ScriptedAnswer::error(failedErrorName(), QStringLiteral("refused"));
+    addMappedReplyRow(prefix + "answered", row.run, member, ScriptedAnswer::value(row.answered), true, row.answered);
+    addMappedReplyRow(prefix + "error reply", row.run, member, error, false, row.empty, errorLogs);
+    addMappedReplyRow(prefix + "wrong type", row.run, member, ScriptedAnswer::value(row.wrongType), false, row.empty);
+    addMappedReplyRow(prefix + "empty return", row.run, member, ScriptedAnswer::reply(), false, row.empty);
+}
+
+void addMappedVoidReplyRows(const QByteArray &prefix, const OperationRow &row)
+{
+    const QString member = row.wireMember();
+    const ScriptedAnswer error = ScriptedAnswer::error(failedErrorName(), QStringLiteral("refused"));
+    addMappedReplyRow(prefix + "answered", row.run, member, ScriptedAnswer::reply(), true, QVariant());
+    addMappedReplyRow(prefix + "answered with a value", row.run, member, ScriptedAnswer::value(row.answered), true,
+                      QVariant());
+    addMappedReplyRow(prefix + "error reply", row.run, member, error, false, QVariant());
+}
+
+void verifyMappedReply(FakeMeasApplication &fake, QDBusAbstractInterface &proxy)
+{
+    QFETCH(ProxyOperation, operation);
+    QFETCH(QString, member);
+    QFETCH(ScriptedAnswer, answer);
+    QFETCH(bool, valid);
+    QFETCH(QVariant, value);
+    QFETCH(LogCheck, log);
+
+    LogCapture capture;
+    fake.answer(member, answer);
+    const Seen seen = operation(proxy);
+    QCOMPARE(seen.valid, valid);
+    QCOMPARE(seen.value.userType(), value.userType());
+    QCOMPARE(seen.value, value);
+    if (log == LogCheck::Nothing)
+        QCOMPARE(capture.lines(), QList<LogLine>());
 }

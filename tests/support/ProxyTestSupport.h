@@ -4,9 +4,13 @@
 #include "BusTestSupport.h"
 #include "FakeMeasApplication.h"
 #include "LogCapture.h"
+#include "WireText.h"
 
 #include <QDBusAbstractInterface>
+#include <QDBusConnection>
+#include <QDBusError>
 #include <QDBusReply>
+#include <QDebug>
 #include <QMetaMethod>
 #include <QMetaObject>
 #include <QPointer>
@@ -17,6 +21,9 @@
 
 #include <functional>
 #include <memory>
+#include <optional>
+#include <type_traits>
+#include <utility>
 
 /// A service nobody owns on the test bus.
 inline QString absentService()
@@ -24,22 +31,190 @@ inline QString absentService()
     return QStringLiteral("com.velk.mqx.app.absent");
 }
 
-/// What a caller can see of a reply: whether it is valid, and its value.
-struct Outcome
+// The vocabulary every proxy test speaks: what the caller saw (Seen), an operation of any
+// proxy class (ProxyOperation, made by onProxy or byName), one table row with named fields
+// (OperationRow), the one check of a single call (verifySingleCall), one log expectation
+// (LogCheck) and one quoting helper (quoted).
+
+/// What the caller saw of one operation: whether it succeeded, the value it got, and the
+/// error of the reply it was handed, if it was handed one (a plain value carries none).
+struct Seen
 {
-    bool valid;
+    bool valid = false;
     QVariant value;
+    std::optional<QDBusError> error;
 };
 
 template<typename T>
-Outcome outcomeOf(const QDBusReply<T> &reply)
+Seen seenOf(const QDBusReply<T> &reply)
 {
-    return {reply.isValid(), QVariant::fromValue(reply.value())};
+    return {reply.isValid(), QVariant::fromValue(reply.value()), reply.error()};
 }
 
-inline Outcome outcomeOf(const QDBusReply<void> &reply)
+inline Seen seenOf(const QDBusReply<void> &reply)
 {
-    return {reply.isValid(), QVariant()};
+    return {reply.isValid(), QVariant(), reply.error()};
+}
+
+inline Seen seenOf(const Seen &seen)
+{
+    return seen;
+}
+
+/// A plain value counts as valid when it is not the empty one.
+inline Seen seenOf(const QVariant &value)
+{
+    return {value.isValid(), value, std::nullopt};
+}
+
+inline Seen seenOf(const QString &text)
+{
+    return {!text.isNull(), text, std::nullopt};
+}
+
+/// A container counts as valid when it is not empty; a number always does.
+template<typename Plain>
+Seen seenOf(const Plain &plain)
+{
+    if constexpr (std::is_arithmetic_v<Plain>)
+        return {true, QVariant::fromValue(plain), std::nullopt};
+    else
+        return {!plain.isEmpty(), QVariant::fromValue(plain), std::nullopt};
+}
+
+/// An operation of a proxy, run on the base class so that one table column holds any class's.
+using ProxyOperation = std::function<Seen(QDBusAbstractInterface &)>;
+Q_DECLARE_METATYPE(ProxyOperation)
+
+/// @p call, written for the proxy class, as an operation of any proxy. An operation that
+/// returns nothing shows nothing: only the proxy's lastError() tells of a failure.
+template<typename Proxy, typename Call>
+ProxyOperation onProxy(Call call)
+{
+    return [call](QDBusAbstractInterface &proxy) {
+        Proxy &typed = static_cast<Proxy &>(proxy);
+        if constexpr (std::is_void_v<decltype(call(typed))>) {
+            call(typed);
+            return Seen{};
+        } else {
+            return seenOf(call(typed));
+        }
+    };
+}
+
+/// The operation @p method, which takes no arguments.
+template<typename Proxy, typename R>
+ProxyOperation onProxy(R (Proxy::*method)())
+{
+    return onProxy<Proxy>([method](Proxy &proxy) { return (proxy.*method)(); });
+}
+
+namespace Detail {
+
+template<typename... Args, std::size_t... I>
+bool invoke(QDBusAbstractInterface &proxy, const QMetaMethod &method, QGenericReturnArgument result,
+            std::index_sequence<I...>, const Args &...arguments)
+{
+    const QList<QByteArray> types = method.parameterTypes();
+    return method.invoke(&proxy, Qt::DirectConnection, result,
+                         QGenericArgument(types.value(int(I)).constData(), &arguments)...);
+}
+
+} // namespace Detail
+
+/// The slot @p slot ("getValue", or "setValue(int)" with @p arguments) invoked by name
+/// through the meta-object system; @p Result is its return type. A slot that cannot be
+/// invoked shows an invalid "<not invoked: slot>".
+template<typename Result, typename... Args>
+ProxyOperation byName(const char *slot, Args... arguments)
+{
+    return [slot, arguments...](QDBusAbstractInterface &proxy) {
+        const QByteArray signature = QByteArray(slot).contains('(') ? QByteArray(slot) : QByteArray(slot) + "()";
+        const int index = proxy.metaObject()->indexOfMethod(QMetaObject::normalizedSignature(signature.constData()));
+        const Seen notInvoked{false, QStringLiteral("<not invoked: %1>").arg(QLatin1String(slot)), std::nullopt};
+        if (index < 0)
+            return notInvoked;
+        const QMetaMethod method = proxy.metaObject()->method(index);
+        if constexpr (std::is_void_v<Result>) {
+            if (!Detail::invoke(proxy, method, QGenericReturnArgument(), std::index_sequence_for<Args...>(),
+                                arguments...))
+                return notInvoked;
+            return Seen{};
+        } else {
+            Result result{};
+            if (!Detail::invoke(proxy, method, QGenericReturnArgument(method.typeName(), &result),
+                                std::index_sequence_for<Args...>(), arguments...))
+                return notInvoked;
+            return seenOf(result);
+        }
+    };
+}
+
+/**
+ * One operation of a proxy class as a test table states it; the fields a check does not
+ * read stay empty. Written with designated initialisers, so that a row reads as what it
+ * states: {.operation = "getValue", .run = onProxy(&P::getValue), .answered = 42, ...}.
+ */
+struct OperationRow
+{
+    /// The operation's name, as the rows' tags give it.
+    const char *operation;
+    ProxyOperation run = {};
+    /// The member sent on the bus, where it is not the operation's name.
+    QString member = {};
+    QString signature = {};
+    /// The arguments as they go out.
+    QList<QVariant> arguments = {};
+    /// An answer that reaches the caller as it is.
+    QVariant answered = {};
+    /// A well-formed answer of another type, which the caller must see as a failure.
+    QVariant wrongType = {};
+    /// What the caller sees after any failure.
+    QVariant empty = {};
+    /// The opening of the line the operation logs when it fails.
+    QString report = {};
+    /// The lines the operation logs when it fails, "%1" standing for the quoted error message.
+    QStringList logLines = {};
+
+    QString wireMember() const { return member.isEmpty() ? QString::fromLatin1(operation) : member; }
+};
+Q_DECLARE_METATYPE(OperationRow)
+
+/// Whether a check also requires that nothing was logged.
+enum class LogCheck { Unchecked, Nothing };
+Q_DECLARE_METATYPE(LogCheck)
+
+/// @p text as the debug stream writes a QString item: quoted, inner quotes and backslashes escaped.
+inline QString quoted(const QString &text)
+{
+    QString written;
+    QDebug(&written).nospace() << text;
+    return written;
+}
+
+/// The one line of a failed valueOrEmpty() call: @p opening, then service, path and message.
+inline QString reportLine(const QString &opening, const QString &service, const QString &path, const QString &message)
+{
+    return opening + QLatin1Char(' ') + quoted(service) + QStringLiteral("  /  ") + quoted(path) +
+        QStringLiteral("  / Error: ") + quoted(message);
+}
+
+/// The error name the fake answers with where a test makes a call fail.
+inline QString failedErrorName()
+{
+    return QStringLiteral("com.velk.mqx.Error.Failed");
+}
+
+/// Makes a proxy of one class for a service and path on the session bus.
+using ProxyFactory =
+    std::function<QDBusAbstractInterface *(const QString &service, const QString &path, QObject *parent)>;
+
+template<typename Proxy>
+ProxyFactory factoryOf()
+{
+    return [](const QString &service, const QString &path, QObject *parent) {
+        return new Proxy(service, path, QDBusConnection::sessionBus(), parent);
+    };
 }
 
 /// Signatures of the methods a class declares itself, signals first, in meta-object order.
@@ -71,9 +246,10 @@ inline QStringList ownMethodReturnTypes(const QMetaObject &metaObject)
     return types;
 }
 
-/// Compares the one call the fake received with the expected wire form.
+/// The one call the fake received, in its wire form: arguments as wire texts (WireText.h),
+/// which tell each argument's D-Bus type; wireTexts() makes them of the values sent.
 inline void verifySingleCall(const FakeMeasApplication &fake, const QString &path, const QString &member,
-                             const QString &signature, const QList<QVariant> &arguments)
+                             const QString &signature, const QStringList &arguments)
 {
     QVERIFY(fake.waitForCalls(1));
     const QList<ReceivedCall> calls = fake.calls();
@@ -82,15 +258,8 @@ inline void verifySingleCall(const FakeMeasApplication &fake, const QString &pat
     QCOMPARE(calls.first().interface, FakeMeasApplication::interfaceName);
     QCOMPARE(calls.first().member, member);
     QCOMPARE(calls.first().signature, signature);
-    QCOMPARE(calls.first().arguments, arguments);
+    QCOMPARE(wireTexts(calls.first().arguments), arguments);
 }
-
-/**
- * @p arguments in a form QCOMPARE can judge: each QDBusVariant becomes a list of its
- * wrapper's name, its content's type name and its content. Qt 5 compares QDBusVariant
- * values inside a QVariant byte by byte, so equal values may differ there.
- */
-QList<QVariant> comparableArguments(const QList<QVariant> &arguments);
 
 /// The application and the proxy on it that each test function starts with afresh.
 template<typename Proxy>
@@ -119,27 +288,12 @@ protected:
  * Checks what every proxy class shares at construction: service, path, interface and parent
  * are passed on, no message is sent and nothing is logged, and the parent deletes the proxy.
  */
+void verifyConstructionContract(const ProxyFactory &make, FakeMeasApplication &fake, const QString &path);
+
 template<typename Proxy>
 void verifyConstructionContract(FakeMeasApplication &fake, const QString &path)
 {
-    LogCapture log;
-    auto parent = std::make_unique<QObject>();
-    fake.clearCalls();
-
-    QPointer<Proxy> proxy = new Proxy(fake.service(), path, QDBusConnection::sessionBus(), parent.get());
-
-    QCOMPARE(proxy->parent(), parent.get());
-    QCOMPARE(proxy->service(), fake.service());
-    QCOMPARE(proxy->path(), path);
-    QCOMPARE(proxy->interface(), FakeMeasApplication::interfaceName);
-    QVERIFY(!proxy->lastError().isValid());
-    // A message sent at construction would have reached the fake before this round trip ends.
-    syncWithBus(proxy->connection());
-    QCOMPARE(fake.callCount(), 0);
-    QCOMPARE(log.lines(), QList<LogLine>());
-
-    parent.reset();
-    QVERIFY(proxy.isNull());
+    verifyConstructionContract(factoryOf<Proxy>(), fake, path);
 }
 
 /// A proxy made for a service nobody owns keeps what it was given and logs nothing.
@@ -154,17 +308,51 @@ void verifyConstructionForAnAbsentService(const QString &path)
     QCOMPARE(log.lines(), QList<LogLine>());
 }
 
-/// qt_metacast answers the class's own name with the object and leaves other names to the base.
-template<typename Proxy>
-void verifyMetaCast(Proxy &proxy, const char *className)
-{
-    QCOMPARE(proxy.qt_metacast(className), static_cast<void *>(&proxy));
-    QCOMPARE(proxy.qt_metacast("QDBusAbstractInterface"),
-             static_cast<void *>(static_cast<QDBusAbstractInterface *>(&proxy)));
-    QCOMPARE(proxy.qt_metacast("QObject"), static_cast<void *>(static_cast<QObject *>(&proxy)));
-    QCOMPARE(proxy.qt_metacast(nullptr), nullptr);
-    QCOMPARE(proxy.qt_metacast("NoSuchInterface"), nullptr);
-}
+/// The columns of verifyMappedReply()'s rows.
+void addMappedReplyColumns();
+
+/// A row of verifyMappedReply(): the application answers @p member with @p answer, and the
+/// caller of @p operation sees @p valid and @p value.
+void addMappedReplyRow(const QByteArray &tag, const ProxyOperation &operation, const QString &member,
+                       const ScriptedAnswer &answer, bool valid, const QVariant &value,
+                       LogCheck log = LogCheck::Nothing);
+
+/// The rows of an operation handing back a reply with a value: answered with .answered; an
+/// error reply, an answer of .wrongType's type and an empty return, each giving .empty.
+/// @p errorLogs says what the error reply may log. Tags begin with @p prefix.
+void addMappedReplyRows(const QByteArray &prefix, const OperationRow &row, LogCheck errorLogs = LogCheck::Nothing);
+
+/// The rows of an operation handing back QDBusReply<void>: valid on any method return,
+/// .answered among them, invalid on an error reply.
+void addMappedVoidReplyRows(const QByteArray &prefix, const OperationRow &row);
+
+/// The row's operation, answered as the row says, shows the row's validity and value.
+void verifyMappedReply(FakeMeasApplication &fake, QDBusAbstractInterface &proxy);
+
+/// qt_metacast answers the class's own name with the object and leaves other names to the
+/// base; @p otherNames (near misses, other classes) are not the class.
+void verifyMetaCast(QDBusAbstractInterface &proxy, const char *className, const QList<const char *> &otherNames = {});
+
+/// The class's own methods, signals first, each with its return type, on top of the base.
+void verifyOwnMethods(const QMetaObject &meta, const QStringList &signatures, const QStringList &signalSignatures,
+                      const QStringList &returnTypes);
+
+/// One received call against the row's wire form: member, signature and arguments.
+void verifyReceivedCall(const ReceivedCall &call, const QString &path, const OperationRow &row);
+
+/// The row's operation sends exactly the row's call, and nothing else.
+void verifySentAsItsRow(FakeMeasApplication &fake, QDBusAbstractInterface &proxy, const OperationRow &row);
+
+/**
+ * @p asyncs return at once: the application never answers them, so calls that waited would
+ * not come back in time for the fake to see them all. They leave the lastError() that
+ * @p failingCall, which the application refuses, has set, and log nothing.
+ */
+void verifyAsyncCallsReturnAtOnce(FakeMeasApplication &fake, QDBusAbstractInterface &proxy,
+                                  const OperationRow &failingCall, const QList<OperationRow> &asyncs);
+
+/// @p asyncs on a proxy of a service nobody owns leave lastError() as it was and log nothing.
+void verifyAsyncCallsShowNothing(QDBusAbstractInterface &absent, const QList<OperationRow> &asyncs);
 
 /**
  * Checks that @p qtSignal of @p proxy relays the bus signal @p member of the proxy's own

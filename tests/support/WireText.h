@@ -108,28 +108,6 @@ inline QStringList wireTexts(const QList<QVariant> &values)
     return texts;
 }
 
-/// Compares the one call the fake received with the expected wire form, arguments as texts.
-inline void verifySingleWireCall(const FakeMeasApplication &fake, const QString &path, const QString &member,
-                                 const QString &signature, const QStringList &arguments)
-{
-    QVERIFY(fake.waitForCalls(1));
-    const QList<ReceivedCall> calls = fake.calls();
-    QCOMPARE(calls.size(), 1);
-    QCOMPARE(calls.first().path, path);
-    QCOMPARE(calls.first().interface, FakeMeasApplication::interfaceName);
-    QCOMPARE(calls.first().member, member);
-    QCOMPARE(calls.first().signature, signature);
-    QCOMPARE(wireTexts(calls.first().arguments), arguments);
-}
-
-/// @p text as the debug stream writes a QString item: quoted, inner quotes escaped.
-inline QString debugQuoted(const QString &text)
-{
-    QString quoted;
-    QDebug(&quoted).nospace() << text;
-    return quoted;
-}
-
 /// The message of QtDBus's own error for a reply of @p value where an R was expected.
 template<typename R>
 QString replyTypeError(const QVariant &value)

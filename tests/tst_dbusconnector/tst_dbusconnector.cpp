@@ -28,6 +28,7 @@ private Q_SLOTS:
     void getInstanceReturnsTheSameObjectUntilReleased();
     void releaseWithoutInstanceLeavesItNull();
     void aNewInstanceHoldsAnUnconnectedDummyConnection();
+    void aClientsOwnConnectionNamedDummyNameIsHandedOut();
     void getDBusConnectionSwitchesToTheSessionBusAndKeepsIt();
     void setIPAddressStoresTheAddressAndLeavesTheConnectionAlone();
     void releaseKeepsTheIPAddressAndStartsAgainUnconnected();
@@ -78,6 +79,23 @@ void tst_DBusConnector::aNewInstanceHoldsAnUnconnectedDummyConnection()
     QVERIFY(!held.isConnected());
     QVERIFY(held.baseService().isEmpty());
     QVERIFY(QDBusConnection::sessionBus().isConnected());
+}
+
+void tst_DBusConnector::aClientsOwnConnectionNamedDummyNameIsHandedOut()
+{
+    const QString name = QStringLiteral("DummyName");
+    const QDBusConnection own = QDBusConnection::connectToBus(QDBusConnection::SessionBus, name);
+    QVERIFY(own.isConnected());
+    QVERIFY(own.baseService() != QDBusConnection::sessionBus().baseService());
+
+    DBusConnector *connector = DBusConnector::getInstance();
+    QCOMPARE(ConnectorProbe::heldConnection(connector).name(), name);
+    const QDBusConnection handedOut = connector->getDBusConnection();
+
+    QCOMPARE(handedOut.name(), name);
+    QCOMPARE(handedOut.baseService(), own.baseService());
+    DBusConnector::releaseInstance();
+    QDBusConnection::disconnectFromBus(name);
 }
 
 void tst_DBusConnector::getDBusConnectionSwitchesToTheSessionBusAndKeepsIt()

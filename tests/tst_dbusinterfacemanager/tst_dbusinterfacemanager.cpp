@@ -266,7 +266,9 @@ void tst_DBusInterfaceManager::isMeasAppAvailableFollowsTheApplicationLeavingThe
     DBusInterfaceManager *manager = DBusInterfaceManager::getInstance();
     QCOMPARE(manager->isMeasAppAvailable("Foo"), true);
 
+    NameReleaseWatch released(QDBusConnection::sessionBus(), application->service());
     application.reset();
+    QVERIFY(released.wait());
 
     QCOMPARE(manager->isMeasAppAvailable("Foo"), false);
 }

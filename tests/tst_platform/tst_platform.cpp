@@ -173,7 +173,7 @@ void tst_Platform::int32CrossesTheBusBothWays()
 
     const QDBusReply<qint32> reply = ProxyCall::blocking<qint32>(*m_proxy, member, sent);
 
-    verifySingleCall(*m_fake, echoPath, member, QStringLiteral("i"), {sent});
+    verifySingleCall(*m_fake, echoPath, member, QStringLiteral("i"), wireTexts({sent}));
     QVERIFY2(reply.isValid(), qPrintable(reply.error().message()));
     QCOMPARE(reply.value(), returned);
 }
@@ -202,7 +202,7 @@ void tst_Platform::boolCrossesTheBusBothWays()
 
     const QDBusReply<bool> reply = ProxyCall::blocking<bool>(*m_proxy, member, true);
 
-    verifySingleCall(*m_fake, echoPath, member, QStringLiteral("b"), {true});
+    verifySingleCall(*m_fake, echoPath, member, QStringLiteral("b"), wireTexts({true}));
     QVERIFY2(reply.isValid(), qPrintable(reply.error().message()));
     QCOMPARE(reply.value(), false);
 }
@@ -215,7 +215,7 @@ void tst_Platform::stringCrossesTheBusBothWays()
 
     const QDBusReply<QString> reply = ProxyCall::blocking<QString>(*m_proxy, member, sent);
 
-    verifySingleCall(*m_fake, echoPath, member, QStringLiteral("s"), {sent});
+    verifySingleCall(*m_fake, echoPath, member, QStringLiteral("s"), wireTexts({sent}));
     QVERIFY2(reply.isValid(), qPrintable(reply.error().message()));
     QCOMPARE(reply.value(), returned);
 }

@@ -237,7 +237,7 @@ void tst_ProxyCall::blockingListCallSendsTheGatheredArguments()
 
     QVERIFY(reply.isValid());
     QCOMPARE(reply.value(), true);
-    verifySingleCall(*m_fake, path, "setValue", "sd", {QStringLiteral("k"), 1.5});
+    verifySingleCall(*m_fake, path, "setValue", "sd", wireTexts({QStringLiteral("k"), 1.5}));
 }
 
 void tst_ProxyCall::blockingVoidCallWaitsAndDropsTheError()
@@ -273,7 +273,7 @@ void tst_ProxyCall::checkedGetterWritesThreeLinesForTheLastError()
     LogCapture log;
     m_fake->answer("getValue", ScriptedAnswer::error(failure, QStringLiteral("gone")));
 
-    const QDBusReply<int> reply = ProxyCall::checkedGetter<int>(
+    const QDBusReply<int> reply = ProxyCall::replyLoggingLastError<int>(
         *m_proxy, "getValue", {"Probe::getValue() Error! ", "Probe::getValue() Interface ", "Probe::getValue() Path "});
 
     QVERIFY(!reply.isValid());
@@ -292,7 +292,7 @@ void tst_ProxyCall::checkedGetterWritesOneLineInTheShortForm()
     m_fake->answer("getString", ScriptedAnswer::error(failure, QStringLiteral("gone")));
 
     const QDBusReply<QString> reply =
-        ProxyCall::checkedGetter<QString>(*m_proxy, "getString", {"Probe::getString() Error! "});
+        ProxyCall::replyLoggingLastError<QString>(*m_proxy, "getString", {"Probe::getString() Error! "});
 
     QVERIFY(!reply.isValid());
     QCOMPARE(log.lines(), debugLines({"Probe::getString() Error!  \"gone\""}));
@@ -303,7 +303,7 @@ void tst_ProxyCall::checkedGetterFollowsLastErrorSoAWrongTypeIsNotLogged()
     LogCapture log;
     m_fake->answer("getValue", ScriptedAnswer::value(true));
 
-    const QDBusReply<int> reply = ProxyCall::checkedGetter<int>(
+    const QDBusReply<int> reply = ProxyCall::replyLoggingLastError<int>(
         *m_proxy, "getValue", {"Probe::getValue() Error! ", "Probe::getValue() Interface ", "Probe::getValue() Path "});
 
     QVERIFY(!reply.isValid());
@@ -316,7 +316,7 @@ void tst_ProxyCall::checkedGetterLogsNothingOnSuccess()
     LogCapture log;
     m_fake->answer("getValue", ScriptedAnswer::value(3));
 
-    const QDBusReply<int> reply = ProxyCall::checkedGetter<int>(
+    const QDBusReply<int> reply = ProxyCall::replyLoggingLastError<int>(
         *m_proxy, "getValue", {"Probe::getValue() Error! ", "Probe::getValue() Interface ", "Probe::getValue() Path "});
 
     QCOMPARE(reply.value(), 3);
@@ -330,10 +330,10 @@ void tst_ProxyCall::checkedCallReturnsTheValueOnSuccess()
     m_fake->answer("getString", ScriptedAnswer::value(QStringLiteral("12 V")));
     m_fake->answer("getValues", ScriptedAnswer::value(QVariantList{1, QStringLiteral("b"), 2.5}));
 
-    QCOMPARE(ProxyCall::checked<QString>(*m_proxy, {"Probe::getString(): ", service, path}, "getString"),
+    QCOMPARE(ProxyCall::valueOrEmpty<QString>(*m_proxy, {"Probe::getString(): ", service, path}, "getString"),
              QStringLiteral("12 V"));
     const QVariantList values =
-        ProxyCall::checked<QVariantList>(*m_proxy, {"Probe::getValues(): ", service, path}, "getValues");
+        ProxyCall::valueOrEmpty<QVariantList>(*m_proxy, {"Probe::getValues(): ", service, path}, "getValues");
     QCOMPARE(values, (QVariantList{1, QStringLiteral("b"), 2.5}));
     QCOMPARE(values.at(1).userType(), int(QMetaType::QString));
     QCOMPARE(log.lines(), QList<LogLine>());
@@ -361,13 +361,13 @@ void tst_ProxyCall::checkedCallReportsAnErrorAndReturnsTheEmptyValue()
 
     QVariant value;
     if (member == QLatin1String("getString")) {
-        const QString text = ProxyCall::checked<QString>(*m_proxy, report, member);
+        const QString text = ProxyCall::valueOrEmpty<QString>(*m_proxy, report, member);
         QVERIFY(text.isNull());
         value = text;
     } else if (member == QLatin1String("getValues")) {
-        value = ProxyCall::checked<QVariantList>(*m_proxy, report, member);
+        value = ProxyCall::valueOrEmpty<QVariantList>(*m_proxy, report, member);
     } else {
-        value = ProxyCall::checked<int>(*m_proxy, report, member, 4);
+        value = ProxyCall::valueOrEmpty<int>(*m_proxy, report, member, 4);
         QCOMPARE(m_fake->calls().first().signature, QStringLiteral("i"));
     }
 
@@ -384,7 +384,7 @@ void tst_ProxyCall::checkedCallReportsAWrongTypedReply()
     m_fake->answer("getValues", ScriptedAnswer::value(QVariant::fromValue(QList<int>{1, 2})));
 
     const QVariantList values =
-        ProxyCall::checked<QVariantList>(*m_proxy, {"Probe::getValues(): ", service, path}, "getValues");
+        ProxyCall::valueOrEmpty<QVariantList>(*m_proxy, {"Probe::getValues(): ", service, path}, "getValues");
 
     QVERIFY(values.isEmpty());
     QCOMPARE(log.lines().size(), 1);
@@ -423,11 +423,11 @@ void tst_ProxyCall::checkedVariantUnwrapsTheValue()
     const QString service = m_fake->service();
     m_fake->answer("getValue", ScriptedAnswer::value(QVariant::fromValue(QDBusVariant(2.5))));
 
-    const QVariant value = ProxyCall::checkedVariant(*m_proxy, {"Probe::getValue(): ", service, path}, "getValue", 2);
+    const QVariant value = ProxyCall::variantOrEmpty(*m_proxy, {"Probe::getValue(): ", service, path}, "getValue", 2);
 
     QCOMPARE(value.userType(), int(QMetaType::Double));
     QCOMPARE(value.toDouble(), 2.5);
-    verifySingleCall(*m_fake, path, "getValue", "i", {2});
+    verifySingleCall(*m_fake, path, "getValue", "i", wireTexts({2}));
 }
 
 void tst_ProxyCall::checkedVariantLeavesStructuredValuesAsArguments()
@@ -436,14 +436,14 @@ void tst_ProxyCall::checkedVariantLeavesStructuredValuesAsArguments()
     m_fake->answer("getValue",
                    ScriptedAnswer::value(QVariant::fromValue(QDBusVariant(QVariant(QStringList{"a", "b"})))));
 
-    const QVariant value = ProxyCall::checkedVariant(*m_proxy, {"Probe::getValue(): ", service, path}, "getValue");
+    const QVariant value = ProxyCall::variantOrEmpty(*m_proxy, {"Probe::getValue(): ", service, path}, "getValue");
 
     // An array of strings is one of the shapes QtDBus converts itself; a map is not.
     QCOMPARE(value.toStringList(), (QStringList{"a", "b"}));
 
     DBusTypes::registerSettingsMap();
     m_fake->answer("getValue", ScriptedAnswer::value(QVariant::fromValue(QDBusVariant(SettingsMap{{"k", 1}}))));
-    const QVariant map = ProxyCall::checkedVariant(*m_proxy, {"Probe::getValue(): ", service, path}, "getValue");
+    const QVariant map = ProxyCall::variantOrEmpty(*m_proxy, {"Probe::getValue(): ", service, path}, "getValue");
     QCOMPARE(map.userType(), qMetaTypeId<QDBusArgument>());
     QCOMPARE(map.value<QDBusArgument>().currentSignature(), QStringLiteral("a{sv}"));
 }
@@ -454,7 +454,7 @@ void tst_ProxyCall::checkedVariantGivesAnInvalidVariantOnFailure()
     PlainProxy absent(absentService(), path);
 
     const QVariant value =
-        ProxyCall::checkedVariant(absent, {"Probe::getValue(): ", absentService(), path}, "getValue");
+        ProxyCall::variantOrEmpty(absent, {"Probe::getValue(): ", absentService(), path}, "getValue");
 
     QVERIFY(!value.isValid());
     QCOMPARE(log.lines().size(), 1);

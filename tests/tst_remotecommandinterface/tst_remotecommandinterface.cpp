@@ -83,7 +83,7 @@ void tst_RemoteCommandInterface::sendsTheCommandAndFourParameterSlots()
 
     QCOMPARE(m_proxy->executeCommand("MEAS:START", params), QStringLiteral("OK"));
 
-    verifySingleCall(*m_fake, path, member, "sssss", arguments);
+    verifySingleCall(*m_fake, path, member, "sssss", wireTexts(arguments));
     QCOMPARE(m_fake->calls().first().arguments.size(), 5);
 }
 
@@ -113,7 +113,8 @@ void tst_RemoteCommandInterface::refusesMoreThanFourParametersWithoutSending()
 
     // Messages arrive in order: if the refused command had been sent, it would come first.
     m_proxy->executeCommand("SYST:CHECK", {});
-    verifySingleCall(*m_fake, path, member, "sssss", {"SYST:CHECK", "", "", "", ""});
+    verifySingleCall(*m_fake, path, member, "sssss",
+                     wireTexts({QStringLiteral("SYST:CHECK"), QString(), QString(), QString(), QString()}));
 }
 
 void tst_RemoteCommandInterface::mapsEachAnswer_data()

@@ -11,19 +11,23 @@
 namespace {
 
 using P = ResultIntArrayInterface;
-using ResultTest::generated;
-using ResultTest::on;
 
 const QString path = QStringLiteral("/Result/Counts");
 
-/// member, operation, a reply it maps, a reply of another type, its value after a failure
-QList<ResultTest::GeneratedGetter> generatedGetters()
+QList<OperationRow> generatedGetters()
 {
     return {
-        {"size", generated(&P::size), 3, QStringLiteral("3"), 0},
-        {"getResultStatus", generated(&P::getResultStatus), 2, 2.0, 0},
-        {"getTimeStamp", generated(&P::getTimeStamp), QDateTime(QDate(2024, 2, 29), QTime(23, 59, 58, 125), Qt::UTC),
-         1709251198, QDateTime()},
+        {.operation = "size", .run = onProxy(&P::size), .answered = 3, .wrongType = QStringLiteral("3"), .empty = 0},
+        {.operation = "getResultStatus",
+         .run = onProxy(&P::getResultStatus),
+         .answered = 2,
+         .wrongType = 2.0,
+         .empty = 0},
+        {.operation = "getTimeStamp",
+         .run = onProxy(&P::getTimeStamp),
+         .answered = QDateTime(QDate(2024, 2, 29), QTime(23, 59, 58, 125), Qt::UTC),
+         .wrongType = 1709251198,
+         .empty = QDateTime()},
     };
 }
 
@@ -78,27 +82,30 @@ void tst_ResultIntArrayInterface::constructionMakesNoBusCallAndLogsNothing()
 
 void tst_ResultIntArrayInterface::sendsEachOperationWithItsWireForm_data()
 {
-    ResultTest::addSentRows({
-        {"getValues", on<P>([](P &p) { p.getValues(); }), "", {}},
-        {"getString", on<P>([](P &p) { p.getString(); }), "", {}},
-        {"size", on<P>([](P &p) { p.size(); }), "", {}},
-        {"getResultStatus", on<P>([](P &p) { p.getResultStatus(); }), "", {}},
-        {"getTimeStamp", on<P>([](P &p) { p.getTimeStamp(); }), "", {}},
-    });
+    QTest::addColumn<OperationRow>("row");
+    for (const OperationRow &row : QList<OperationRow>{
+             {.operation = "getValues", .run = onProxy(&P::getValues)},
+             {.operation = "getString", .run = onProxy(&P::getString)},
+             {.operation = "size", .run = onProxy(&P::size)},
+             {.operation = "getResultStatus", .run = onProxy(&P::getResultStatus)},
+             {.operation = "getTimeStamp", .run = onProxy(&P::getTimeStamp)},
+         })
+        QTest::newRow(row.operation) << row;
 }
 
 void tst_ResultIntArrayInterface::sendsEachOperationWithItsWireForm()
 {
-    ResultTest::verifySentWithItsWireForm(*m_fake, *m_proxy, path);
+    QFETCH(OperationRow, row);
+    verifySentAsItsRow(*m_fake, *m_proxy, row);
 }
 
 void tst_ResultIntArrayInterface::checkedGettersReturnTheValueOrReportOnce_data()
 {
     ResultTest::addCheckedGetterColumns();
 
-    const ScriptedAnswer error = ScriptedAnswer::error(ResultTest::failure(), QStringLiteral("no row yet"));
-    const ResultTest::Getter getValues = on<P>([](P &p) { return QVariant(p.getValues()); });
-    const ResultTest::Getter getString = on<P>([](P &p) { return QVariant(p.getString()); });
+    const ScriptedAnswer error = ScriptedAnswer::error(failedErrorName(), QStringLiteral("no row yet"));
+    const ProxyOperation getValues = onProxy<P>([](P &p) { return QVariant(p.getValues()); });
+    const ProxyOperation getString = onProxy<P>([](P &p) { return QVariant(p.getString()); });
     const QVariantList row{3, 1, 4};
 
     QTest::newRow("getValues answered") << getValues << "getValues" << ScriptedAnswer::value(row) << QVariant(row)
@@ -139,24 +146,26 @@ void tst_ResultIntArrayInterface::checkedGettersReturnTheValueOrReportOnce()
 
 void tst_ResultIntArrayInterface::generatedOperationsMapEachReplyWithoutLogging_data()
 {
-    ResultTest::addGeneratedReplyRows(generatedGetters());
+    addMappedReplyColumns();
+    for (const OperationRow &getter : generatedGetters())
+        addMappedReplyRows(QByteArray(getter.operation) + ' ', getter);
 }
 
 void tst_ResultIntArrayInterface::generatedOperationsMapEachReplyWithoutLogging()
 {
-    ResultTest::verifyGeneratedReply(*m_fake, *m_proxy);
+    verifyMappedReply(*m_fake, *m_proxy);
 }
 
 void tst_ResultIntArrayInterface::getValuesKeepsTheOrderAndUnwrapsEachElement()
 {
     ResultTest::verifyListArrivesUnwrapped(
-        *m_fake, *m_proxy, path, "getValues", on<P>([](P &p) { return p.getValues(); }),
+        *m_fake, *m_proxy, path, "getValues", onProxy<P>([](P &p) { return p.getValues(); }),
         {7, -2, QStringLiteral("n/a"), 2.5}, {QMetaType::Int, QMetaType::Int, QMetaType::QString, QMetaType::Double});
 }
 
 void tst_ResultIntArrayInterface::getStringReturnsANullStringAfterAFailureWithOneReport()
 {
-    m_fake->answer("getString", ScriptedAnswer::error(ResultTest::failure(), QStringLiteral("gone")));
+    m_fake->answer("getString", ScriptedAnswer::error(failedErrorName(), QStringLiteral("gone")));
     LogCapture log;
 
     const QString text = m_proxy->getString();
@@ -185,11 +194,16 @@ void tst_ResultIntArrayInterface::reportsQuoteAndEscapeTheErrorMessage()
 
 void tst_ResultIntArrayInterface::absentServiceGivesEmptyValuesAndOneReportPerCheckedGetter()
 {
-    ResultTest::verifyAbsentServiceGivesNothingAndOneReportPerCheckedGetter<ResultIntArrayInterface>(
-        path,
+    ResultIntArrayInterface absent(absentService(), path, QDBusConnection::sessionBus());
+    ResultTest::verifyAbsentServiceGivesNothingAndOneReportPerCheckedGetter(
+        absent,
         {
-            {on<P>([](P &p) { return p.getValues().isEmpty(); }), "ResultIntArrayInterface::getValues(): "},
-            {on<P>([](P &p) { return p.getString().isNull(); }), "ResultIntArrayInterface::getString(): "},
+            {.operation = "getValues",
+             .run = onProxy(&P::getValues),
+             .report = "ResultIntArrayInterface::getValues(): "},
+            {.operation = "getString",
+             .run = onProxy(&P::getString),
+             .report = "ResultIntArrayInterface::getString(): "},
         },
         generatedGetters());
 }
@@ -204,9 +218,8 @@ void tst_ResultIntArrayInterface::applicationLeavingTheBusMidCallIsReported()
     QVERIFY(values.isEmpty());
     QVERIFY(m_proxy->lastError().isValid());
     QCOMPARE(log.lines(),
-             debugLines({ResultTest::reportLine(
-                 "ResultIntArrayInterface::getValues(): ", QStringLiteral("com.velk.mqx.app.fake"), path,
-                 m_proxy->lastError().message())}));
+             debugLines({reportLine("ResultIntArrayInterface::getValues(): ", QStringLiteral("com.velk.mqx.app.fake"),
+                                    path, m_proxy->lastError().message())}));
 }
 
 void tst_ResultIntArrayInterface::metaObjectListsItsFiveSlotsInOrder()

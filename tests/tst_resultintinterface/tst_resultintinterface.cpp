@@ -1,226 +1,135 @@
 #include "ResultIntInterface.h"
 
-#include "ResultTestSupport.h"
+#include "LogCapture.h"
+#include "ScalarResultTest.h"
 
-#include <QDBusConnection>
 #include <QtTest/QTest>
-
-#include <memory>
 
 namespace {
 
 using P = ResultIntInterface;
-using ResultTest::generated;
-using ResultTest::listGetter;
 
-const QString path = QStringLiteral("/Result/Count");
-
-ResultTest::ScalarResult operations()
+ScalarResultClass resultInt()
 {
+    // Three Comp getters report under getMinValueComp's text while calling their own member.
+    const QString minValueComp = QStringLiteral("\"ResultIntInterface::\" getMinValueComp(): ");
     return {
-        // member, operation, a reply it maps, a reply of another type, its value after a failure
-        {
-            {"getLowerLimit", generated(&P::getLowerLimit), -100, QStringLiteral("-100"), 0},
-            {"getUpperLimit", generated(&P::getUpperLimit), 100, 100.0, 0},
-            {"getValue", generated(&P::getValue), 42, true, 0},
-            {"getString", generated(&P::getString), QStringLiteral("42 counts"), 42, QString()},
-            {"getMinValue", generated(&P::getMinValue), -7, QStringLiteral("-7"), 0},
-            {"getMinString", generated(&P::getMinString), QStringLiteral("-7 counts"), -7, QString()},
-            {"getMaxValue", generated(&P::getMaxValue), 99, 99.0, 0},
-            {"getMaxString", generated(&P::getMaxString), QStringLiteral("99 counts"), true, QString()},
-        },
-        {
-            {"resetMinMaxValues", generated(&P::resetMinMaxValues)},
-            {"stopMinMaxEval", generated(&P::stopMinMaxEval)},
-            {"continueMinMaxEval", generated(&P::continueMinMaxEval)},
-        },
-        // member, getter, opening of its reports, its report of the error "no reading".
-        // Three rows report under getMinValueComp's text while calling their own member.
-        {
-            {"getValueComp", listGetter(&P::getValueComp), "\"ResultIntInterface::\" getValueComp(): ",
-             "\"ResultIntInterface::\" getValueComp():  \"com.velk.mqx.app.fake\"  /  \"/Result/Count\"  / Error: "
-             "\"no reading\""},
-            {"getMinValueComp", listGetter(&P::getMinValueComp), "\"ResultIntInterface::\" getMinValueComp(): ",
-             "\"ResultIntInterface::\" getMinValueComp():  \"com.velk.mqx.app.fake\"  /  \"/Result/Count\"  / Error: "
-             "\"no reading\""},
-            {"getMaxValueComp", listGetter(&P::getMaxValueComp), "\"ResultIntInterface::\" getMinValueComp(): ",
-             "\"ResultIntInterface::\" getMinValueComp():  \"com.velk.mqx.app.fake\"  /  \"/Result/Count\"  / Error: "
-             "\"no reading\""},
-            {"getStringComp", listGetter(&P::getStringComp), "\"ResultIntInterface::\" getMinValueComp(): ",
-             "\"ResultIntInterface::\" getMinValueComp():  \"com.velk.mqx.app.fake\"  /  \"/Result/Count\"  / Error: "
-             "\"no reading\""},
-            {"getMinStringComp", listGetter(&P::getMinStringComp), "\"ResultIntInterface::\" getMinValueComp(): ",
-             "\"ResultIntInterface::\" getMinValueComp():  \"com.velk.mqx.app.fake\"  /  \"/Result/Count\"  / Error: "
-             "\"no reading\""},
-            {"getMaxStringComp", listGetter(&P::getMaxStringComp), "\"ResultIntInterface::\" getMaxStringComp(): ",
-             "\"ResultIntInterface::\" getMaxStringComp():  \"com.velk.mqx.app.fake\"  /  \"/Result/Count\"  / Error: "
-             "\"no reading\""},
-        },
+        .className = "ResultIntInterface",
+        .path = QStringLiteral("/Result/Count"),
+        .make = factoryOf<P>(),
+        .getters =
+            {
+                {.operation = "getLowerLimit",
+                 .run = onProxy(&P::getLowerLimit),
+                 .answered = -100,
+                 .wrongType = QStringLiteral("-100"),
+                 .empty = 0},
+                {.operation = "getUpperLimit",
+                 .run = onProxy(&P::getUpperLimit),
+                 .answered = 100,
+                 .wrongType = 100.0,
+                 .empty = 0},
+                {.operation = "getValue", .run = onProxy(&P::getValue), .answered = 42, .wrongType = true, .empty = 0},
+                {.operation = "getString",
+                 .run = onProxy(&P::getString),
+                 .answered = QStringLiteral("42 counts"),
+                 .wrongType = 42,
+                 .empty = QString()},
+                {.operation = "getMinValue",
+                 .run = onProxy(&P::getMinValue),
+                 .answered = -7,
+                 .wrongType = QStringLiteral("-7"),
+                 .empty = 0},
+                {.operation = "getMinString",
+                 .run = onProxy(&P::getMinString),
+                 .answered = QStringLiteral("-7 counts"),
+                 .wrongType = -7,
+                 .empty = QString()},
+                {.operation = "getMaxValue",
+                 .run = onProxy(&P::getMaxValue),
+                 .answered = 99,
+                 .wrongType = 99.0,
+                 .empty = 0},
+                {.operation = "getMaxString",
+                 .run = onProxy(&P::getMaxString),
+                 .answered = QStringLiteral("99 counts"),
+                 .wrongType = true,
+                 .empty = QString()},
+            },
+        .commands =
+            {
+                {.operation = "resetMinMaxValues", .run = onProxy(&P::resetMinMaxValues), .answered = 1},
+                {.operation = "stopMinMaxEval", .run = onProxy(&P::stopMinMaxEval), .answered = 1},
+                {.operation = "continueMinMaxEval", .run = onProxy(&P::continueMinMaxEval), .answered = 1},
+            },
+        .comps =
+            {
+                {.operation = "getValueComp",
+                 .run = onProxy(&P::getValueComp),
+                 .report = QStringLiteral("\"ResultIntInterface::\" getValueComp(): ")},
+                {.operation = "getMinValueComp", .run = onProxy(&P::getMinValueComp), .report = minValueComp},
+                {.operation = "getMaxValueComp", .run = onProxy(&P::getMaxValueComp), .report = minValueComp},
+                {.operation = "getStringComp", .run = onProxy(&P::getStringComp), .report = minValueComp},
+                {.operation = "getMinStringComp", .run = onProxy(&P::getMinStringComp), .report = minValueComp},
+                {.operation = "getMaxStringComp",
+                 .run = onProxy(&P::getMaxStringComp),
+                 .report = QStringLiteral("\"ResultIntInterface::\" getMaxStringComp(): ")},
+            },
+        .slotSignatures = {"getLowerLimit()", "getUpperLimit()", "getValue()", "getString()", "getMinValue()",
+                           "getMinString()", "getMaxValue()", "getMaxString()", "resetMinMaxValues()",
+                           "stopMinMaxEval()", "continueMinMaxEval()", "getValueComp()", "getMinValueComp()",
+                           "getMaxValueComp()", "getStringComp()", "getMinStringComp()", "getMaxStringComp()"},
+        .value = 42,
+        .text = QStringLiteral("42 counts"),
+        .escapedReport = QStringLiteral("\"ResultIntInterface::\" getValueComp():  \"com.velk.mqx.app.fake\"  /  "
+                                        "\"/Result/Count\"  / Error: \"say \\\"hi\\\" \\\\ bye\""),
+        .byName =
+            {
+                {.operation = "getValue", .run = byName<QDBusReply<int>>("getValue"), .answered = 42},
+                {.operation = "getString",
+                 .run = byName<QDBusReply<QString>>("getString"),
+                 .answered = QStringLiteral("42 counts")},
+                {.operation = "getValueComp",
+                 .run = byName<QList<QVariant>>("getValueComp"),
+                 .answered = QVariantList{42, QStringLiteral("42 counts")}},
+                {.operation = "resetMinMaxValues", .run = byName<QDBusReply<void>>("resetMinMaxValues")},
+            },
+        .otherClasses = {"ResultDoubleInterface"},
     };
 }
 
-const ResultTest::Reading<int> reading{"QDBusReply<int>", 42, QStringLiteral("42 counts")};
-
 } // namespace
 
-class tst_ResultIntInterface : public QObject, private ProxyFixture<ResultIntInterface>
+class tst_ResultIntInterface : public ScalarResultTest
 {
     Q_OBJECT
 
+public:
+    tst_ResultIntInterface()
+        : ScalarResultTest(resultInt())
+    {
+    }
+
 private Q_SLOTS:
-    void init();
-    void cleanup();
-
-    void constructionPassesItsArgumentsOnAndSendsNothing();
-    void sendsEachOperationAsItsOwnMemberWithoutArguments_data();
-    void sendsEachOperationAsItsOwnMemberWithoutArguments();
-    void mapsEachGeneratedReply_data();
-    void mapsEachGeneratedReply();
-    void generatedOperationsGiveInvalidRepliesSilentlyWhenTheServiceIsAbsent_data();
-    void generatedOperationsGiveInvalidRepliesSilentlyWhenTheServiceIsAbsent();
-
-    void compGettersReturnTheElementsAsSent_data();
-    void compGettersReturnTheElementsAsSent();
-    void compGettersPassAnEmptyListOnWithoutAReport_data();
-    void compGettersPassAnEmptyListOnWithoutAReport();
-    void compGettersReportAnErrorReplyInOneLine_data();
-    void compGettersReportAnErrorReplyInOneLine();
-    void compGettersTreatAWrongTypedReplyAsAFailure_data();
-    void compGettersTreatAWrongTypedReplyAsAFailure();
-    void compGettersReportAnAbsentServiceInOneLine_data();
-    void compGettersReportAnAbsentServiceInOneLine();
-    void compReportQuotesAndEscapesTheErrorMessage();
     void failingStringCompReportsUnderMinValueCompTextButCallsItsOwnMember();
     void failingMaxValueCompAndMinStringCompReportUnderMinValueCompText();
-
-    void aFailedCallLeavesTheProxyAsItWas();
-
-    void metaObjectListsExactlyItsSlotsInOrder();
-    void metaCastKnowsTheClassAndLeavesTheRestToTheBase();
-    void invokingSlotsByNameGivesTheDirectResult();
 };
-
-void tst_ResultIntInterface::init()
-{
-    startFakeAndProxy(path);
-}
-
-void tst_ResultIntInterface::cleanup()
-{
-    stopFakeAndProxy();
-}
-
-void tst_ResultIntInterface::constructionPassesItsArgumentsOnAndSendsNothing()
-{
-    verifyConstructionContract<ResultIntInterface>(*m_fake, path);
-}
-
-void tst_ResultIntInterface::sendsEachOperationAsItsOwnMemberWithoutArguments_data()
-{
-    ResultTest::addSentRows(ResultTest::sentOperations(operations()));
-}
-
-void tst_ResultIntInterface::sendsEachOperationAsItsOwnMemberWithoutArguments()
-{
-    ResultTest::verifySentWithItsWireForm(*m_fake, *m_proxy, path);
-}
-
-void tst_ResultIntInterface::mapsEachGeneratedReply_data()
-{
-    ResultTest::addGeneratedReplyRows(operations().getters, operations().commands);
-}
-
-void tst_ResultIntInterface::mapsEachGeneratedReply()
-{
-    ResultTest::verifyGeneratedReply(*m_fake, *m_proxy);
-}
-
-void tst_ResultIntInterface::generatedOperationsGiveInvalidRepliesSilentlyWhenTheServiceIsAbsent_data()
-{
-    ResultTest::addAbsentServiceRows(operations().getters, operations().commands);
-}
-
-void tst_ResultIntInterface::generatedOperationsGiveInvalidRepliesSilentlyWhenTheServiceIsAbsent()
-{
-    ResultTest::verifyGeneratedOperationFailsSilentlyWithoutTheService<ResultIntInterface>(path);
-}
-
-void tst_ResultIntInterface::compGettersReturnTheElementsAsSent_data()
-{
-    ResultTest::addCompRows(operations().comps);
-}
-
-void tst_ResultIntInterface::compGettersReturnTheElementsAsSent()
-{
-    ResultTest::verifyCompReturnsTheElementsAsSent(*m_fake, *m_proxy, path);
-}
-
-void tst_ResultIntInterface::compGettersPassAnEmptyListOnWithoutAReport_data()
-{
-    ResultTest::addCompRows(operations().comps);
-}
-
-void tst_ResultIntInterface::compGettersPassAnEmptyListOnWithoutAReport()
-{
-    ResultTest::verifyCompPassesAnEmptyListOn(*m_fake, *m_proxy);
-}
-
-void tst_ResultIntInterface::compGettersReportAnErrorReplyInOneLine_data()
-{
-    ResultTest::addCompRows(operations().comps);
-}
-
-void tst_ResultIntInterface::compGettersReportAnErrorReplyInOneLine()
-{
-    ResultTest::verifyCompReportsAnErrorReply(*m_fake, *m_proxy, path);
-}
-
-void tst_ResultIntInterface::compGettersTreatAWrongTypedReplyAsAFailure_data()
-{
-    ResultTest::addCompWrongTypeRows(operations().comps);
-}
-
-void tst_ResultIntInterface::compGettersTreatAWrongTypedReplyAsAFailure()
-{
-    ResultTest::verifyCompTreatsAWrongTypedReplyAsAFailure(*m_fake, *m_proxy, path);
-}
-
-void tst_ResultIntInterface::compGettersReportAnAbsentServiceInOneLine_data()
-{
-    ResultTest::addCompRows(operations().comps);
-}
-
-void tst_ResultIntInterface::compGettersReportAnAbsentServiceInOneLine()
-{
-    ResultTest::verifyCompReportsAnAbsentService<ResultIntInterface>(path);
-}
-
-void tst_ResultIntInterface::compReportQuotesAndEscapesTheErrorMessage()
-{
-    ResultTest::verifyErrorReplyReportedOnce(
-        *m_fake, path, "getValueComp", QStringLiteral("say \"hi\" \\ bye"),
-        "\"ResultIntInterface::\" getValueComp():  \"com.velk.mqx.app.fake\"  /  \"/Result/Count\"  / "
-        "Error: \"say \\\"hi\\\" \\\\ bye\"",
-        [this] { return QVariant(m_proxy->getValueComp()); });
-}
 
 void tst_ResultIntInterface::failingStringCompReportsUnderMinValueCompTextButCallsItsOwnMember()
 {
-    ResultTest::verifyErrorReplyReportedOnce(
-        *m_fake, path, "getStringComp", QStringLiteral("no text"),
-        "\"ResultIntInterface::\" getMinValueComp():  \"com.velk.mqx.app.fake\"  /  \"/Result/Count\"  / Error: "
-        "\"no text\"",
-        [this] { return QVariant(m_proxy->getStringComp()); });
+    verifyOneReportLine(onProxy(&P::getStringComp), "getStringComp", QStringLiteral("no text"),
+                        "\"ResultIntInterface::\" getMinValueComp():  \"com.velk.mqx.app.fake\"  /  \"/Result/Count\" "
+                        " / Error: \"no text\"");
 }
 
 void tst_ResultIntInterface::failingMaxValueCompAndMinStringCompReportUnderMinValueCompText()
 {
     LogCapture log;
-    m_fake->answer("getMaxValueComp", ScriptedAnswer::error(ResultTest::failure(), QStringLiteral("no maximum")));
-    m_fake->answer("getMinStringComp", ScriptedAnswer::error(ResultTest::failure(), QStringLiteral("no minimum")));
+    m_fake->answer("getMaxValueComp", ScriptedAnswer::error(failedErrorName(), QStringLiteral("no maximum")));
+    m_fake->answer("getMinStringComp", ScriptedAnswer::error(failedErrorName(), QStringLiteral("no minimum")));
 
-    m_proxy->getMaxValueComp();
-    m_proxy->getMinStringComp();
+    proxy<P>().getMaxValueComp();
+    proxy<P>().getMinStringComp();
 
     QVERIFY(m_fake->waitForCalls(2));
     QCOMPARE(m_fake->calls().at(0).member, QStringLiteral("getMaxValueComp"));
@@ -230,33 +139,6 @@ void tst_ResultIntInterface::failingMaxValueCompAndMinStringCompReportUnderMinVa
                          " / Error: \"no maximum\"",
                          "\"ResultIntInterface::\" getMinValueComp():  \"com.velk.mqx.app.fake\"  /  \"/Result/Count\" "
                          " / Error: \"no minimum\""}));
-}
-
-void tst_ResultIntInterface::aFailedCallLeavesTheProxyAsItWas()
-{
-    ResultTest::verifyAFailedCallLeavesTheProxyAsItWas(*m_fake, *m_proxy, reading);
-}
-
-void tst_ResultIntInterface::metaObjectListsExactlyItsSlotsInOrder()
-{
-    ResultTest::verifyOwnMethodsAreExactlyTheseSlots(
-        ResultIntInterface::staticMetaObject, *m_proxy,
-        {"getLowerLimit()", "getUpperLimit()", "getValue()", "getString()", "getMinValue()", "getMinString()",
-         "getMaxValue()", "getMaxString()", "resetMinMaxValues()", "stopMinMaxEval()", "continueMinMaxEval()",
-         "getValueComp()", "getMinValueComp()", "getMaxValueComp()", "getStringComp()", "getMinStringComp()",
-         "getMaxStringComp()"},
-        17);
-}
-
-void tst_ResultIntInterface::metaCastKnowsTheClassAndLeavesTheRestToTheBase()
-{
-    verifyMetaCast(*m_proxy, "ResultIntInterface");
-    QCOMPARE(m_proxy->qt_metacast("ResultDoubleInterface"), nullptr);
-}
-
-void tst_ResultIntInterface::invokingSlotsByNameGivesTheDirectResult()
-{
-    ResultTest::verifySlotsInvokedByNameGiveTheDirectResult(*m_fake, *m_proxy, reading, "resetMinMaxValues");
 }
 
 QTEST_GUILESS_MAIN(tst_ResultIntInterface)

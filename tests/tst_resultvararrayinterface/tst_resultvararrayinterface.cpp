@@ -12,8 +12,6 @@
 namespace {
 
 using P = ResultVarArrayInterface;
-using ResultTest::generated;
-using ResultTest::on;
 
 const QString path = QStringLiteral("/Result/Spectrum");
 const QString outOfRange = QStringLiteral("com.velk.mqx.Error.OutOfRange");
@@ -31,14 +29,20 @@ QVariantList asVariants(const QList<int> &numbers)
     return list;
 }
 
-/// member, operation, a reply it maps, a reply of another type, its value after a failure
-QList<ResultTest::GeneratedGetter> generatedGetters()
+QList<OperationRow> generatedGetters()
 {
     return {
-        {"size", generated(&P::size), 1024, wrapped(1024), 0},
-        {"getResultStatus", generated(&P::getResultStatus), 1, true, 0},
-        {"getTimeStamp", generated(&P::getTimeStamp), QDateTime(QDate(2021, 3, 28), QTime(1, 30, 0, 500), Qt::UTC),
-         QStringLiteral("2021-03-28T01:30:00.500Z"), QDateTime()},
+        {.operation = "size", .run = onProxy(&P::size), .answered = 1024, .wrongType = wrapped(1024), .empty = 0},
+        {.operation = "getResultStatus",
+         .run = onProxy(&P::getResultStatus),
+         .answered = 1,
+         .wrongType = true,
+         .empty = 0},
+        {.operation = "getTimeStamp",
+         .run = onProxy(&P::getTimeStamp),
+         .answered = QDateTime(QDate(2021, 3, 28), QTime(1, 30, 0, 500), Qt::UTC),
+         .wrongType = QStringLiteral("2021-03-28T01:30:00.500Z"),
+         .empty = QDateTime()},
     };
 }
 
@@ -96,35 +100,44 @@ void tst_ResultVarArrayInterface::constructionMakesNoBusCallAndLogsNothing()
 
 void tst_ResultVarArrayInterface::sendsEachOperationWithItsWireForm_data()
 {
-    ResultTest::addSentRows({
-        {"getValues", on<P>([](P &p) { p.getValues(); }), "", {}},
-        {"getValuesStatus", on<P>([](P &p) { p.getValuesStatus(); }), "", {}},
-        {"getValueComp", on<P>([](P &p) { p.getValueComp(); }), "", {}},
-        {"getValue", on<P>([](P &p) { p.getValue(2); }), "i", {2}},
-        {"getValueStatus", on<P>([](P &p) { p.getValueStatus(5); }), "i", {5}},
-        {"getLowerLimit", on<P>([](P &p) { p.getLowerLimit(); }), "", {}},
-        {"getUpperLimit", on<P>([](P &p) { p.getUpperLimit(); }), "", {}},
-        {"size", on<P>([](P &p) { p.size(); }), "", {}},
-        {"getResultStatus", on<P>([](P &p) { p.getResultStatus(); }), "", {}},
-        {"getTimeStamp", on<P>([](P &p) { p.getTimeStamp(); }), "", {}},
-    });
+    QTest::addColumn<OperationRow>("row");
+    for (const OperationRow &row : QList<OperationRow>{
+             {.operation = "getValues", .run = onProxy(&P::getValues)},
+             {.operation = "getValuesStatus", .run = onProxy(&P::getValuesStatus)},
+             {.operation = "getValueComp", .run = onProxy(&P::getValueComp)},
+             {.operation = "getValue",
+             .run = onProxy<P>([](P &p) { return p.getValue(2); }),
+             .signature = "i",
+             .arguments = {2}},
+             {.operation = "getValueStatus",
+             .run = onProxy<P>([](P &p) { return p.getValueStatus(5); }),
+             .signature = "i",
+             .arguments = {5}},
+             {.operation = "getLowerLimit", .run = onProxy(&P::getLowerLimit)},
+             {.operation = "getUpperLimit", .run = onProxy(&P::getUpperLimit)},
+             {.operation = "size", .run = onProxy(&P::size)},
+             {.operation = "getResultStatus", .run = onProxy(&P::getResultStatus)},
+             {.operation = "getTimeStamp", .run = onProxy(&P::getTimeStamp)},
+         })
+        QTest::newRow(row.operation) << row;
 }
 
 void tst_ResultVarArrayInterface::sendsEachOperationWithItsWireForm()
 {
-    ResultTest::verifySentWithItsWireForm(*m_fake, *m_proxy, path);
+    QFETCH(OperationRow, row);
+    verifySentAsItsRow(*m_fake, *m_proxy, row);
 }
 
 void tst_ResultVarArrayInterface::checkedGettersReturnTheValueOrReportOnce_data()
 {
     ResultTest::addCheckedGetterColumns();
 
-    const ScriptedAnswer error = ScriptedAnswer::error(ResultTest::failure(), QStringLiteral("no row yet"));
+    const ScriptedAnswer error = ScriptedAnswer::error(failedErrorName(), QStringLiteral("no row yet"));
     const ScriptedAnswer intArray = ScriptedAnswer::value(QVariant::fromValue(QList<int>{3, 1, 4}));
     const QVariantList row{3, QStringLiteral("x"), 4.5};
     const QVariantList none;
 
-    const ResultTest::Getter getValues = on<P>([](P &p) { return QVariant(p.getValues()); });
+    const ProxyOperation getValues = onProxy<P>([](P &p) { return QVariant(p.getValues()); });
     QTest::newRow("getValues answered") << getValues << "getValues" << ScriptedAnswer::value(row) << QVariant(row)
                                         << QStringList();
     QTest::newRow("getValues error")
@@ -137,7 +150,7 @@ void tst_ResultVarArrayInterface::checkedGettersReturnTheValueOrReportOnce_data(
                        "Error: \"Unexpected reply signature: got \\\"ai\\\", expected \\\"av\\\" (QVariantList)\""};
 
     // Reports under the integer row's class name.
-    const ResultTest::Getter getValuesStatus = on<P>([](P &p) { return QVariant(asVariants(p.getValuesStatus())); });
+    const ProxyOperation getValuesStatus = onProxy<P>([](P &p) { return QVariant(asVariants(p.getValuesStatus())); });
     QTest::newRow("getValuesStatus answered")
         << getValuesStatus << "getValuesStatus" << ScriptedAnswer::value(QVariantList{0, 2, 1})
         << QVariant(QVariantList{0, 2, 1}) << QStringList();
@@ -154,7 +167,7 @@ void tst_ResultVarArrayInterface::checkedGettersReturnTheValueOrReportOnce_data(
                        "\\\"av\\\" (QVariantList)\""};
 
     // Its literal has no colon of its own: one blank, then the quoted service.
-    const ResultTest::Getter getValueComp = on<P>([](P &p) { return QVariant(p.getValueComp()); });
+    const ProxyOperation getValueComp = onProxy<P>([](P &p) { return QVariant(p.getValueComp()); });
     QTest::newRow("getValueComp answered")
         << getValueComp << "getValueComp" << ScriptedAnswer::value(row) << QVariant(row) << QStringList();
     QTest::newRow("getValueComp error")
@@ -166,7 +179,7 @@ void tst_ResultVarArrayInterface::checkedGettersReturnTheValueOrReportOnce_data(
         << QStringList{"ResultVarArrayInterface::getValueComp() \"com.velk.mqx.app.fake\"  /  \"/Result/Spectrum\"  / "
                        "Error: \"Unexpected reply signature: got \\\"ai\\\", expected \\\"av\\\" (QVariantList)\""};
 
-    const ResultTest::Getter getValue = on<P>([](P &p) { return p.getValue(1); });
+    const ProxyOperation getValue = onProxy<P>([](P &p) { return p.getValue(1); });
     QTest::newRow("getValue answered") << getValue << "getValue" << ScriptedAnswer::value(wrapped(-7)) << QVariant(-7)
                                        << QStringList();
     QTest::newRow("getValue answered with text")
@@ -182,7 +195,7 @@ void tst_ResultVarArrayInterface::checkedGettersReturnTheValueOrReportOnce_data(
                        "Error: \"Unexpected reply signature: got \\\"d\\\" (double), expected \\\"v\\\" "
                        "(QDBusVariant)\""};
 
-    const ResultTest::Getter getValueStatus = on<P>([](P &p) { return QVariant(p.getValueStatus(1)); });
+    const ProxyOperation getValueStatus = onProxy<P>([](P &p) { return QVariant(p.getValueStatus(1)); });
     QTest::newRow("getValueStatus answered")
         << getValueStatus << "getValueStatus" << ScriptedAnswer::value(4) << QVariant(4) << QStringList();
     QTest::newRow("getValueStatus error")
@@ -195,7 +208,7 @@ void tst_ResultVarArrayInterface::checkedGettersReturnTheValueOrReportOnce_data(
                        "\"/Result/Spectrum\"  / Error: \"Unexpected reply signature: got \\\"v\\\" (QDBusVariant), "
                        "expected \\\"i\\\" (int)\""};
 
-    const ResultTest::Getter getLowerLimit = on<P>([](P &p) { return p.getLowerLimit(); });
+    const ProxyOperation getLowerLimit = onProxy<P>([](P &p) { return p.getLowerLimit(); });
     QTest::newRow("getLowerLimit answered") << getLowerLimit << "getLowerLimit" << ScriptedAnswer::value(wrapped(-40.0))
                                             << QVariant(-40.0) << QStringList();
     QTest::newRow("getLowerLimit error")
@@ -208,7 +221,7 @@ void tst_ResultVarArrayInterface::checkedGettersReturnTheValueOrReportOnce_data(
                        "\"/Result/Spectrum\"  / Error: \"Unexpected reply signature: got \\\"<empty signature>\\\", "
                        "expected \\\"v\\\" (QDBusVariant)\""};
 
-    const ResultTest::Getter getUpperLimit = on<P>([](P &p) { return p.getUpperLimit(); });
+    const ProxyOperation getUpperLimit = onProxy<P>([](P &p) { return p.getUpperLimit(); });
     QTest::newRow("getUpperLimit answered")
         << getUpperLimit << "getUpperLimit" << ScriptedAnswer::value(wrapped(40)) << QVariant(40) << QStringList();
     QTest::newRow("getUpperLimit error")
@@ -229,12 +242,14 @@ void tst_ResultVarArrayInterface::checkedGettersReturnTheValueOrReportOnce()
 
 void tst_ResultVarArrayInterface::generatedOperationsMapEachReplyWithoutLogging_data()
 {
-    ResultTest::addGeneratedReplyRows(generatedGetters());
+    addMappedReplyColumns();
+    for (const OperationRow &getter : generatedGetters())
+        addMappedReplyRows(QByteArray(getter.operation) + ' ', getter);
 }
 
 void tst_ResultVarArrayInterface::generatedOperationsMapEachReplyWithoutLogging()
 {
-    ResultTest::verifyGeneratedReply(*m_fake, *m_proxy);
+    verifyMappedReply(*m_fake, *m_proxy);
 }
 
 void tst_ResultVarArrayInterface::getValuesStatusConvertsEachElementToAnInteger()
@@ -252,7 +267,7 @@ void tst_ResultVarArrayInterface::getValuesStatusConvertsEachElementToAnInteger(
 
 void tst_ResultVarArrayInterface::getValuesStatusReportsUnderTheIntegerRowsName()
 {
-    m_fake->answer("getValuesStatus", ScriptedAnswer::error(ResultTest::failure(), QStringLiteral("busy")));
+    m_fake->answer("getValuesStatus", ScriptedAnswer::error(failedErrorName(), QStringLiteral("busy")));
     LogCapture log;
 
     QCOMPARE(m_proxy->getValuesStatus(), QList<int>());
@@ -277,7 +292,7 @@ void tst_ResultVarArrayInterface::getValueCompReportsItsLiteralWithoutAColon()
 void tst_ResultVarArrayInterface::getValueCompKeepsTheOrderAndUnwrapsEachElement()
 {
     ResultTest::verifyListArrivesUnwrapped(*m_fake, *m_proxy, path, "getValueComp",
-                                           on<P>([](P &p) { return p.getValueComp(); }),
+                                           onProxy<P>([](P &p) { return p.getValueComp(); }),
                                            {-3.5, QStringLiteral("dBm"), 12, false},
                                            {QMetaType::Double, QMetaType::QString, QMetaType::Int, QMetaType::Bool});
 }
@@ -289,7 +304,7 @@ void tst_ResultVarArrayInterface::getValueSendsThePositionAndReturnsTheInnerValu
 
     const QVariant value = m_proxy->getValue(2);
 
-    verifySingleCall(*m_fake, path, "getValue", "i", {2});
+    verifySingleCall(*m_fake, path, "getValue", "i", wireTexts({2}));
     QCOMPARE(m_fake->calls().first().arguments.first().userType(), int(QMetaType::Int));
     QVERIFY(value.isValid());
     QCOMPARE(value.userType(), int(QMetaType::Double));
@@ -338,16 +353,34 @@ void tst_ResultVarArrayInterface::reportsQuoteAndEscapeTheErrorMessage()
 
 void tst_ResultVarArrayInterface::absentServiceGivesEmptyValuesAndOneReportPerCheckedGetter()
 {
-    ResultTest::verifyAbsentServiceGivesNothingAndOneReportPerCheckedGetter<ResultVarArrayInterface>(
-        path,
+    ResultVarArrayInterface absent(absentService(), path, QDBusConnection::sessionBus());
+    ResultTest::verifyAbsentServiceGivesNothingAndOneReportPerCheckedGetter(
+        absent,
         {
-            {on<P>([](P &p) { return p.getValues().isEmpty(); }), "ResultVarArrayInterface::getValues(): "},
-            {on<P>([](P &p) { return p.getValuesStatus().isEmpty(); }), "ResultIntArrayInterface::getValuesStatus(): "},
-            {on<P>([](P &p) { return p.getValueComp().isEmpty(); }), "ResultVarArrayInterface::getValueComp()"},
-            {on<P>([](P &p) { return !p.getValue(0).isValid(); }), "ResultVarArrayInterface::getValue(): "},
-            {on<P>([](P &p) { return p.getValueStatus(0) == 0; }), "ResultVarArrayInterface::getValueStatus(): "},
-            {on<P>([](P &p) { return !p.getLowerLimit().isValid(); }), "ResultVarArrayInterface::getLowerLimit(): "},
-            {on<P>([](P &p) { return !p.getUpperLimit().isValid(); }), "ResultVarArrayInterface::getUpperLimit(): "},
+            {.operation = "getValues",
+             .run = onProxy(&P::getValues),
+             .report = "ResultVarArrayInterface::getValues(): "},
+            {.operation = "getValuesStatus",
+             .run = onProxy(&P::getValuesStatus),
+             .report = "ResultIntArrayInterface::getValuesStatus(): "},
+            {.operation = "getValueComp",
+             .run = onProxy(&P::getValueComp),
+             .report = "ResultVarArrayInterface::getValueComp()"},
+            {.operation = "getValue",
+             .run = onProxy<P>([](P &p) { return p.getValue(0); }),
+             .report = "ResultVarArrayInterface::getValue(): "},
+            {.operation = "getValueStatus",
+             .run = onProxy<P>([](P &p) {
+                 const int status = p.getValueStatus(0);
+                 return status == 0 ? QVariant() : QVariant(status);
+             }),
+             .report = "ResultVarArrayInterface::getValueStatus(): "},
+            {.operation = "getLowerLimit",
+             .run = onProxy(&P::getLowerLimit),
+             .report = "ResultVarArrayInterface::getLowerLimit(): "},
+            {.operation = "getUpperLimit",
+             .run = onProxy(&P::getUpperLimit),
+             .report = "ResultVarArrayInterface::getUpperLimit(): "},
         },
         generatedGetters());
 }

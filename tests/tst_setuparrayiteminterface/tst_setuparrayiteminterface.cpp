@@ -15,9 +15,9 @@ const QString path = QStringLiteral("/Setup/Channels");
 const QString failure = QStringLiteral("com.velk.mqx.Error.Failed");
 
 /// The list getter hands back a plain list: the caller sees no validity, only emptiness.
-Outcome listOutcome(const QVariantList &list)
+Seen listOutcome(const QVariantList &list)
 {
-    return {true, QVariant(list)};
+    return {true, QVariant(list), std::nullopt};
 }
 
 /// The one checked operation: an empty list and this line on any failure.
@@ -129,16 +129,16 @@ void tst_SetupArrayItemInterface::mapsEachReply_data()
 {
     ReplyTable<P> table(ScriptedAnswer::error(failure, QStringLiteral("refused")));
     table.reply(
-        "setValue range", "setValue", [](P &p) { return outcomeOf(p.setValue(QVariant(1), 0, 1)); }, true, 1, false);
+        "setValue range", "setValue", [](P &p) { return seenOf(p.setValue(QVariant(1), 0, 1)); }, true, 1, false);
     table.reply(
-        "setValue list", "setValue", [](P &p) { return outcomeOf(p.setValue(QVariantList() << 1)); }, true,
+        "setValue list", "setValue", [](P &p) { return seenOf(p.setValue(QVariantList() << 1)); }, true,
         QStringLiteral("yes"), false);
     table.reply(
-        "getString", [](P &p) { return outcomeOf(p.getString()); }, QStringLiteral("1, 2, 3"), 3, QString());
+        "getString", [](P &p) { return seenOf(p.getString()); }, QStringLiteral("1, 2, 3"), 3, QString());
     table.reply(
-        "size", [](P &p) { return outcomeOf(p.size()); }, 12, 12.0, 0);
+        "size", [](P &p) { return seenOf(p.size()); }, 12, 12.0, 0);
     table.reply(
-        "isChangeable", [](P &p) { return outcomeOf(p.isChangeable()); }, true, QStringLiteral("true"), false);
+        "isChangeable", [](P &p) { return seenOf(p.isChangeable()); }, true, QStringLiteral("true"), false);
 
     const auto getValue = [](P &p) { return listOutcome(p.getValue(0, 2)); };
     const QVariantList elements = QVariantList() << 1 << QStringLiteral("a") << 2.5;
@@ -153,19 +153,24 @@ void tst_SetupArrayItemInterface::mapsEachReply_data()
 
 void tst_SetupArrayItemInterface::mapsEachReply()
 {
-    verifyReplyRow(*m_fake, *m_proxy);
+    verifyMappedReply(*m_fake, *m_proxy);
 }
 
 void tst_SetupArrayItemInterface::givesInvalidRepliesWhenTheServiceIsAbsent_data()
 {
     addAbsentRows<P>({
-        {"setValue range", [](P &p) { return unanswered(p.setValue(QVariant(1), 0, 0)); }, false},
-        {"setValue list", [](P &p) { return unanswered(p.setValue(QVariantList() << 1)); }, false},
-        {"getValue", [](P &p) { return unanswered(p.getValue(0, 0)); }, QVariantList()},
-        {"getString", [](P &p) { return unanswered(p.getString()); }, QString()},
-        {"size", [](P &p) { return unanswered(p.size()); }, 0},
-        {"isChangeable", [](P &p) { return unanswered(p.isChangeable()); }, false},
-        {"setToDefault", returningNothing<P>([](P &p) { p.setToDefault(); }), QVariant()},
+        {"setValue range", [](P &p) { return seenOf(p.setValue(QVariant(1), 0, 0)); }, false},
+        {"setValue list", [](P &p) { return seenOf(p.setValue(QVariantList() << 1)); }, false},
+        {"getValue", [](P &p) { return seenOf(p.getValue(0, 0)); }, QVariantList()},
+        {"getString", [](P &p) { return seenOf(p.getString()); }, QString()},
+        {"size", [](P &p) { return seenOf(p.size()); }, 0},
+        {"isChangeable", [](P &p) { return seenOf(p.isChangeable()); }, false},
+        {"setToDefault",
+         [](P &p) {
+             p.setToDefault();
+             return Seen{};
+         },
+         QVariant()},
     });
 }
 
@@ -225,7 +230,7 @@ void tst_SetupArrayItemInterface::getValueLogsOneLineForAWrongTypedReply()
     const QString message = replyTypeError<QVariantList>(wrong);
     QVERIFY(message.contains(QStringLiteral("av")));
 
-    verifyLoggedFailure(*m_fake, *m_proxy, checkedGetValue(), ScriptedAnswer::value(wrong), debugQuoted(message));
+    verifyLoggedFailure(*m_fake, *m_proxy, checkedGetValue(), ScriptedAnswer::value(wrong), quoted(message));
 }
 
 void tst_SetupArrayItemInterface::getValueLogsOneLineWhenTheServiceIsAbsent()

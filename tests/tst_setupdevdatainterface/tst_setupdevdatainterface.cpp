@@ -3,7 +3,6 @@
 #include "FakeMeasApplication.h"
 #include "LogCapture.h"
 #include "ProxyTestSupport.h"
-#include "SetupTestSupport.h"
 
 #include <QDBusArgument>
 #include <QDBusConnection>
@@ -31,18 +30,28 @@ QVariant unwrappedSingleArgument(const ReceivedCall &call)
     return qvariant_cast<QDBusVariant>(call.arguments.first()).variant();
 }
 
+using P = SetupDevDataInterface;
+
 /// A setValue() call of @p value: the wrapped value keeps its own type.
-SentCall<SetupDevDataInterface> setValueCall(const char *name, const QVariant &value)
+OperationRow setValueCall(const char *name, const QVariant &value)
 {
-    return {name, [value](SetupDevDataInterface &p) { p.setValue(value); }, "setValue", "v", {wrap(value)}};
+    return {.operation = name,
+            .run = onProxy<P>([value](P &p) { return p.setValue(value); }),
+            .member = "setValue",
+            .signature = "v",
+            .arguments = {wrap(value)}};
 }
 
-SentCall<SetupDevDataInterface> setValueAsyncCall(const char *name, const QVariant &value)
+OperationRow setValueAsyncCall(const char *name, const QVariant &value)
 {
-    return {name, [value](SetupDevDataInterface &p) { p.setValueAsync(value); }, "setValue", "v", {wrap(value)}};
+    return {.operation = name,
+            .run = onProxy<P>([value](P &p) { p.setValueAsync(value); }),
+            .member = "setValue",
+            .signature = "v",
+            .arguments = {wrap(value)}};
 }
 
-std::vector<SentCall<SetupDevDataInterface>> asyncCalls()
+QList<OperationRow> asyncCalls()
 {
     return {setValueAsyncCall("setValueAsync double", 9.5),
             setValueAsyncCall("setValueAsync string", QStringLiteral("nine"))};
@@ -56,16 +65,6 @@ bool printableAscii(const QString &text)
             return false;
     }
     return true;
-}
-
-/// @p text as the debug stream writes a QString item: in double quotes, with quotes and
-/// backslashes escaped. Other characters the stream escapes differently, hence
-/// printableAscii().
-QString quoted(const QString &text)
-{
-    QString escaped = text;
-    escaped.replace(QLatin1Char('\\'), QLatin1String("\\\\")).replace(QLatin1Char('"'), QLatin1String("\\\""));
-    return QLatin1Char('"') + escaped + QLatin1Char('"');
 }
 
 /// The one line either getter writes on failure; both name getValue.
@@ -87,7 +86,7 @@ QDBusError conversionError(const FakeMeasApplication &fake, const QString &membe
 }
 } // namespace
 
-class tst_SetupDevDataInterface : public QObject, private SetupProxyFixture<SetupDevDataInterface>
+class tst_SetupDevDataInterface : public QObject, private ProxyFixture<SetupDevDataInterface>
 {
     Q_OBJECT
 
@@ -156,24 +155,27 @@ void tst_SetupDevDataInterface::keepsServiceAndPathBesideTheBase()
 
 void tst_SetupDevDataInterface::sendsEachOperationWithItsWireForm_data()
 {
+    QTest::addColumn<OperationRow>("row");
     // An int stays an int32 inside the variant, a double a double.
-    addWireFormRows({
-        setValueCall("setValue double", 3.5),
-        setValueCall("setValue int", 7),
-        setValueCall("setValue bool", false),
-        setValueCall("setValue string", QStringLiteral("rack 2")),
-        setValueCall("setValue string list", QStringList{QStringLiteral("CH1"), QStringLiteral("CH2")}),
-        setValueCall("setValue long long", qlonglong(1) << 40),
-        setValueAsyncCall("setValueAsync double", -0.25),
-        setValueAsyncCall("setValueAsync string", QStringLiteral("rack 3")),
-        {"getValue", [](SetupDevDataInterface &p) { p.getValue(); }, "getValue", "", {}},
-        {"getString", [](SetupDevDataInterface &p) { p.getString(); }, "getString", "", {}},
-    });
+    for (const OperationRow &row : QList<OperationRow>{
+             setValueCall("setValue double", 3.5),
+             setValueCall("setValue int", 7),
+             setValueCall("setValue bool", false),
+             setValueCall("setValue string", QStringLiteral("rack 2")),
+             setValueCall("setValue string list", QStringList{QStringLiteral("CH1"), QStringLiteral("CH2")}),
+             setValueCall("setValue long long", qlonglong(1) << 40),
+             setValueAsyncCall("setValueAsync double", -0.25),
+             setValueAsyncCall("setValueAsync string", QStringLiteral("rack 3")),
+             {.operation = "getValue", .run = onProxy(&P::getValue)},
+             {.operation = "getString", .run = onProxy(&P::getString)},
+         })
+        QTest::newRow(row.operation) << row;
 }
 
 void tst_SetupDevDataInterface::sendsEachOperationWithItsWireForm()
 {
-    verifyWireForm();
+    QFETCH(OperationRow, row);
+    verifySentAsItsRow(*m_fake, *m_proxy, row);
 }
 
 void tst_SetupDevDataInterface::setValueSendsADoubleInsideOneVariant()
@@ -203,7 +205,7 @@ void tst_SetupDevDataInterface::setValueMapsEachReplyWithoutLogging_data()
 
     QTest::newRow("answered true") << ScriptedAnswer::value(true) << true << true;
     QTest::newRow("answered false") << ScriptedAnswer::value(false) << true << false;
-    QTest::newRow("error") << ScriptedAnswer::error(failedErrorName, QStringLiteral("refused")) << false << false;
+    QTest::newRow("error") << ScriptedAnswer::error(failedErrorName(), QStringLiteral("refused")) << false << false;
     QTest::newRow("wrong type") << ScriptedAnswer::value(1) << false << false;
     QTest::newRow("wrapped bool") << ScriptedAnswer::value(wrap(true)) << false << false;
     QTest::newRow("no value") << ScriptedAnswer::reply() << false << false;
@@ -372,7 +374,7 @@ void tst_SetupDevDataInterface::gettersLogOneLineOnAnErrorReply()
     QFETCH(QVariant, empty);
 
     LogCapture log;
-    m_fake->answer(member, ScriptedAnswer::error(failedErrorName, QStringLiteral("no device data")));
+    m_fake->answer(member, ScriptedAnswer::error(failedErrorName(), QStringLiteral("no device data")));
 
     const QVariant result = operation(*m_proxy);
 
@@ -454,7 +456,7 @@ void tst_SetupDevDataInterface::gettersLogOneLineWhenTheServiceIsAbsent()
 void tst_SetupDevDataInterface::gettersQuoteAndEscapeTheErrorMessage()
 {
     LogCapture log;
-    m_fake->answer("getString", ScriptedAnswer::error(failedErrorName, QStringLiteral("say \"hi\"")));
+    m_fake->answer("getString", ScriptedAnswer::error(failedErrorName(), QStringLiteral("say \"hi\"")));
 
     QCOMPARE(m_proxy->getString(), QString());
 
@@ -465,7 +467,7 @@ void tst_SetupDevDataInterface::gettersQuoteAndEscapeTheErrorMessage()
 
 void tst_SetupDevDataInterface::gettersLogNothingWhenOnlyAnEarlierCallFailed()
 {
-    m_fake->answer("setValue", ScriptedAnswer::error(failedErrorName, QStringLiteral("earlier failure")));
+    m_fake->answer("setValue", ScriptedAnswer::error(failedErrorName(), QStringLiteral("earlier failure")));
     m_fake->answer("getValue", ScriptedAnswer::value(wrap(2.5)));
     m_fake->answer("getString", ScriptedAnswer::value(QStringLiteral("2.5 V")));
     m_proxy->setValue(QVariant(1.0));
@@ -479,25 +481,28 @@ void tst_SetupDevDataInterface::gettersLogNothingWhenOnlyAnEarlierCallFailed()
 
 void tst_SetupDevDataInterface::asyncSetterReturnsAtOnceAndLeavesLastErrorAlone()
 {
-    verifyAsyncCallsReturnAtOnce({"getString", [](SetupDevDataInterface &p) { p.getString(); }, "getString", "", {}},
+    verifyAsyncCallsReturnAtOnce(*m_fake, *m_proxy, {.operation = "getString", .run = onProxy(&P::getString)},
                                  asyncCalls());
 }
 
 void tst_SetupDevDataInterface::asyncSetterToAnAbsentServiceLogsNothing()
 {
-    verifyAsyncCallsToAnAbsentServiceShowNothing(asyncCalls());
+    SetupDevDataInterface absent(absentService(), path, QDBusConnection::sessionBus());
+    verifyAsyncCallsShowNothing(absent, asyncCalls());
 }
 
 void tst_SetupDevDataInterface::metaObjectListsSignalsThenSlotsInDeclarationOrder()
 {
     verifyOwnMethods(
+        SetupDevDataInterface::staticMetaObject,
         {"setupChanged(QDBusVariant)", "setValue(QVariant)", "setValueAsync(QVariant)", "getValue()", "getString()"},
         {"setupChanged(QDBusVariant)"}, {"void", "QDBusReply<bool>", "void", "QVariant", "QString"});
 }
 
 void tst_SetupDevDataInterface::metaCastKnowsTheClassAndLeavesTheRestToTheBase()
 {
-    verifyMetaCastOf("SetupDevDataInterface", {"SetupStringInterface", "SetupDevData"});
+    QCOMPARE(m_proxy->metaObject(), &SetupDevDataInterface::staticMetaObject);
+    verifyMetaCast(*m_proxy, "SetupDevDataInterface", {"SetupStringInterface", "SetupDevData"});
 }
 
 void tst_SetupDevDataInterface::invokingSlotsByNameGivesTheDirectResult()
@@ -535,7 +540,7 @@ void tst_SetupDevDataInterface::invokingSlotsByNameGivesTheDirectResult()
 void tst_SetupDevDataInterface::invokingGetStringByNameLogsLikeTheDirectCall()
 {
     LogCapture log;
-    m_fake->answer("getString", ScriptedAnswer::error(failedErrorName, QStringLiteral("no device data")));
+    m_fake->answer("getString", ScriptedAnswer::error(failedErrorName(), QStringLiteral("no device data")));
 
     QString text = QStringLiteral("stale");
     QVERIFY(QMetaObject::invokeMethod(m_proxy.get(), "getString", Qt::DirectConnection, Q_RETURN_ARG(QString, text)));

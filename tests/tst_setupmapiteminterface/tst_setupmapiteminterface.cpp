@@ -121,49 +121,53 @@ void tst_SetupMapItemInterface::mapsEachReply_data()
 {
     ReplyTable<P> table(ScriptedAnswer::error(failure, QStringLiteral("refused")));
     table.reply(
-        "setValue", [](P &p) { return outcomeOf(p.setValue("k", QVariant(1))); }, true, 1, false);
+        "setValue", [](P &p) { return seenOf(p.setValue("k", QVariant(1))); }, true, 1, false);
     table.reply(
-        "getAllKeys", [](P &p) { return outcomeOf(p.getAllKeys()); },
+        "getAllKeys", [](P &p) { return seenOf(p.getAllKeys()); },
         QStringList{QStringLiteral("ch1"), QStringLiteral("ch2")}, QStringLiteral("ch1"), QStringList());
     table.reply(
-        "isKeyAvailable", [](P &p) { return outcomeOf(p.isKeyAvailable("ch1")); }, true, 1, false);
+        "isKeyAvailable", [](P &p) { return seenOf(p.isKeyAvailable("ch1")); }, true, 1, false);
     table.reply(
-        "isChangeable", [](P &p) { return outcomeOf(p.isChangeable()); }, true, QStringLiteral("yes"), false);
+        "isChangeable", [](P &p) { return seenOf(p.isChangeable()); }, true, QStringLiteral("yes"), false);
     table.reply(
-        "getString", [](P &p) { return outcomeOf(p.getString()); }, QStringLiteral("ch1=Left, ch2=Right"), 2,
-        QString());
+        "getString", [](P &p) { return seenOf(p.getString()); }, QStringLiteral("ch1=Left, ch2=Right"), 2, QString());
     table.reply(
-        "size", [](P &p) { return outcomeOf(p.size()); }, 2, 2.0, 0);
+        "size", [](P &p) { return seenOf(p.size()); }, 2, 2.0, 0);
     table.reply(
-        "removeItem", [](P &p) { return outcomeOf(p.removeItem("ch1")); }, 1, true, 0);
+        "removeItem", [](P &p) { return seenOf(p.removeItem("ch1")); }, 1, true, 0);
 
     // The variant getters hand back the value inside the variant, invalid on any failure.
     table.checked(
-        "getValue", "getValue", [](P &p) { return plainOutcome(p.getValue("ch1")); }, wrappedValue(2.5), 2.5, 2.5,
+        "getValue", "getValue", [](P &p) { return seenOf(p.getValue("ch1")); }, wrappedValue(2.5), 2.5, 2.5,
         QVariant());
     table.checked(
-        "getBaseElement", "getBaseElement", [](P &p) { return plainOutcome(p.getBaseElement()); },
+        "getBaseElement", "getBaseElement", [](P &p) { return seenOf(p.getBaseElement()); },
         wrappedValue(QStringLiteral("label")), QStringLiteral("label"), QStringLiteral("label"), QVariant());
 }
 
 void tst_SetupMapItemInterface::mapsEachReply()
 {
-    verifyReplyRow(*m_fake, *m_proxy);
+    verifyMappedReply(*m_fake, *m_proxy);
 }
 
 void tst_SetupMapItemInterface::givesInvalidRepliesWhenTheServiceIsAbsent_data()
 {
     addAbsentRows<P>({
-        {"setValue", [](P &p) { return unanswered(p.setValue("k", QVariant(1))); }, false},
-        {"getAllKeys", [](P &p) { return unanswered(p.getAllKeys()); }, QStringList()},
-        {"isKeyAvailable", [](P &p) { return unanswered(p.isKeyAvailable("k")); }, false},
-        {"isChangeable", [](P &p) { return unanswered(p.isChangeable()); }, false},
-        {"getValue", [](P &p) { return unanswered(p.getValue("k")); }, QVariant()},
-        {"getBaseElement", [](P &p) { return unanswered(p.getBaseElement()); }, QVariant()},
-        {"getString", [](P &p) { return unanswered(p.getString()); }, QString()},
-        {"size", [](P &p) { return unanswered(p.size()); }, 0},
-        {"removeItem", [](P &p) { return unanswered(p.removeItem("k")); }, 0},
-        {"setToDefault", returningNothing<P>([](P &p) { p.setToDefault(); }), QVariant()},
+        {"setValue", [](P &p) { return seenOf(p.setValue("k", QVariant(1))); }, false},
+        {"getAllKeys", [](P &p) { return seenOf(p.getAllKeys()); }, QStringList()},
+        {"isKeyAvailable", [](P &p) { return seenOf(p.isKeyAvailable("k")); }, false},
+        {"isChangeable", [](P &p) { return seenOf(p.isChangeable()); }, false},
+        {"getValue", [](P &p) { return seenOf(p.getValue("k")); }, QVariant()},
+        {"getBaseElement", [](P &p) { return seenOf(p.getBaseElement()); }, QVariant()},
+        {"getString", [](P &p) { return seenOf(p.getString()); }, QString()},
+        {"size", [](P &p) { return seenOf(p.size()); }, 0},
+        {"removeItem", [](P &p) { return seenOf(p.removeItem("k")); }, 0},
+        {"setToDefault",
+         [](P &p) {
+             p.setToDefault();
+             return Seen{};
+         },
+         QVariant()},
     });
 }
 
@@ -174,12 +178,12 @@ void tst_SetupMapItemInterface::givesInvalidRepliesWhenTheServiceIsAbsent()
 
 void tst_SetupMapItemInterface::variantGettersReturnTheValueInsideTheVariant_data()
 {
-    QTest::addColumn<ProxyGetter>("getter");
+    QTest::addColumn<ProxyOperation>("getter");
     QTest::addColumn<QString>("member");
     QTest::addColumn<QVariant>("value");
 
-    const ProxyGetter getValue = forAnyProxy<P, QVariant>([](P &p) { return p.getValue("k"); });
-    const ProxyGetter getBaseElement = forAnyProxy<P, QVariant>([](P &p) { return p.getBaseElement(); });
+    const ProxyOperation getValue = onProxy<P>([](P &p) { return p.getValue("k"); });
+    const ProxyOperation getBaseElement = onProxy<P>([](P &p) { return p.getBaseElement(); });
     QTest::newRow("getValue int") << getValue << "getValue" << QVariant(5);
     QTest::newRow("getValue bool") << getValue << "getValue" << QVariant(false);
     QTest::newRow("getValue string") << getValue << "getValue" << QVariant(QStringLiteral("Left"));
@@ -190,13 +194,13 @@ void tst_SetupMapItemInterface::variantGettersReturnTheValueInsideTheVariant_dat
 
 void tst_SetupMapItemInterface::variantGettersReturnTheValueInsideTheVariant()
 {
-    QFETCH(ProxyGetter, getter);
+    QFETCH(ProxyOperation, getter);
     QFETCH(QString, member);
     QFETCH(QVariant, value);
 
     m_fake->answer(member, ScriptedAnswer::value(wrappedValue(value)));
 
-    const QVariant received = getter(*m_proxy);
+    const QVariant received = getter(*m_proxy).value;
 
     QCOMPARE(received.userType(), value.userType());
     QCOMPARE(received, value);

@@ -215,67 +215,72 @@ void tst_SetupMapListInterface::mapsEachReply_data()
 {
     ReplyTable<P> table(ScriptedAnswer::error(failure, QStringLiteral("refused")));
     table.reply(
-        "setValue map", "setValue", [](P &p) { return outcomeOf(p.setValue("Quiet", preset())); }, true, 1, false);
+        "setValue map", "setValue", [](P &p) { return seenOf(p.setValue("Quiet", preset())); }, true, 1, false);
     table.reply(
-        "setValue item", "setValue", [](P &p) { return outcomeOf(p.setValue(0, "gain", QVariant(1.0))); }, true,
+        "setValue item", "setValue", [](P &p) { return seenOf(p.setValue(0, "gain", QVariant(1.0))); }, true,
         QStringLiteral("ok"), false);
     table.reply(
-        "getAllKeys", [](P &p) { return outcomeOf(p.getAllKeys()); },
+        "getAllKeys", [](P &p) { return seenOf(p.getAllKeys()); },
         QStringList{QStringLiteral("Quiet"), QStringLiteral("Loud")}, 2, QStringList());
     table.reply(
-        "isKeyAvailable", [](P &p) { return outcomeOf(p.isKeyAvailable("Quiet")); }, true, 1, false);
+        "isKeyAvailable", [](P &p) { return seenOf(p.isKeyAvailable("Quiet")); }, true, 1, false);
     table.reply(
-        "getKeyPosition", [](P &p) { return outcomeOf(p.getKeyPosition("Loud")); }, 1, true, 0);
+        "getKeyPosition", [](P &p) { return seenOf(p.getKeyPosition("Loud")); }, 1, true, 0);
     table.reply(
-        "isChangeable", [](P &p) { return outcomeOf(p.isChangeable()); }, true, QStringLiteral("true"), false);
+        "isChangeable", [](P &p) { return seenOf(p.isChangeable()); }, true, QStringLiteral("true"), false);
     table.reply(
-        "size", [](P &p) { return outcomeOf(p.size()); }, 3, 3.0, 0);
+        "size", [](P &p) { return seenOf(p.size()); }, 3, 3.0, 0);
     table.reply(
-        "removeItem", [](P &p) { return outcomeOf(p.removeItem(0)); }, true, 1, false);
+        "removeItem", [](P &p) { return seenOf(p.removeItem(0)); }, true, 1, false);
 
     table.checked(
-        "getValue position", "getValue", [](P &p) { return plainOutcome(p.getValue(0)); }, QVariant(preset()),
+        "getValue position", "getValue", [](P &p) { return seenOf(p.getValue(0)); }, QVariant(preset()),
         QVariant(preset()), QStringLiteral("Quiet"), QVariant(SettingsMap()));
     table.checked(
-        "getValue item", "getValue", [](P &p) { return plainOutcome(p.getValue(0, "gain")); }, wrappedValue(2.5),
+        "getValue item", "getValue", [](P &p) { return seenOf(p.getValue(0, "gain")); }, wrappedValue(2.5),
         QVariant(2.5), 2.5, QVariant());
     table.checked(
-        "getStringValue", "getStringValue", [](P &p) { return plainOutcome(p.getStringValue(0, "gain")); },
+        "getStringValue", "getStringValue", [](P &p) { return seenOf(p.getStringValue(0, "gain")); },
         QStringLiteral("2.5 dB"), QStringLiteral("2.5 dB"), 2.5, QVariant(QString()));
     table.checked(
-        "getString", "getString", [](P &p) { return plainOutcome(p.getString(0)); }, QStringLiteral("Quiet: 2.5 dB"),
+        "getString", "getString", [](P &p) { return seenOf(p.getString(0)); }, QStringLiteral("Quiet: 2.5 dB"),
         QStringLiteral("Quiet: 2.5 dB"), wrappedValue(QStringLiteral("Quiet")), QVariant(QString()));
     table.checked(
-        "getMin", "getMin", [](P &p) { return plainOutcome(p.getMin(0, "gain")); }, wrappedValue(-10), QVariant(-10),
-        -10, QVariant());
+        "getMin", "getMin", [](P &p) { return seenOf(p.getMin(0, "gain")); }, wrappedValue(-10), QVariant(-10), -10,
+        QVariant());
     table.checked(
-        "getMax", "getMax", [](P &p) { return plainOutcome(p.getMax(0, "gain")); }, wrappedValue(10.5), QVariant(10.5),
+        "getMax", "getMax", [](P &p) { return seenOf(p.getMax(0, "gain")); }, wrappedValue(10.5), QVariant(10.5),
         QStringLiteral("10.5"), QVariant());
 }
 
 void tst_SetupMapListInterface::mapsEachReply()
 {
-    verifyReplyRow(*m_fake, *m_proxy);
+    verifyMappedReply(*m_fake, *m_proxy);
 }
 
 void tst_SetupMapListInterface::givesEmptyValuesWhenTheServiceIsAbsent_data()
 {
     addAbsentRows<P>({
-        {"setValue map", [](P &p) { return unanswered(p.setValue("Quiet", preset())); }, false},
-        {"setValue item", [](P &p) { return unanswered(p.setValue(0, "gain", QVariant(1))); }, false},
-        {"getAllKeys", [](P &p) { return unanswered(p.getAllKeys()); }, QStringList()},
-        {"isKeyAvailable", [](P &p) { return unanswered(p.isKeyAvailable("Quiet")); }, false},
-        {"getKeyPosition", [](P &p) { return unanswered(p.getKeyPosition("Quiet")); }, 0},
-        {"isChangeable", [](P &p) { return unanswered(p.isChangeable()); }, false},
-        {"getValue position", [](P &p) { return unanswered(p.getValue(0)); }, QVariant(SettingsMap())},
-        {"getValue item", [](P &p) { return unanswered(p.getValue(0, "gain")); }, QVariant()},
-        {"getStringValue", [](P &p) { return unanswered(p.getStringValue(0, "gain")); }, QString()},
-        {"getString", [](P &p) { return unanswered(p.getString(0)); }, QString()},
-        {"getMin", [](P &p) { return unanswered(p.getMin(0, "gain")); }, QVariant()},
-        {"getMax", [](P &p) { return unanswered(p.getMax(0, "gain")); }, QVariant()},
-        {"size", [](P &p) { return unanswered(p.size()); }, 0},
-        {"removeItem", [](P &p) { return unanswered(p.removeItem(0)); }, false},
-        {"setToDefault", returningNothing<P>([](P &p) { p.setToDefault(); }), QVariant()},
+        {"setValue map", [](P &p) { return seenOf(p.setValue("Quiet", preset())); }, false},
+        {"setValue item", [](P &p) { return seenOf(p.setValue(0, "gain", QVariant(1))); }, false},
+        {"getAllKeys", [](P &p) { return seenOf(p.getAllKeys()); }, QStringList()},
+        {"isKeyAvailable", [](P &p) { return seenOf(p.isKeyAvailable("Quiet")); }, false},
+        {"getKeyPosition", [](P &p) { return seenOf(p.getKeyPosition("Quiet")); }, 0},
+        {"isChangeable", [](P &p) { return seenOf(p.isChangeable()); }, false},
+        {"getValue position", [](P &p) { return seenOf(p.getValue(0)); }, QVariant(SettingsMap())},
+        {"getValue item", [](P &p) { return seenOf(p.getValue(0, "gain")); }, QVariant()},
+        {"getStringValue", [](P &p) { return seenOf(p.getStringValue(0, "gain")); }, QString()},
+        {"getString", [](P &p) { return seenOf(p.getString(0)); }, QString()},
+        {"getMin", [](P &p) { return seenOf(p.getMin(0, "gain")); }, QVariant()},
+        {"getMax", [](P &p) { return seenOf(p.getMax(0, "gain")); }, QVariant()},
+        {"size", [](P &p) { return seenOf(p.size()); }, 0},
+        {"removeItem", [](P &p) { return seenOf(p.removeItem(0)); }, false},
+        {"setToDefault",
+         [](P &p) {
+             p.setToDefault();
+             return Seen{};
+         },
+         QVariant()},
     });
 }
 

@@ -329,7 +329,7 @@ void tst_SetupMapMapItemInterface::emptyMapOfMapsSendsAnEmptyMap()
 
     QVERIFY(m_proxy->setDefaultMap(MapOfMaps()).value());
 
-    verifySingleWireCall(*m_fake, path, "setDefaultMap", "a{sv}", {"a{sv} {}"});
+    verifySingleCall(*m_fake, path, "setDefaultMap", "a{sv}", {"a{sv} {}"});
 }
 
 void tst_SetupMapMapItemInterface::asyncSetterWrapsTheMapWhileTheBlockingOneSendsItBare()
@@ -379,50 +379,50 @@ void tst_SetupMapMapItemInterface::mapsEachReply_data()
     ReplyTable<P> table(ScriptedAnswer::error(failure, QStringLiteral("refused")));
     const QStringList keys{QStringLiteral("in1"), QStringLiteral("in2")};
     table.reply(
-        "setValue map of maps", "setValue", [](P &p) { return outcomeOf(p.setValue(twoEntries())); }, true, 1, false);
+        "setValue map of maps", "setValue", [](P &p) { return seenOf(p.setValue(twoEntries())); }, true, 1, false);
     table.reply(
-        "setValue entry", "setValue", [](P &p) { return outcomeOf(p.setValue("p", cell("k", 1))); }, true,
+        "setValue entry", "setValue", [](P &p) { return seenOf(p.setValue("p", cell("k", 1))); }, true,
         QStringLiteral("true"), false);
     table.reply(
         "setValue string map", "setValue",
         [](P &p) {
-            return outcomeOf(p.setValue("p", SettingsStringMap{{QStringLiteral("k"), QStringLiteral("1")}}));
+            return seenOf(p.setValue("p", SettingsStringMap{{QStringLiteral("k"), QStringLiteral("1")}}));
         },
         true, 1.0, false);
     table.reply(
-        "setValue cell variant", "setValue", [](P &p) { return outcomeOf(p.setValue("p", "k", QVariant(1))); }, true, 1,
+        "setValue cell variant", "setValue", [](P &p) { return seenOf(p.setValue("p", "k", QVariant(1))); }, true, 1,
         false);
     table.reply(
-        "setValue cell string", "setValue", [](P &p) { return outcomeOf(p.setValue("p", "k", QStringLiteral("1"))); },
+        "setValue cell string", "setValue", [](P &p) { return seenOf(p.setValue("p", "k", QStringLiteral("1"))); },
         true, 1, false);
     table.reply(
-        "setDefaultMap map of maps", "setDefaultMap", [](P &p) { return outcomeOf(p.setDefaultMap(twoEntries())); },
-        true, 1, false);
+        "setDefaultMap map of maps", "setDefaultMap", [](P &p) { return seenOf(p.setDefaultMap(twoEntries())); }, true,
+        1, false);
     table.reply(
-        "setDefaultMap entry", "setDefaultMap", [](P &p) { return outcomeOf(p.setDefaultMap("p", cell("k", 1))); },
-        true, 1, false);
+        "setDefaultMap entry", "setDefaultMap", [](P &p) { return seenOf(p.setDefaultMap("p", cell("k", 1))); }, true,
+        1, false);
     table.reply(
-        "mergeFromDefaultMap entry", "mergeFromDefaultMap", [](P &p) { return outcomeOf(p.mergeFromDefaultMap("p")); },
+        "mergeFromDefaultMap entry", "mergeFromDefaultMap", [](P &p) { return seenOf(p.mergeFromDefaultMap("p")); },
         true, keys, false);
     table.reply(
-        "mergeFromDefaultMap all", "mergeFromDefaultMap", [](P &p) { return outcomeOf(p.mergeFromDefaultMap()); }, keys,
+        "mergeFromDefaultMap all", "mergeFromDefaultMap", [](P &p) { return seenOf(p.mergeFromDefaultMap()); }, keys,
         true, QStringList());
     table.reply(
-        "getAllKeys", [](P &p) { return outcomeOf(p.getAllKeys()); }, keys, QStringLiteral("in1"), QStringList());
+        "getAllKeys", [](P &p) { return seenOf(p.getAllKeys()); }, keys, QStringLiteral("in1"), QStringList());
     table.reply(
-        "isKeyAvailable", [](P &p) { return outcomeOf(p.isKeyAvailable("in1")); }, true, 1, false);
+        "isKeyAvailable", [](P &p) { return seenOf(p.isKeyAvailable("in1")); }, true, 1, false);
     table.reply(
-        "isChangeable", [](P &p) { return outcomeOf(p.isChangeable()); }, true, QStringLiteral("yes"), false);
+        "isChangeable", [](P &p) { return seenOf(p.isChangeable()); }, true, QStringLiteral("yes"), false);
     table.reply(
-        "getEnums", [](P &p) { return outcomeOf(p.getEnums("p", "k")); }, keys, wrappedValue(keys), QStringList());
+        "getEnums", [](P &p) { return seenOf(p.getEnums("p", "k")); }, keys, wrappedValue(keys), QStringList());
     table.reply(
-        "getString", [](P &p) { return outcomeOf(p.getString()); }, QStringLiteral("in1: on"), 1, QString());
+        "getString", [](P &p) { return seenOf(p.getString()); }, QStringLiteral("in1: on"), 1, QString());
     table.reply(
-        "size", [](P &p) { return outcomeOf(p.size()); }, 2, 2.0, 0);
+        "size", [](P &p) { return seenOf(p.size()); }, 2, 2.0, 0);
     table.reply(
-        "removeItem entry", "removeItem", [](P &p) { return outcomeOf(p.removeItem("p")); }, 1, true, 0);
+        "removeItem entry", "removeItem", [](P &p) { return seenOf(p.removeItem("p")); }, 1, true, 0);
     table.reply(
-        "removeItem cell", "removeItem", [](P &p) { return outcomeOf(p.removeItem("p", "k")); }, 4, true, 0);
+        "removeItem cell", "removeItem", [](P &p) { return seenOf(p.removeItem("p", "k")); }, 4, true, 0);
 
     SettingsMap entry;
     entry.insert(QStringLiteral("level"), 3);
@@ -431,70 +431,75 @@ void tst_SetupMapMapItemInterface::mapsEachReply_data()
     entryTexts.insert(QStringLiteral("level"), QStringLiteral("3"));
     entryTexts.insert(QStringLiteral("on"), QStringLiteral("true"));
     table.checked(
-        "getAllKeys entry", "getAllKeys", [](P &p) { return plainOutcome(p.getAllKeys("p")); }, keys, keys,
+        "getAllKeys entry", "getAllKeys", [](P &p) { return seenOf(p.getAllKeys("p")); }, keys, keys,
         QStringLiteral("in1"), QStringList());
     table.checked(
-        "getValue entry", "getValue", [](P &p) { return plainOutcome(p.getValue("p")); }, QVariant(entry),
-        QVariant(entry), wrappedValue(QVariant(entry)), QVariant(SettingsMap()));
+        "getValue entry", "getValue", [](P &p) { return seenOf(p.getValue("p")); }, QVariant(entry), QVariant(entry),
+        wrappedValue(QVariant(entry)), QVariant(SettingsMap()));
     table.checked(
-        "getValue cell", "getValue", [](P &p) { return plainOutcome(p.getValue("p", "k")); }, wrappedValue(3),
-        QVariant(3), 3, QVariant());
+        "getValue cell", "getValue", [](P &p) { return seenOf(p.getValue("p", "k")); }, wrappedValue(3), QVariant(3), 3,
+        QVariant());
     table.checked(
-        "getStringValue", "getStringValue", [](P &p) { return plainOutcome(p.getStringValue("p", "k")); },
+        "getStringValue", "getStringValue", [](P &p) { return seenOf(p.getStringValue("p", "k")); },
         QStringLiteral("3 dB"), QStringLiteral("3 dB"), 3, QVariant(QString()));
     table.checked(
-        "getStringMap", "getValue", [](P &p) { return plainOutcome(comparable(p.getStringMap("p"))); }, QVariant(entry),
+        "getStringMap", "getValue", [](P &p) { return seenOf(comparable(p.getStringMap("p"))); }, QVariant(entry),
         QVariant(entryTexts), QStringLiteral("level=3"), QVariant(QVariantMap()));
     table.checked(
-        "getMin", "getMin", [](P &p) { return plainOutcome(p.getMin("p", "k")); }, wrappedValue(-6.5), QVariant(-6.5),
-        -6.5, QVariant());
+        "getMin", "getMin", [](P &p) { return seenOf(p.getMin("p", "k")); }, wrappedValue(-6.5), QVariant(-6.5), -6.5,
+        QVariant());
     table.checked(
-        "getMax", "getMax", [](P &p) { return plainOutcome(p.getMax("p", "k")); }, wrappedValue(12), QVariant(12),
+        "getMax", "getMax", [](P &p) { return seenOf(p.getMax("p", "k")); }, wrappedValue(12), QVariant(12),
         QStringLiteral("12"), QVariant());
     table.checked(
-        "getBaseElement", "getBaseElement", [](P &p) { return plainOutcome(p.getBaseElement()); },
+        "getBaseElement", "getBaseElement", [](P &p) { return seenOf(p.getBaseElement()); },
         wrappedValue(QStringLiteral("template")), QVariant(QStringLiteral("template")), QStringLiteral("template"),
         QVariant());
     table.checked(
-        "getString entry", "getString", [](P &p) { return plainOutcome(p.getString("p")); }, QStringLiteral("level=3"),
+        "getString entry", "getString", [](P &p) { return seenOf(p.getString("p")); }, QStringLiteral("level=3"),
         QStringLiteral("level=3"), wrappedValue(QStringLiteral("level=3")), QVariant(QString()));
 }
 
 void tst_SetupMapMapItemInterface::mapsEachReply()
 {
-    verifyReplyRow(*m_fake, *m_proxy);
+    verifyMappedReply(*m_fake, *m_proxy);
 }
 
 void tst_SetupMapMapItemInterface::givesEmptyValuesWhenTheServiceIsAbsent_data()
 {
     addAbsentRows<P>({
-        {"setValue map of maps", [](P &p) { return unanswered(p.setValue(twoEntries())); }, false},
-        {"setValue entry", [](P &p) { return unanswered(p.setValue("p", cell("k", 1))); }, false},
-        {"setValue string map", [](P &p) { return unanswered(p.setValue("p", SettingsStringMap())); }, false},
-        {"setValue cell variant", [](P &p) { return unanswered(p.setValue("p", "k", QVariant(1))); }, false},
-        {"setValue cell string", [](P &p) { return unanswered(p.setValue("p", "k", QStringLiteral("1"))); }, false},
-        {"setDefaultMap map of maps", [](P &p) { return unanswered(p.setDefaultMap(twoEntries())); }, false},
-        {"setDefaultMap entry", [](P &p) { return unanswered(p.setDefaultMap("p", cell("k", 1))); }, false},
-        {"mergeFromDefaultMap entry", [](P &p) { return unanswered(p.mergeFromDefaultMap("p")); }, false},
-        {"mergeFromDefaultMap all", [](P &p) { return unanswered(p.mergeFromDefaultMap()); }, QStringList()},
-        {"getAllKeys", [](P &p) { return unanswered(p.getAllKeys()); }, QStringList()},
-        {"getAllKeys entry", [](P &p) { return unanswered(p.getAllKeys("p")); }, QStringList()},
-        {"isKeyAvailable", [](P &p) { return unanswered(p.isKeyAvailable("p")); }, false},
-        {"isChangeable", [](P &p) { return unanswered(p.isChangeable()); }, false},
-        {"getValue entry", [](P &p) { return unanswered(p.getValue("p")); }, QVariant(SettingsMap())},
-        {"getValue cell", [](P &p) { return unanswered(p.getValue("p", "k")); }, QVariant()},
-        {"getStringValue", [](P &p) { return unanswered(p.getStringValue("p", "k")); }, QString()},
-        {"getStringMap", [](P &p) { return unanswered(comparable(p.getStringMap("p"))); }, QVariantMap()},
-        {"getMin", [](P &p) { return unanswered(p.getMin("p", "k")); }, QVariant()},
-        {"getMax", [](P &p) { return unanswered(p.getMax("p", "k")); }, QVariant()},
-        {"getEnums", [](P &p) { return unanswered(p.getEnums("p", "k")); }, QStringList()},
-        {"getBaseElement", [](P &p) { return unanswered(p.getBaseElement()); }, QVariant()},
-        {"getString", [](P &p) { return unanswered(p.getString()); }, QString()},
-        {"getString entry", [](P &p) { return unanswered(p.getString("p")); }, QString()},
-        {"size", [](P &p) { return unanswered(p.size()); }, 0},
-        {"removeItem entry", [](P &p) { return unanswered(p.removeItem("p")); }, 0},
-        {"removeItem cell", [](P &p) { return unanswered(p.removeItem("p", "k")); }, 0},
-        {"setToDefault", returningNothing<P>([](P &p) { p.setToDefault(); }), QVariant()},
+        {"setValue map of maps", [](P &p) { return seenOf(p.setValue(twoEntries())); }, false},
+        {"setValue entry", [](P &p) { return seenOf(p.setValue("p", cell("k", 1))); }, false},
+        {"setValue string map", [](P &p) { return seenOf(p.setValue("p", SettingsStringMap())); }, false},
+        {"setValue cell variant", [](P &p) { return seenOf(p.setValue("p", "k", QVariant(1))); }, false},
+        {"setValue cell string", [](P &p) { return seenOf(p.setValue("p", "k", QStringLiteral("1"))); }, false},
+        {"setDefaultMap map of maps", [](P &p) { return seenOf(p.setDefaultMap(twoEntries())); }, false},
+        {"setDefaultMap entry", [](P &p) { return seenOf(p.setDefaultMap("p", cell("k", 1))); }, false},
+        {"mergeFromDefaultMap entry", [](P &p) { return seenOf(p.mergeFromDefaultMap("p")); }, false},
+        {"mergeFromDefaultMap all", [](P &p) { return seenOf(p.mergeFromDefaultMap()); }, QStringList()},
+        {"getAllKeys", [](P &p) { return seenOf(p.getAllKeys()); }, QStringList()},
+        {"getAllKeys entry", [](P &p) { return seenOf(p.getAllKeys("p")); }, QStringList()},
+        {"isKeyAvailable", [](P &p) { return seenOf(p.isKeyAvailable("p")); }, false},
+        {"isChangeable", [](P &p) { return seenOf(p.isChangeable()); }, false},
+        {"getValue entry", [](P &p) { return seenOf(p.getValue("p")); }, QVariant(SettingsMap())},
+        {"getValue cell", [](P &p) { return seenOf(p.getValue("p", "k")); }, QVariant()},
+        {"getStringValue", [](P &p) { return seenOf(p.getStringValue("p", "k")); }, QString()},
+        {"getStringMap", [](P &p) { return seenOf(comparable(p.getStringMap("p"))); }, QVariantMap()},
+        {"getMin", [](P &p) { return seenOf(p.getMin("p", "k")); }, QVariant()},
+        {"getMax", [](P &p) { return seenOf(p.getMax("p", "k")); }, QVariant()},
+        {"getEnums", [](P &p) { return seenOf(p.getEnums("p", "k")); }, QStringList()},
+        {"getBaseElement", [](P &p) { return seenOf(p.getBaseElement()); }, QVariant()},
+        {"getString", [](P &p) { return seenOf(p.getString()); }, QString()},
+        {"getString entry", [](P &p) { return seenOf(p.getString("p")); }, QString()},
+        {"size", [](P &p) { return seenOf(p.size()); }, 0},
+        {"removeItem entry", [](P &p) { return seenOf(p.removeItem("p")); }, 0},
+        {"removeItem cell", [](P &p) { return seenOf(p.removeItem("p", "k")); }, 0},
+        {"setToDefault",
+         [](P &p) {
+             p.setToDefault();
+             return Seen{};
+         },
+         QVariant()},
     });
 }
 
@@ -573,8 +578,8 @@ void tst_SetupMapMapItemInterface::checkedOperationsLogOneLineWhenTheApplication
     const QDBusError error = m_proxy->lastError();
     QVERIFY(error.isValid());
     QCOMPARE(log.lines(),
-             debugLines({"SetupMapMapItemInterface::getValue():  " + debugQuoted(m_fake->service()) +
-                         "  /  \"/Setup/Routing\"  / Error: " + debugQuoted(error.message())}));
+             debugLines({"SetupMapMapItemInterface::getValue():  " + quoted(m_fake->service()) +
+                         "  /  \"/Setup/Routing\"  / Error: " + quoted(error.message())}));
 }
 
 void tst_SetupMapMapItemInterface::getStringMapAsksGetValueAndConvertsEveryValueToText()
@@ -593,7 +598,7 @@ void tst_SetupMapMapItemInterface::getStringMapAsksGetValueAndConvertsEveryValue
     QCOMPARE(texts.value(QStringLiteral("flag")), QStringLiteral("true"));
     QCOMPARE(texts.value(QStringLiteral("t")), QStringLiteral("x"));
     QCOMPARE(texts.value(QStringLiteral("d")), QStringLiteral("0.5"));
-    verifySingleWireCall(*m_fake, path, "getValue", "s", {"s \"in1\""});
+    verifySingleCall(*m_fake, path, "getValue", "s", {"s \"in1\""});
 }
 
 void tst_SetupMapMapItemInterface::getStringMapTurnsStructuredValuesIntoEmptyTexts()

@@ -222,64 +222,64 @@ void tst_SetupThresholdManagerInterface::sendsEachOperationWithItsWireForm()
 void tst_SetupThresholdManagerInterface::mapsEachReplyWithoutLogging_data()
 {
     const QString key = QStringLiteral("k");
-    ReplyTable<P> table(ScriptedAnswer::error(failure, QStringLiteral("refused")));
+    ReplyTable<P> table(ScriptedAnswer::error(failure, QStringLiteral("refused")), LogCheck::Nothing);
     table.reply(
-        "setValue", [key](P &p) { return outcomeOf(p.setValue(key, 1.0)); }, true, 1, false);
+        "setValue", [key](P &p) { return seenOf(p.setValue(key, 1.0)); }, true, 1, false);
     table.reply(
-        "getAllThresholdElements", [](P &p) { return outcomeOf(p.getAllThresholdElements()); },
-        QStringLiteral("k=1;j=2"), 12, QString());
+        "getAllThresholdElements", [](P &p) { return seenOf(p.getAllThresholdElements()); }, QStringLiteral("k=1;j=2"),
+        12, QString());
     table.reply(
-        "getAttributes", [key](P &p) { return outcomeOf(p.getAttributes(key)); }, 0x13, 19.0, 0);
+        "getAttributes", [key](P &p) { return seenOf(p.getAttributes(key)); }, 0x13, 19.0, 0);
     table.reply(
         "getMaxLocationDescriptionCharacterCount",
-        [](P &p) { return outcomeOf(p.getMaxLocationDescriptionCharacterCount()); }, 80, QStringLiteral("80"), 0);
+        [](P &p) { return seenOf(p.getMaxLocationDescriptionCharacterCount()); }, 80, QStringLiteral("80"), 0);
     table.reply(
-        "getMaxLocationNameCharacterCount", [](P &p) { return outcomeOf(p.getMaxLocationNameCharacterCount()); }, 16,
-        true, 0);
+        "getMaxLocationNameCharacterCount", [](P &p) { return seenOf(p.getMaxLocationNameCharacterCount()); }, 16, true,
+        0);
     table.reply(
-        "getMaxValue", [key](P &p) { return outcomeOf(p.getMaxValue(key)); }, 99.5, 99, 0.0);
+        "getMaxValue", [key](P &p) { return seenOf(p.getMaxValue(key)); }, 99.5, 99, 0.0);
     table.reply(
-        "getMinValue", [key](P &p) { return outcomeOf(p.getMinValue(key)); }, -3.25, QStringLiteral("-3.25"), 0.0);
+        "getMinValue", [key](P &p) { return seenOf(p.getMinValue(key)); }, -3.25, QStringLiteral("-3.25"), 0.0);
     table.reply(
         "getThresholdElementsForLocation",
-        [](P &p) { return outcomeOf(p.getThresholdElementsForLocation(QStringLiteral("Hall A"))); },
-        QStringLiteral("k=1"), QStringList{QStringLiteral("k=1")}, QString());
+        [](P &p) { return seenOf(p.getThresholdElementsForLocation(QStringLiteral("Hall A"))); }, QStringLiteral("k=1"),
+        QStringList{QStringLiteral("k=1")}, QString());
     table.reply(
-        "getValue", [key](P &p) { return outcomeOf(p.getValue(key)); }, 12.75, 12, 0.0);
+        "getValue", [key](P &p) { return seenOf(p.getValue(key)); }, 12.75, 12, 0.0);
     table.reply(
-        "getString", [key](P &p) { return outcomeOf(p.getString(key)); }, QStringLiteral("12.75 dB"), 12.75, QString());
+        "getString", [key](P &p) { return seenOf(p.getString(key)); }, QStringLiteral("12.75 dB"), 12.75, QString());
     table.reply(
-        "getLocationNames", [](P &p) { return outcomeOf(p.getLocationNames()); },
+        "getLocationNames", [](P &p) { return seenOf(p.getLocationNames()); },
         QStringList{QStringLiteral("Hall A"), QStringLiteral("Hall B")}, QStringLiteral("Hall A"), QStringList());
     table.reply(
-        "getLocationDescription", [](P &p) { return outcomeOf(p.getLocationDescription(QStringLiteral("Hall A"))); },
+        "getLocationDescription", [](P &p) { return seenOf(p.getLocationDescription(QStringLiteral("Hall A"))); },
         QStringLiteral("north wall"), 1, QString());
     table.reply(
-        "isLocationEditable", [](P &p) { return outcomeOf(p.isLocationEditable(QStringLiteral("Hall A"))); }, true,
+        "isLocationEditable", [](P &p) { return seenOf(p.isLocationEditable(QStringLiteral("Hall A"))); }, true,
         QStringLiteral("true"), false);
     table.reply(
-        "size", [](P &p) { return outcomeOf(p.size()); }, 7, 7.0, 0);
+        "size", [](P &p) { return seenOf(p.size()); }, 7, 7.0, 0);
     table.reply(
-        "isChangeable", [](P &p) { return outcomeOf(p.isChangeable()); }, true, 1, false);
+        "isChangeable", [](P &p) { return seenOf(p.isChangeable()); }, true, 1, false);
     table.reply(
         "setLocationDescription",
-        [](P &p) { return outcomeOf(p.setLocationDescription(QStringLiteral("Hall A"), QStringLiteral("d"))); }, true,
+        [](P &p) { return seenOf(p.setLocationDescription(QStringLiteral("Hall A"), QStringLiteral("d"))); }, true,
         QStringLiteral("yes"), false);
     table.reply(
         "createLocation",
-        [](P &p) { return outcomeOf(p.createLocation(QStringLiteral("Hall B"), QStringLiteral("Hall A"))); }, true, 1,
+        [](P &p) { return seenOf(p.createLocation(QStringLiteral("Hall B"), QStringLiteral("Hall A"))); }, true, 1,
         false);
     table.reply(
-        "deleteLocation", [](P &p) { return outcomeOf(p.deleteLocation(QStringLiteral("Hall B"))); }, true, 0, false);
+        "deleteLocation", [](P &p) { return seenOf(p.deleteLocation(QStringLiteral("Hall B"))); }, true, 0, false);
     table.reply(
         "renameLocation",
-        [](P &p) { return outcomeOf(p.renameLocation(QStringLiteral("Hall A"), QStringLiteral("Hall C"))); }, true, 2.0,
+        [](P &p) { return seenOf(p.renameLocation(QStringLiteral("Hall A"), QStringLiteral("Hall C"))); }, true, 2.0,
         false);
 }
 
 void tst_SetupThresholdManagerInterface::mapsEachReplyWithoutLogging()
 {
-    verifyReplyRow(*m_fake, *m_proxy, Logging::None);
+    verifyMappedReply(*m_fake, *m_proxy);
 }
 
 void tst_SetupThresholdManagerInterface::givesInvalidDefaultRepliesAndLogsNothingWhenTheServiceIsAbsent_data()
@@ -287,37 +287,40 @@ void tst_SetupThresholdManagerInterface::givesInvalidDefaultRepliesAndLogsNothin
     const QString key = QStringLiteral("k");
     const QString location = QStringLiteral("Hall A");
     addAbsentRows<P>({
-        {"setValue", [=](P &p) { return unanswered(p.setValue(key, 1.0)); }, false},
-        {"getAllThresholdElements", [](P &p) { return unanswered(p.getAllThresholdElements()); }, QString()},
-        {"getAttributes", [=](P &p) { return unanswered(p.getAttributes(key)); }, 0},
+        {"setValue", [=](P &p) { return seenOf(p.setValue(key, 1.0)); }, false},
+        {"getAllThresholdElements", [](P &p) { return seenOf(p.getAllThresholdElements()); }, QString()},
+        {"getAttributes", [=](P &p) { return seenOf(p.getAttributes(key)); }, 0},
         {"getMaxLocationDescriptionCharacterCount",
-         [](P &p) { return unanswered(p.getMaxLocationDescriptionCharacterCount()); }, 0},
-        {"getMaxLocationNameCharacterCount", [](P &p) { return unanswered(p.getMaxLocationNameCharacterCount()); }, 0},
-        {"getMaxValue", [=](P &p) { return unanswered(p.getMaxValue(key)); }, 0.0},
-        {"getMinValue", [=](P &p) { return unanswered(p.getMinValue(key)); }, 0.0},
-        {"getThresholdElementsForLocation",
-         [=](P &p) { return unanswered(p.getThresholdElementsForLocation(location)); }, QString()},
-        {"getValue", [=](P &p) { return unanswered(p.getValue(key)); }, 0.0},
-        {"getString", [=](P &p) { return unanswered(p.getString(key)); }, QString()},
-        {"getLocationNames", [](P &p) { return unanswered(p.getLocationNames()); }, QStringList()},
-        {"getLocationDescription", [=](P &p) { return unanswered(p.getLocationDescription(location)); }, QString()},
-        {"isLocationEditable", [=](P &p) { return unanswered(p.isLocationEditable(location)); }, false},
-        {"size", [](P &p) { return unanswered(p.size()); }, 0},
-        {"isChangeable", [](P &p) { return unanswered(p.isChangeable()); }, false},
+         [](P &p) { return seenOf(p.getMaxLocationDescriptionCharacterCount()); }, 0},
+        {"getMaxLocationNameCharacterCount", [](P &p) { return seenOf(p.getMaxLocationNameCharacterCount()); }, 0},
+        {"getMaxValue", [=](P &p) { return seenOf(p.getMaxValue(key)); }, 0.0},
+        {"getMinValue", [=](P &p) { return seenOf(p.getMinValue(key)); }, 0.0},
+        {"getThresholdElementsForLocation", [=](P &p) { return seenOf(p.getThresholdElementsForLocation(location)); },
+         QString()},
+        {"getValue", [=](P &p) { return seenOf(p.getValue(key)); }, 0.0},
+        {"getString", [=](P &p) { return seenOf(p.getString(key)); }, QString()},
+        {"getLocationNames", [](P &p) { return seenOf(p.getLocationNames()); }, QStringList()},
+        {"getLocationDescription", [=](P &p) { return seenOf(p.getLocationDescription(location)); }, QString()},
+        {"isLocationEditable", [=](P &p) { return seenOf(p.isLocationEditable(location)); }, false},
+        {"size", [](P &p) { return seenOf(p.size()); }, 0},
+        {"isChangeable", [](P &p) { return seenOf(p.isChangeable()); }, false},
         {"setLocationDescription",
-         [=](P &p) { return unanswered(p.setLocationDescription(location, QStringLiteral("d"))); }, false},
-        {"setToDefault", returningNothing<P>([](P &p) { p.setToDefault(); }), QVariant()},
-        {"createLocation", [=](P &p) { return unanswered(p.createLocation(location, QStringLiteral("Hall B"))); },
-         false},
-        {"deleteLocation", [=](P &p) { return unanswered(p.deleteLocation(location)); }, false},
-        {"renameLocation", [=](P &p) { return unanswered(p.renameLocation(location, QStringLiteral("Hall B"))); },
-         false},
+         [=](P &p) { return seenOf(p.setLocationDescription(location, QStringLiteral("d"))); }, false},
+        {"setToDefault",
+         [](P &p) {
+             p.setToDefault();
+             return Seen{};
+         },
+         QVariant()},
+        {"createLocation", [=](P &p) { return seenOf(p.createLocation(location, QStringLiteral("Hall B"))); }, false},
+        {"deleteLocation", [=](P &p) { return seenOf(p.deleteLocation(location)); }, false},
+        {"renameLocation", [=](P &p) { return seenOf(p.renameLocation(location, QStringLiteral("Hall B"))); }, false},
     });
 }
 
 void tst_SetupThresholdManagerInterface::givesInvalidDefaultRepliesAndLogsNothingWhenTheServiceIsAbsent()
 {
-    verifyAbsentRow<P>(path, Logging::None);
+    verifyAbsentRow<P>(path, LogCheck::Nothing);
 }
 
 void tst_SetupThresholdManagerInterface::setToDefaultWaitsForTheAnswerAndDropsIt()

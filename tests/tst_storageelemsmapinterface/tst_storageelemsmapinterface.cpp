@@ -90,17 +90,17 @@ void tst_StorageElemsMapInterface::sendsEachOperationWithItsWireForm()
 
 void tst_StorageElemsMapInterface::mapsEachReplyWithoutLogging_data()
 {
-    ReplyTable<P> table(ScriptedAnswer::error(failure, QStringLiteral("refused")));
+    ReplyTable<P> table(ScriptedAnswer::error(failure, QStringLiteral("refused")), LogCheck::Nothing);
     table.reply(
-        "getValues", [](P &p) { return outcomeOf(p.getValues()); },
+        "getValues", [](P &p) { return seenOf(p.getValues()); },
         QStringList{QStringLiteral("Trace 2"), QStringLiteral("Trace 1")}, QStringLiteral("Trace 2"), QStringList());
     table.reply(
-        "count", [](P &p) { return outcomeOf(p.count()); }, 2, QStringLiteral("2"), 0);
+        "count", [](P &p) { return seenOf(p.count()); }, 2, QStringLiteral("2"), 0);
     table.reply(
-        "getSortOrder", [](P &p) { return outcomeOf(p.getSortOrder()); }, QStringLiteral("byName"), 1, QString());
+        "getSortOrder", [](P &p) { return seenOf(p.getSortOrder()); }, QStringLiteral("byName"), 1, QString());
 
     // A void reply accepts any method return and only fails on an error.
-    const auto setSortOrder = [](P &p) { return outcomeOf(p.setSortOrder(QStringLiteral("byName"))); };
+    const auto setSortOrder = [](P &p) { return seenOf(p.setSortOrder(QStringLiteral("byName"))); };
     table.row("setSortOrder", "answered", "setSortOrder", setSortOrder, ScriptedAnswer::reply(), true, QVariant());
     table.row("setSortOrder", "answered with a value", "setSortOrder", setSortOrder, ScriptedAnswer::value(true), true,
               QVariant());
@@ -109,23 +109,28 @@ void tst_StorageElemsMapInterface::mapsEachReplyWithoutLogging_data()
 
 void tst_StorageElemsMapInterface::mapsEachReplyWithoutLogging()
 {
-    verifyReplyRow(*m_fake, *m_proxy, Logging::None);
+    verifyMappedReply(*m_fake, *m_proxy);
 }
 
 void tst_StorageElemsMapInterface::givesInvalidRepliesAndLogsNothingWhenTheServiceIsAbsent_data()
 {
     addAbsentRows<P>({
-        {"getValues", [](P &p) { return unanswered(p.getValues()); }, QStringList()},
-        {"count", [](P &p) { return unanswered(p.count()); }, 0},
-        {"getSortOrder", [](P &p) { return unanswered(p.getSortOrder()); }, QString()},
-        {"setSortOrder", [](P &p) { return unanswered(p.setSortOrder(QStringLiteral("byName"))); }, QVariant()},
-        {"setToDefault", returningNothing<P>([](P &p) { p.setToDefault(); }), QVariant()},
+        {"getValues", [](P &p) { return seenOf(p.getValues()); }, QStringList()},
+        {"count", [](P &p) { return seenOf(p.count()); }, 0},
+        {"getSortOrder", [](P &p) { return seenOf(p.getSortOrder()); }, QString()},
+        {"setSortOrder", [](P &p) { return seenOf(p.setSortOrder(QStringLiteral("byName"))); }, QVariant()},
+        {"setToDefault",
+         [](P &p) {
+             p.setToDefault();
+             return Seen{};
+         },
+         QVariant()},
     });
 }
 
 void tst_StorageElemsMapInterface::givesInvalidRepliesAndLogsNothingWhenTheServiceIsAbsent()
 {
-    verifyAbsentRow<P>(path, Logging::None);
+    verifyAbsentRow<P>(path, LogCheck::Nothing);
 }
 
 void tst_StorageElemsMapInterface::setToDefaultWaitsForTheAnswerAndDropsIt()

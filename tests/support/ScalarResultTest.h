@@ -1,0 +1,98 @@
+#ifndef TESTS_SCALARRESULTTEST_H
+#define TESTS_SCALARRESULTTEST_H
+
+// The data-driven test every scalar result class shares. A class's test states the class as
+// a ScalarResultClass (its operations with their answers, its report openings, its slots)
+// and derives from ScalarResultTest, adding what is the class's own. Row tags name class,
+// operation and case: "ResultIntInterface/getValue/error reply".
+
+#include "ProxyTableTest.h"
+
+#include <QDBusAbstractInterface>
+#include <QList>
+#include <QObject>
+#include <QString>
+#include <QStringList>
+#include <QVariant>
+
+#include <memory>
+
+/// A scalar result class as its test states it.
+struct ScalarResultClass
+{
+    const char *className;
+    QString path;
+    ProxyFactory make;
+    /// Getters handing back a reply: .answered, .wrongType and the .empty value of a failure.
+    QList<OperationRow> getters;
+    /// Operations handing back QDBusReply<void>; .answered is an answer they must accept.
+    QList<OperationRow> commands;
+    /// The Comp getters: a list of variants, or an empty one after one line opening with .report.
+    QList<OperationRow> comps;
+    /// The class's own slots, in declaration order.
+    QStringList slotSignatures;
+    /// One reading: the value getValue() answers and the text getString() answers.
+    QVariant value;
+    QString text;
+    /// The whole line getValueComp() logs for the error message: say "hi" \ bye
+    QString escapedReport;
+    /// getValue, getString and getValueComp, and any .commands, invoked by name.
+    QList<OperationRow> byName;
+    /// Class names qt_metacast must not take for this class.
+    QList<const char *> otherClasses;
+};
+
+class ScalarResultTest : public ProxyTableTest
+{
+    Q_OBJECT
+
+public:
+    explicit ScalarResultTest(ScalarResultClass tested);
+    ~ScalarResultTest() override;
+
+protected:
+    /// The application refuses @p member with @p message: @p operation gives an empty list
+    /// after that one call without arguments, and logs exactly @p line.
+    void verifyOneReportLine(const ProxyOperation &operation, const QString &member, const QString &message,
+                             const QString &line);
+
+    /// None of @p names is a method of the class: unknown to the meta-object, not invocable,
+    /// and nothing is sent.
+    void verifyCannotBeFoundByName(const QList<const char *> &names);
+
+    const ScalarResultClass m_class;
+
+private Q_SLOTS:
+    void sendsEachOperationAsItsOwnMemberWithoutArguments_data();
+    void sendsEachOperationAsItsOwnMemberWithoutArguments();
+    void mapsEachGeneratedReply_data();
+    void mapsEachGeneratedReply();
+    void generatedOperationsGiveInvalidRepliesSilentlyWhenTheServiceIsAbsent_data();
+    void generatedOperationsGiveInvalidRepliesSilentlyWhenTheServiceIsAbsent();
+
+    void compGettersReturnTheElementsAsSent_data();
+    void compGettersReturnTheElementsAsSent();
+    void compGettersPassAnEmptyListOnWithoutAReport_data();
+    void compGettersPassAnEmptyListOnWithoutAReport();
+    void compGettersReportAnErrorReplyInOneLine_data();
+    void compGettersReportAnErrorReplyInOneLine();
+    void compGettersTreatAWrongTypedReplyAsAFailure_data();
+    void compGettersTreatAWrongTypedReplyAsAFailure();
+    void compGettersReportAnAbsentServiceInOneLine_data();
+    void compGettersReportAnAbsentServiceInOneLine();
+    void compReportQuotesAndEscapesTheErrorMessage();
+
+    void aFailedCallLeavesTheProxyAsItWas();
+
+    void metaObjectListsExactlyItsSlotsInOrder();
+    void metaCastKnowsTheClassAndLeavesTheRestToTheBase();
+    void invokingSlotsByNameGivesTheDirectResult_data();
+    void invokingSlotsByNameGivesTheDirectResult();
+
+private:
+    void addCompRows();
+    /// The row of the table's getters, commands or Comp getters named @p name.
+    ProxyOperation operationNamed(const char *name) const;
+};
+
+#endif
