@@ -128,6 +128,8 @@ public:
         m_uniqueName = connection.baseService();
     }
 
+    Q_INVOKABLE void releaseService() { connection().unregisterService(m_service); }
+
     Q_INVOKABLE void leaveBus()
     {
         QDBusConnection connection(m_connectionName);
@@ -265,6 +267,26 @@ void FakeMeasApplication::emitForeignSignal(const QString &path, const QString &
     const QDBusConnection connection = m_peer->foreignConnection();
     connection.send(signal);
     waitUntilRouted(connection);
+}
+
+void FakeMeasApplication::emitForeignSignalTo(const QString &destination, const QString &path, const QString &member,
+                                              const QList<QVariant> &arguments, const QString &interface)
+{
+    QDBusMessage signal = QDBusMessage::createTargetedSignal(destination, path, interface, member);
+    signal.setArguments(arguments);
+    const QDBusConnection connection = m_peer->foreignConnection();
+    connection.send(signal);
+    waitUntilRouted(connection);
+}
+
+QString FakeMeasApplication::foreignUniqueName() const
+{
+    return m_peer->foreignConnection().baseService();
+}
+
+void FakeMeasApplication::releaseService()
+{
+    QMetaObject::invokeMethod(m_peer.get(), "releaseService", Qt::BlockingQueuedConnection);
 }
 
 #include "FakeMeasApplication.moc"

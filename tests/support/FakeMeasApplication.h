@@ -87,6 +87,16 @@ public:
     void emitForeignSignal(const QString &path, const QString &member, const QList<QVariant> &arguments,
                            const QString &interface = interfaceName);
 
+    /// The same from the second connection, addressed to @p destination only (a unicast signal).
+    void emitForeignSignalTo(const QString &destination, const QString &path, const QString &member,
+                             const QList<QVariant> &arguments, const QString &interface = interfaceName);
+    /// The unique bus name of the second connection, which never owns the service.
+    QString foreignUniqueName() const;
+
+    /// Gives the service name up and stays on the bus, still able to emit signals, as an
+    /// application does that another instance replaces; returns once the daemon confirmed it.
+    void releaseService();
+
 private:
     std::unique_ptr<FakePeer> m_peer;
 };
