@@ -12,6 +12,8 @@
 #include <QPair>
 #include <QThread>
 
+#include <optional>
+
 const QString FakeMeasApplication::interfaceName = QStringLiteral("com.velk.mqx.MeasApplInterface");
 const QString FakeMeasApplication::notScriptedError = QStringLiteral("com.velk.mqx.Error.NotScripted");
 
@@ -88,7 +90,7 @@ public:
             QMutexLocker lock(&m_mutex);
             m_calls.append(
                 {message.path(), message.interface(), message.member(), message.signature(), message.arguments()});
-            answer = answerFor(message.path(), message.member());
+            answer = m_responder ? m_responder(m_calls.last()) : answerFor(message.path(), message.member());
         }
         switch (answer.kind) {
         case ScriptedAnswer::Reply:
@@ -116,6 +118,8 @@ public:
         const auto anyPath = m_answers.constFind(qMakePair(QString(), member));
         if (anyPath != m_answers.constEnd())
             return *anyPath;
+        if (m_unscripted)
+            return *m_unscripted;
         return ScriptedAnswer::error(FakeMeasApplication::notScriptedError,
                                      QStringLiteral("nothing scripted for %1 on %2").arg(member, path));
     }
@@ -174,6 +178,8 @@ public:
 
     mutable QMutex m_mutex;
     QHash<QPair<QString, QString>, ScriptedAnswer> m_answers;
+    std::optional<ScriptedAnswer> m_unscripted;
+    std::function<ScriptedAnswer(const ReceivedCall &)> m_responder;
     QList<ReceivedCall> m_calls;
 };
 
@@ -217,6 +223,18 @@ void FakeMeasApplication::answer(const QString &path, const QString &member, con
 {
     QMutexLocker lock(&m_peer->m_mutex);
     m_peer->m_answers.insert(qMakePair(path, member), answer);
+}
+
+void FakeMeasApplication::answerUnscripted(const ScriptedAnswer &answer)
+{
+    QMutexLocker lock(&m_peer->m_mutex);
+    m_peer->m_unscripted = answer;
+}
+
+void FakeMeasApplication::answerWith(const std::function<ScriptedAnswer(const ReceivedCall &)> &responder)
+{
+    QMutexLocker lock(&m_peer->m_mutex);
+    m_peer->m_responder = responder;
 }
 
 QList<ReceivedCall> FakeMeasApplication::calls() const

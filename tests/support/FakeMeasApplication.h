@@ -7,6 +7,7 @@
 #include <QString>
 #include <QVariant>
 
+#include <functional>
 #include <memory>
 
 /// One method call as the fake application received it.
@@ -72,6 +73,11 @@ public:
     void answer(const QString &member, const ScriptedAnswer &answer);
     /// Answers @p member on @p path only; wins over an any-path answer.
     void answer(const QString &path, const QString &member, const ScriptedAnswer &answer);
+
+    /// Answers every member that has no answer of its own (instead of the not-scripted error).
+    void answerUnscripted(const ScriptedAnswer &answer);
+    /// Lets @p responder answer every call, on the fake's own thread, instead of the script.
+    void answerWith(const std::function<ScriptedAnswer(const ReceivedCall &)> &responder);
 
     QList<ReceivedCall> calls() const;
     int callCount() const;
