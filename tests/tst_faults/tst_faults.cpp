@@ -2,6 +2,7 @@
 #include "BusTestSupport.h"
 #include "FakeMeasApplication.h"
 #include "LogCapture.h"
+#include "SlotInvocation.h"
 
 #include <QCoreApplication>
 #include <QDBusConnection>
@@ -39,57 +40,6 @@ int runSelfKillingApplication(int argc, char **argv)
     return 1;
 }
 
-/// A value of @p type as its default constructor makes it, with built-in types zeroed.
-QVariant defaultOf(int type)
-{
-#if QT_VERSION >= QT_VERSION_CHECK(6, 0, 0)
-    return QVariant(QMetaType(type), nullptr);
-#else
-    return QVariant(type, nullptr);
-#endif
-}
-
-/// Default-constructed arguments of a slot, to call it through the meta-object system.
-class DefaultArguments
-{
-public:
-    explicit DefaultArguments(const QMetaMethod &method)
-    {
-        for (int i = 0; i < method.parameterCount(); ++i) {
-            const int type = method.parameterType(i);
-            // An invalid QVariant could not be sent at all; QVariant zeroes a default of a built-in type.
-            const QVariant sendable = 0;
-            const QVariant zeroed = defaultOf(type);
-            m_values.push_back(
-                {type, QMetaType(type).create(type == QMetaType::QVariant ? &sendable : zeroed.constData())});
-            m_arguments[i] = QGenericArgument(method.parameterTypes().at(i).constData(), m_values.back().second);
-        }
-    }
-    ~DefaultArguments()
-    {
-        for (auto &value : m_values)
-            QMetaType(value.first).destroy(value.second);
-    }
-    bool complete() const
-    {
-        for (const auto &value : m_values) {
-            if (!value.second)
-                return false;
-        }
-        return true;
-    }
-    bool invoke(const QMetaMethod &method, QObject *object) const
-    {
-        const QGenericArgument *a = m_arguments;
-        return method.invoke(object, Qt::DirectConnection, a[0], a[1], a[2], a[3], a[4], a[5], a[6], a[7], a[8], a[9]);
-    }
-
-private:
-    Q_DISABLE_COPY(DefaultArguments)
-    std::vector<std::pair<int, void *>> m_values;
-    QGenericArgument m_arguments[10];
-};
-
 } // namespace
 
 /// A measurement application that dies, restarts or hangs never takes its clients with it.
@@ -109,8 +59,7 @@ private Q_SLOTS:
 
 void tst_Faults::initTestCase()
 {
-    // The map-of-maps parameter type, so that its operations can be called by name.
-    qRegisterMetaType<QMap<QString, QVariantMap>>("QMap<QString,QVariantMap>");
+    registerOperationTypes();
 }
 
 void tst_Faults::cleanup()
@@ -202,14 +151,14 @@ void tst_Faults::everyOperationThroughAProxyHonoursTheProxysOwnTimeout()
     std::unique_ptr<QDBusAbstractInterface> proxy(proxyClass.make(fake.service(), path, nullptr));
     // Short: nothing answers, so every blocking operation waits exactly this long.
     proxy->setTimeout(10);
-    const DefaultArguments arguments(operation);
-    QVERIFY(arguments.complete());
+    SlotInvocation invocation(operation);
+    QVERIFY(invocation.complete());
     const bool fireAndForget = operation.name().endsWith("Async");
 
     QElapsedTimer waited;
     waited.start();
     LogCapture log;
-    QVERIFY(arguments.invoke(operation, proxy.get()));
+    QVERIFY(invocation.invoke(proxy.get()));
 
     QVERIFY(waited.elapsed() < defaultTimeoutMs);
     QVERIFY(fake.waitForCalls(1));
