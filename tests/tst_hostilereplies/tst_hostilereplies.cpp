@@ -1,4 +1,5 @@
 #include "AllProxyClasses.h"
+#include "DBusConnector.h"
 #include "FakeMeasApplication.h"
 #include "HostileReplyGenerator.h"
 #include "LogCapture.h"
@@ -343,11 +344,15 @@ QString valueMismatch(const Operation &operation, const Outcome &outcome, const 
     return outcome.value == sent.value ? QString() : QStringLiteral("another value");
 }
 
+/// The seed of this run: the environment's, or one drawn once for the whole run.
 quint32 seedFromEnvironment()
 {
-    bool ok = false;
-    const quint32 seed = qEnvironmentVariable("DBUSINTERFACES_HOSTILE_SEED").toUInt(&ok);
-    return ok ? seed : QRandomGenerator::global()->generate();
+    static const quint32 seed = [] {
+        bool ok = false;
+        const quint32 given = qEnvironmentVariable("DBUSINTERFACES_HOSTILE_SEED").toUInt(&ok);
+        return ok ? given : QRandomGenerator::global()->generate();
+    }();
+    return seed;
 }
 
 int casesFromEnvironment()
@@ -373,9 +378,11 @@ private Q_SLOTS:
     void cleanupTestCase();
 
     void everyOperationGivesTheDescribedValueOrItsEmptyValueWithItsLinesWhateverTheAnswer();
+    void theRemoteCommandGivesTheAnswerOrANullStringWhateverTheAnswer();
 
 private:
     QString checkCase(const Operation &operation, const HostileAnswer &hostile);
+    QString checkRemoteCommand(RemoteCommandInterface &remote, const HostileAnswer &hostile);
     QList<LogLine> expectedLines(const Operation &operation, const HostileAnswer &hostile, bool accepted,
                                  QDBusAbstractInterface &proxy);
 
@@ -415,6 +422,7 @@ void tst_HostileReplies::cleanupTestCase()
 {
     m_proxies.clear();
     m_fake.reset();
+    DBusConnector::releaseInstance();
 }
 
 QList<LogLine> tst_HostileReplies::expectedLines(const Operation &operation, const HostileAnswer &hostile,
@@ -516,6 +524,63 @@ void tst_HostileReplies::everyOperationGivesTheDescribedValueOrItsEmptyValueWith
         }
         if (i % 200 == 199)
             m_fake->clearCalls();
+    }
+}
+
+QString tst_HostileReplies::checkRemoteCommand(RemoteCommandInterface &remote, const HostileAnswer &hostile)
+{
+    static const QString prefix = QStringLiteral("Parser Error: ");
+    const QString command = QStringLiteral("SET:GAIN");
+    const QString earlier = QStringLiteral("earlier ") + prefix;
+    m_fake->answerUnscripted(hostile.answer);
+    bool ok = false;
+    QString errorCode = earlier;
+    LogCapture log;
+
+    const QString result = remote.executeCommand(command, {QStringLiteral("1")}, &ok, &errorCode);
+
+    const QList<LogLine> lines = log.lines();
+    const bool accepted = !hostile.isError() && hostile.firstSignature() == QLatin1String("s");
+    const QString answer = accepted ? hostile.arguments.first().value.toString() : QString();
+    if (accepted && answer.startsWith(prefix)) {
+        if (!result.isNull() || ok)
+            return QStringLiteral("a parser error was not reported as one");
+        if (errorCode != QString(earlier + answer).remove(prefix))
+            return QStringLiteral("the error code reads %1").arg(errorCode);
+        const QList<LogLine> expected =
+            debugLines({QStringLiteral("RemoteCommandInterface::executeCommand()  ") + quoted(command) +
+                        QStringLiteral("  / Error PARSER_ERROR:  ") + quoted(answer)});
+        return lines == expected ? QString() : QStringLiteral("the parser error was logged otherwise");
+    }
+    if (!ok || errorCode != earlier || !lines.isEmpty())
+        return QStringLiteral("ok, the error code or the log changed without a parser error");
+    if (accepted && result != answer)
+        return QStringLiteral("the answer was not handed back as it came");
+    if (!accepted && !result.isNull())
+        return QStringLiteral("a failure gave a string that is not null");
+    return QString();
+}
+
+void tst_HostileReplies::theRemoteCommandGivesTheAnswerOrANullStringWhateverTheAnswer()
+{
+    const quint32 seed = seedFromEnvironment();
+    const int cases = std::max(1, casesFromEnvironment() / 8);
+    std::printf("hostile replies to the remote command: seed %u, %d cases\n", seed, cases);
+    std::fflush(stdout);
+    HostileReplyGenerator generator(seed);
+    RemoteCommandInterface remote(m_fake->service(), path, QDBusConnection::sessionBus());
+
+    for (int i = 0; i < cases; ++i) {
+        const auto shape = i % 2 == 0 ? HostileReplyGenerator::Shape::WellTyped : HostileReplyGenerator::Shape::Any;
+        const HostileAnswer hostile = generator.answer(QStringLiteral("s"), shape);
+        const QString problem = checkRemoteCommand(remote, hostile);
+        if (!problem.isNull()) {
+            QFAIL(qPrintable(QStringLiteral("seed %1, case %2: executeCommand answered %3: %4 "
+                                            "(DBUSINTERFACES_HOSTILE_SEED=%1 repeats it)")
+                                 .arg(seed)
+                                 .arg(i)
+                                 .arg(hostile.describe(), problem)));
+        }
     }
 }
 
