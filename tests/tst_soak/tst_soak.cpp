@@ -115,6 +115,9 @@ void tst_Soak::manyMixedCallsAllGetTheirAnswers()
         answered += !scalar.getString().isValid();
         map.setValueAsync(QStringLiteral("k"), QVariantMap{{QStringLiteral("n"), i}});
         ++answered;
+        // The fake application lives in this process: its record of calls must not count.
+        if (i % 1000 == 0)
+            m_fake->clearCalls();
     }
     syncWithBus(scalar.connection());
 
