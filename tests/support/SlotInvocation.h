@@ -52,6 +52,7 @@ public:
     explicit SlotInvocation(const QMetaMethod &method)
         : m_method(method)
         , m_returnType(method.returnType())
+        , m_typeNames(method.parameterTypes())
     {
         const QVariant sendable = 0;
         for (int i = 0; i < method.parameterCount(); ++i) {
@@ -59,7 +60,7 @@ public:
             const QVariant zeroed = defaultOf(type);
             m_values.push_back(
                 {type, QMetaType(type).create(type == QMetaType::QVariant ? &sendable : zeroed.constData())});
-            m_arguments[i] = QGenericArgument(method.parameterTypes().at(i).constData(), m_values.back().second);
+            m_arguments[i] = QGenericArgument(m_typeNames.at(i).constData(), m_values.back().second);
         }
         if (m_returnType != QMetaType::Void)
             m_result = QMetaType(m_returnType).create();
@@ -97,6 +98,8 @@ private:
     Q_DISABLE_COPY(SlotInvocation)
     QMetaMethod m_method;
     int m_returnType;
+    // Qt 6 compares these names with the slot's: they must outlive the call.
+    QList<QByteArray> m_typeNames;
     std::vector<std::pair<int, void *>> m_values;
     QGenericArgument m_arguments[10];
     void *m_result = nullptr;

@@ -7,6 +7,7 @@
 #include <QDBusVariant>
 #include <QDateTime>
 #include <QDebug>
+#include <QTimeZone>
 
 #include <limits>
 

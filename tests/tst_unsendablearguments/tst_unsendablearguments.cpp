@@ -16,15 +16,15 @@
 
 #include <memory>
 
-namespace {
-
-const QString path = QStringLiteral("/Setup/Element");
-
-/// A type nobody told QtDBus how to write.
+/// A type nobody told QtDBus how to write. Outside any namespace, so that Qt 5 and Qt 6 name it alike.
 struct Unregistered
 {
     int value = 0;
 };
+
+namespace {
+
+const QString path = QStringLiteral("/Setup/Element");
 
 /// @p value inside @p levels D-Bus variants.
 QVariant wrappedLevels(const QVariant &value, int levels)
