@@ -10,8 +10,12 @@ namespace ProxyCall {
 QDBusMessage callBlocking(QDBusAbstractInterface &proxy, const QString &member, const QList<QVariant> &args)
 {
     const QString refusal = SendableArguments::whyNotSendable(member, args);
-    if (!refusal.isNull())
+    if (!refusal.isNull()) {
+        // A lone invalid argument QtDBus refuses cleanly; that records the failure as the
+        // proxy's last error, as for any failed call, and sends nothing.
+        proxy.callWithArgumentList(QDBus::Block, member, {QVariant()});
         return QDBusMessage::createError(QDBusError::InvalidArgs, refusal);
+    }
     // Block, never AutoDetect: a proxy must not run the caller's event loop while it waits.
     return proxy.callWithArgumentList(QDBus::Block, member, args);
 }

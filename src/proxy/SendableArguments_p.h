@@ -16,7 +16,8 @@ namespace SendableArguments {
 /// that the bus daemon accepts in a message body.
 constexpr int maximumNesting = 64;
 
-/// Why @p args cannot be sent as the arguments of @p member, or a null string when they can.
+/// Why @p args cannot be sent as the arguments of @p member, or a null string when they can
+/// (or when QtDBus refuses them cleanly by itself).
 QString whyNotSendable(const QString &member, const QList<QVariant> &args);
 
 } // namespace SendableArguments

@@ -19,39 +19,30 @@ namespace {
 
 const QString path = QStringLiteral("/Element");
 
-/// What an operation handed back: a reply (valid or not, with its error) or a plain value.
-struct Outcome
-{
-    bool isReply = false;
-    bool valid = false;
-    QVariant value;
-    QDBusError error;
-};
-
+/// What the caller saw of a reply of T: validity, value and error.
 template<typename T>
-Outcome outcomeOfReply(const void *result)
+Seen seenOfReply(const void *result)
 {
-    const QDBusReply<T> &reply = *static_cast<const QDBusReply<T> *>(result);
-    return {true, reply.isValid(), QVariant::fromValue(reply.value()), reply.error()};
+    return seenOf(*static_cast<const QDBusReply<T> *>(result));
+}
+
+/// What the caller saw of a plain value of T.
+template<typename T>
+Seen seenOfValue(const void *result)
+{
+    return seenOf(*static_cast<const T *>(result));
 }
 
 template<>
-Outcome outcomeOfReply<void>(const void *result)
+Seen seenOfValue<int>(const void *result)
 {
-    const QDBusReply<void> &reply = *static_cast<const QDBusReply<void> *>(result);
-    return {true, reply.isValid(), QVariant(), reply.error()};
-}
-
-template<typename T>
-Outcome outcomeOfValue(const void *result)
-{
-    return {false, false, QVariant::fromValue(*static_cast<const T *>(result)), QDBusError()};
+    return {true, *static_cast<const int *>(result), std::nullopt};
 }
 
 /// How each result type is read, what the operation expects on the bus and what it gives after a failure.
 struct ResultKind
 {
-    std::function<Outcome(const void *)> read;
+    std::function<Seen(const void *)> read;
     QString signature;
     QVariant empty;
     /// Qt's own message for a failed reply read as this kind, for the report lines.
@@ -67,29 +58,27 @@ QString failureOf(const QDBusMessage &reply)
 const std::map<QByteArray, ResultKind> &resultKinds()
 {
     static const std::map<QByteArray, ResultKind> kinds = {
-        {"QDBusReply<int>", {outcomeOfReply<int>, QStringLiteral("i"), 0, failureOf<int>}},
-        {"QDBusReply<bool>", {outcomeOfReply<bool>, QStringLiteral("b"), false, failureOf<bool>}},
-        {"QDBusReply<double>", {outcomeOfReply<double>, QStringLiteral("d"), 0.0, failureOf<double>}},
-        {"QDBusReply<QString>", {outcomeOfReply<QString>, QStringLiteral("s"), QString(), failureOf<QString>}},
+        {"QDBusReply<int>", {seenOfReply<int>, QStringLiteral("i"), 0, failureOf<int>}},
+        {"QDBusReply<bool>", {seenOfReply<bool>, QStringLiteral("b"), false, failureOf<bool>}},
+        {"QDBusReply<double>", {seenOfReply<double>, QStringLiteral("d"), 0.0, failureOf<double>}},
+        {"QDBusReply<QString>", {seenOfReply<QString>, QStringLiteral("s"), QString(), failureOf<QString>}},
         {"QDBusReply<QStringList>",
-         {outcomeOfReply<QStringList>, QStringLiteral("as"), QStringList(), failureOf<QStringList>}},
+         {seenOfReply<QStringList>, QStringLiteral("as"), QStringList(), failureOf<QStringList>}},
         {"QDBusReply<QDateTime>",
-         {outcomeOfReply<QDateTime>, QStringLiteral("((iii)(iiii)i)"), QDateTime(), failureOf<QDateTime>}},
-        {"QDBusReply<void>", {outcomeOfReply<void>, QString(), QVariant(), failureOf<void>}},
-        {"QVariant", {outcomeOfValue<QVariant>, QStringLiteral("v"), QVariant(), failureOf<QDBusVariant>}},
-        {"QString", {outcomeOfValue<QString>, QStringLiteral("s"), QString(), failureOf<QString>}},
-        {"QStringList", {outcomeOfValue<QStringList>, QStringLiteral("as"), QStringList(), failureOf<QStringList>}},
-        {"QList<QVariant>",
-         {outcomeOfValue<QVariantList>, QStringLiteral("av"), QVariantList(), failureOf<QVariantList>}},
-        {"QVariantList", {outcomeOfValue<QVariantList>, QStringLiteral("av"), QVariantList(), failureOf<QVariantList>}},
+         {seenOfReply<QDateTime>, QStringLiteral("((iii)(iiii)i)"), QDateTime(), failureOf<QDateTime>}},
+        {"QDBusReply<void>", {seenOfReply<void>, QString(), QVariant(), failureOf<void>}},
+        {"QVariant", {seenOfValue<QVariant>, QStringLiteral("v"), QVariant(), failureOf<QDBusVariant>}},
+        {"QString", {seenOfValue<QString>, QStringLiteral("s"), QString(), failureOf<QString>}},
+        {"QStringList", {seenOfValue<QStringList>, QStringLiteral("as"), QStringList(), failureOf<QStringList>}},
+        {"QList<QVariant>", {seenOfValue<QVariantList>, QStringLiteral("av"), QVariantList(), failureOf<QVariantList>}},
+        {"QVariantList", {seenOfValue<QVariantList>, QStringLiteral("av"), QVariantList(), failureOf<QVariantList>}},
         {"QList<int>",
-         {outcomeOfValue<QList<int>>, QStringLiteral("av"), QVariant::fromValue(QList<int>()),
-          failureOf<QVariantList>}},
-        {"SettingsMap", {outcomeOfValue<SettingsMap>, QStringLiteral("a{sv}"), SettingsMap(), failureOf<SettingsMap>}},
+         {seenOfValue<QList<int>>, QStringLiteral("av"), QVariant::fromValue(QList<int>()), failureOf<QVariantList>}},
+        {"SettingsMap", {seenOfValue<SettingsMap>, QStringLiteral("a{sv}"), SettingsMap(), failureOf<SettingsMap>}},
         {"SettingsStringMap",
-         {outcomeOfValue<SettingsStringMap>, QStringLiteral("a{sv}"), QVariant::fromValue(SettingsStringMap()),
+         {seenOfValue<SettingsStringMap>, QStringLiteral("a{sv}"), QVariant::fromValue(SettingsStringMap()),
           failureOf<SettingsMap>}},
-        {"int", {outcomeOfValue<int>, QStringLiteral("i"), 0, failureOf<int>}},
+        {"int", {seenOfValue<int>, QStringLiteral("i"), 0, failureOf<int>}},
     };
     return kinds;
 }
@@ -215,7 +204,19 @@ struct Operation
     int proxyIndex;
     QMetaMethod method;
     ResultKind kind;
+    ProxyOperation run;
 };
+
+/// The slot @p method called by name with default arguments, its result read as @p kind says.
+ProxyOperation bySlot(const QMetaMethod &method, const ResultKind &kind)
+{
+    return [method, read = kind.read](QDBusAbstractInterface &proxy) {
+        SlotInvocation invocation(method);
+        if (!invocation.invoke(&proxy))
+            return Seen{false, QStringLiteral("<not callable>"), std::nullopt};
+        return read ? read(invocation.result()) : Seen{};
+    };
+}
 
 bool isBasic(const QString &signature)
 {
@@ -328,7 +329,7 @@ QString statusMismatch(const QList<int> &received, const GeneratedValue &sent)
 }
 
 /// Why the accepted value @p outcome is not what @p sent described, or a null string.
-QString valueMismatch(const Operation &operation, const Outcome &outcome, const GeneratedValue &sent)
+QString valueMismatch(const Operation &operation, const Seen &outcome, const GeneratedValue &sent)
 {
     const QByteArray type = operation.method.typeName();
     if (type == "QVariant")
@@ -408,12 +409,14 @@ void tst_HostileReplies::initTestCase()
             const auto kind = resultKinds().find(QByteArray(method.typeName()));
             const QString name = QString::fromLatin1(proxyClass.name) + QLatin1String("::") +
                 QString::fromLatin1(method.methodSignature());
+            QVERIFY2(SlotInvocation(method).complete(), qPrintable(name + QLatin1String(" cannot be called by name")));
             if (method.returnType() == QMetaType::Void) {
-                m_operations.push_back({name, int(m_proxies.size()) - 1, method, ResultKind()});
+                m_operations.push_back({name, int(m_proxies.size()) - 1, method, ResultKind(), bySlot(method, {})});
                 continue;
             }
             QVERIFY2(kind != resultKinds().end(), qPrintable(name + QLatin1String(" returns an unknown type")));
-            m_operations.push_back({name, int(m_proxies.size()) - 1, method, kind->second});
+            m_operations.push_back(
+                {name, int(m_proxies.size()) - 1, method, kind->second, bySlot(method, kind->second)});
         }
     }
 }
@@ -454,29 +457,25 @@ QString tst_HostileReplies::checkCase(const Operation &operation, const HostileA
 {
     QDBusAbstractInterface &proxy = *m_proxies.at(operation.proxyIndex);
     m_fake->answerUnscripted(hostile.answer);
-    SlotInvocation invocation(operation.method);
-    if (!invocation.complete())
-        return QStringLiteral("cannot call it by name");
-
     QList<LogLine> lines;
+    Seen outcome;
     {
         LogCapture log;
-        if (!invocation.invoke(&proxy))
-            return QStringLiteral("the call by name failed");
+        outcome = operation.run(proxy);
         lines = log.lines();
     }
     if (operation.method.returnType() == QMetaType::Void) {
         return lines.isEmpty() ? QString() : QStringLiteral("a void operation logged %1").arg(lines.first().text);
     }
 
-    const Outcome outcome = operation.kind.read(invocation.result());
     const bool accepted = !hostile.isError() &&
         (operation.kind.signature.isEmpty() ||
          (!hostile.arguments.isEmpty() && hostile.firstSignature() == operation.kind.signature));
-    if (outcome.isReply && outcome.valid != accepted)
+    const bool isReply = outcome.error.has_value();
+    if (isReply && outcome.valid != accepted)
         return QStringLiteral("the reply is %1").arg(outcome.valid ? "valid" : "invalid");
-    if (outcome.isReply && !accepted && hostile.isError() && outcome.error.name() != hostile.answer.errorName)
-        return QStringLiteral("the reply carries the error %1").arg(outcome.error.name());
+    if (isReply && !accepted && hostile.isError() && outcome.error->name() != hostile.answer.errorName)
+        return QStringLiteral("the reply carries the error %1").arg(outcome.error->name());
     if (!accepted && outcome.value != operation.kind.empty)
         return QStringLiteral("a failure gave a value that is not the empty one");
     // An operation without a result accepts any return, with or without arguments.
