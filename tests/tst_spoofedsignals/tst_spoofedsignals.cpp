@@ -27,7 +27,6 @@ class tst_SpoofedSignals : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
-    void init();
     void cleanup();
 
     void aBroadcastFromAConnectionWithoutTheNameIsNotRelayed_data() { relayedSignalRows(); }
@@ -59,8 +58,6 @@ void tst_SpoofedSignals::relayedSignalRows()
     for (const RelayedSignal &relayed : allRelayedSignals())
         QTest::newRow(qPrintable(relayed.tag())) << relayed;
 }
-
-void tst_SpoofedSignals::init() { }
 
 void tst_SpoofedSignals::cleanup()
 {
