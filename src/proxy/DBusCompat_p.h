@@ -20,6 +20,16 @@ inline void registerMarshallOperators(int typeId, QDBusMetaType::MarshallFunctio
 #endif
 }
 
+/// The D-Bus signature QtDBus writes for @p typeId, or null when it cannot write the type.
+inline const char *signatureOf(int typeId)
+{
+#if QT_VERSION >= QT_VERSION_CHECK(6, 0, 0)
+    return QDBusMetaType::typeToSignature(QMetaType(typeId));
+#else
+    return QDBusMetaType::typeToSignature(typeId);
+#endif
+}
+
 /// The id registered under @p name, or QMetaType::UnknownType.
 inline int metaTypeIdByName(const char *name)
 {

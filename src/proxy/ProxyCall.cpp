@@ -1,6 +1,7 @@
 #include "ProxyCall_p.h"
 
 #include "DBusTypes.h"
+#include "SendableArguments_p.h"
 
 #include <QDebug>
 
@@ -8,13 +9,21 @@ namespace ProxyCall {
 
 QDBusMessage callBlocking(QDBusAbstractInterface &proxy, const QString &member, const QList<QVariant> &args)
 {
+    const QString refusal = SendableArguments::whyNotSendable(member, args);
+    if (!refusal.isNull()) {
+        // A lone invalid argument QtDBus refuses cleanly; that records the failure as the
+        // proxy's last error, as for any failed call, and sends nothing.
+        proxy.callWithArgumentList(QDBus::Block, member, {QVariant()});
+        return QDBusMessage::createError(QDBusError::InvalidArgs, refusal);
+    }
     // Block, never AutoDetect: a proxy must not run the caller's event loop while it waits.
     return proxy.callWithArgumentList(QDBus::Block, member, args);
 }
 
 void fireAndForgetList(QDBusAbstractInterface &proxy, const QString &member, const QList<QVariant> &args)
 {
-    proxy.asyncCallWithArgumentList(member, args);
+    if (SendableArguments::whyNotSendable(member, args).isNull())
+        proxy.asyncCallWithArgumentList(member, args);
 }
 
 QVariant wrapped(const QVariant &value)

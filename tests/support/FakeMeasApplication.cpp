@@ -14,6 +14,8 @@
 #include <QPair>
 #include <QThread>
 
+#include <optional>
+
 const QString FakeMeasApplication::interfaceName = QStringLiteral("com.velk.mqx.MeasApplInterface");
 const QString FakeMeasApplication::notScriptedError = QStringLiteral("com.velk.mqx.Error.NotScripted");
 
@@ -83,7 +85,7 @@ public:
             QMutexLocker lock(&m_mutex);
             m_calls.append(
                 {message.path(), message.interface(), message.member(), message.signature(), message.arguments()});
-            answer = answerFor(message.path(), message.member());
+            answer = m_responder ? m_responder(m_calls.last()) : answerFor(message.path(), message.member());
         }
         switch (answer.kind) {
         case ScriptedAnswer::Reply:
@@ -111,6 +113,8 @@ public:
         const auto anyPath = m_answers.constFind(qMakePair(QString(), member));
         if (anyPath != m_answers.constEnd())
             return *anyPath;
+        if (m_unscripted)
+            return *m_unscripted;
         return ScriptedAnswer::error(FakeMeasApplication::notScriptedError,
                                      QStringLiteral("nothing scripted for %1 on %2").arg(member, path));
     }
@@ -122,6 +126,8 @@ public:
         connection.registerService(m_service);
         m_uniqueName = connection.baseService();
     }
+
+    Q_INVOKABLE void releaseService() { connection().unregisterService(m_service); }
 
     Q_INVOKABLE void leaveBus()
     {
@@ -167,6 +173,8 @@ public:
 
     mutable QMutex m_mutex;
     QHash<QPair<QString, QString>, ScriptedAnswer> m_answers;
+    std::optional<ScriptedAnswer> m_unscripted;
+    std::function<ScriptedAnswer(const ReceivedCall &)> m_responder;
     QList<ReceivedCall> m_calls;
 };
 
@@ -210,6 +218,18 @@ void FakeMeasApplication::answer(const QString &path, const QString &member, con
 {
     QMutexLocker lock(&m_peer->m_mutex);
     m_peer->m_answers.insert(qMakePair(path, member), answer);
+}
+
+void FakeMeasApplication::answerUnscripted(const ScriptedAnswer &answer)
+{
+    QMutexLocker lock(&m_peer->m_mutex);
+    m_peer->m_unscripted = answer;
+}
+
+void FakeMeasApplication::answerWith(const std::function<ScriptedAnswer(const ReceivedCall &)> &responder)
+{
+    QMutexLocker lock(&m_peer->m_mutex);
+    m_peer->m_responder = responder;
 }
 
 QList<ReceivedCall> FakeMeasApplication::calls() const
@@ -260,6 +280,26 @@ void FakeMeasApplication::emitForeignSignal(const QString &path, const QString &
     const QDBusConnection connection = m_peer->foreignConnection();
     connection.send(signal);
     syncWithBus(connection);
+}
+
+void FakeMeasApplication::emitForeignSignalTo(const QString &destination, const QString &path, const QString &member,
+                                              const QList<QVariant> &arguments, const QString &interface)
+{
+    QDBusMessage signal = QDBusMessage::createTargetedSignal(destination, path, interface, member);
+    signal.setArguments(arguments);
+    const QDBusConnection connection = m_peer->foreignConnection();
+    connection.send(signal);
+    waitUntilRouted(connection);
+}
+
+QString FakeMeasApplication::foreignUniqueName() const
+{
+    return m_peer->foreignConnection().baseService();
+}
+
+void FakeMeasApplication::releaseService()
+{
+    QMetaObject::invokeMethod(m_peer.get(), "releaseService", Qt::BlockingQueuedConnection);
 }
 
 #include "FakeMeasApplication.moc"

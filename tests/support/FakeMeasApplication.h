@@ -7,6 +7,7 @@
 #include <QString>
 #include <QVariant>
 
+#include <functional>
 #include <memory>
 
 /// One method call as the fake application received it.
@@ -73,6 +74,11 @@ public:
     /// Answers @p member on @p path only; wins over an any-path answer.
     void answer(const QString &path, const QString &member, const ScriptedAnswer &answer);
 
+    /// Answers every member that has no answer of its own (instead of the not-scripted error).
+    void answerUnscripted(const ScriptedAnswer &answer);
+    /// Lets @p responder answer every call, on the fake's own thread, instead of the script.
+    void answerWith(const std::function<ScriptedAnswer(const ReceivedCall &)> &responder);
+
     QList<ReceivedCall> calls() const;
     int callCount() const;
     /// Waits, running the caller's event loop, until @p count calls have arrived.
@@ -86,6 +92,16 @@ public:
     /// The same from a second connection that does not own the service.
     void emitForeignSignal(const QString &path, const QString &member, const QList<QVariant> &arguments,
                            const QString &interface = interfaceName);
+
+    /// The same from the second connection, addressed to @p destination only (a unicast signal).
+    void emitForeignSignalTo(const QString &destination, const QString &path, const QString &member,
+                             const QList<QVariant> &arguments, const QString &interface = interfaceName);
+    /// The unique bus name of the second connection, which never owns the service.
+    QString foreignUniqueName() const;
+
+    /// Gives the service name up and stays on the bus, still able to emit signals, as an
+    /// application does that another instance replaces; returns once the daemon confirmed it.
+    void releaseService();
 
 private:
     std::unique_ptr<FakePeer> m_peer;
