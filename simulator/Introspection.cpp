@@ -4,6 +4,11 @@
 
 #include <QFile>
 
+static void initResources()
+{
+    Q_INIT_RESOURCE(introspection);
+}
+
 namespace Introspection {
 
 static const QString doctype = QStringLiteral(
@@ -64,6 +69,7 @@ static QString generatedInterface(const Element &element)
 
 QString document(const Element *element, const QStringList &children)
 {
+    initResources();
     QString xml;
     if (element) {
         QFile shipped(QStringLiteral(":/introspection/%1.xml").arg(element->proxyClass()));
