@@ -9,7 +9,7 @@ SimulatorProcess::SimulatorProcess(const QStringList &arguments)
 {
     m_process.setProcessChannelMode(QProcess::ForwardedErrorChannel);
     m_process.start(QStringLiteral(SIMULATOR_PROGRAM),
-                    QStringList {QStringLiteral("--manual-clock"), QStringLiteral("--name"), name} + arguments);
+                    QStringList{QStringLiteral("--manual-clock"), QStringLiteral("--name"), name} + arguments);
 }
 
 SimulatorProcess::~SimulatorProcess()
@@ -39,8 +39,9 @@ bool SimulatorProcess::waitForReady()
 QDBusMessage SimulatorProcess::control(const QString &member, const QVariantList &arguments,
                                        const QString &destination) const
 {
-    QDBusMessage call = QDBusMessage::createMethodCall(destination.isEmpty() ? service : destination, QStringLiteral("/Simulator"),
-                                                       QStringLiteral("com.velk.mqx.Simulator"), member);
+    QDBusMessage call =
+        QDBusMessage::createMethodCall(destination.isEmpty() ? service : destination, QStringLiteral("/Simulator"),
+                                       QStringLiteral("com.velk.mqx.Simulator"), member);
     call.setArguments(arguments);
     return QDBusConnection::sessionBus().call(call);
 }

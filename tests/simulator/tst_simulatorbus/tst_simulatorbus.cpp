@@ -45,7 +45,8 @@ std::unique_ptr<Proxy> proxy(const QString &path)
     return std::make_unique<Proxy>(SimulatorProcess::service, path, bus());
 }
 
-QDBusMessage rawCall(const QString &path, const QString &interface, const QString &member, const QVariantList &arguments = {})
+QDBusMessage rawCall(const QString &path, const QString &interface, const QString &member,
+                     const QVariantList &arguments = {})
 {
     QDBusMessage call = QDBusMessage::createMethodCall(SimulatorProcess::service, path, interface, member);
     call.setArguments(arguments);
@@ -102,7 +103,8 @@ private:
 
 void tst_SimulatorBus::init()
 {
-    m_simulator = std::make_unique<SimulatorProcess>(QStringList {QStringLiteral("--log"), m_dir.filePath("calls.jsonl")});
+    m_simulator =
+        std::make_unique<SimulatorProcess>(QStringList{QStringLiteral("--log"), m_dir.filePath("calls.jsonl")});
     QVERIFY(m_simulator->waitForReady());
 }
 
@@ -127,7 +129,7 @@ void tst_SimulatorBus::intSetupRefusesAndSignalsThroughItsProxy()
     QCOMPARE(setup->setValue(128).value(), true);
     QVERIFY(changed.wait());
     // Signals arrive in order: the first one is the accepted value's, so the refusals sent none.
-    QCOMPARE(changed.at(0), QVariantList {128});
+    QCOMPARE(changed.at(0), QVariantList{128});
     QCOMPARE(setup->getString().value(), QStringLiteral("128"));
     QCOMPARE(setup->getMinValue().value(), 1);
     QCOMPARE(setup->getMaxValue().value(), 1024);
@@ -136,7 +138,7 @@ void tst_SimulatorBus::intSetupRefusesAndSignalsThroughItsProxy()
 
     QVERIFY(setup->setToDefault().isValid());
     QVERIFY(changed.wait());
-    QCOMPARE(changed.at(1), QVariantList {16});
+    QCOMPARE(changed.at(1), QVariantList{16});
 }
 
 void tst_SimulatorBus::doubleSetupRefusesNanAndOffStepValues()
@@ -151,7 +153,7 @@ void tst_SimulatorBus::doubleSetupRefusesNanAndOffStepValues()
     QCOMPARE(setup->getValue().value(), 10.0);
     QCOMPARE(setup->setValue(12.5).value(), true);
     QVERIFY(changed.wait());
-    QCOMPARE(changed.at(0), QVariantList {12.5});
+    QCOMPARE(changed.at(0), QVariantList{12.5});
     QCOMPARE(setup->getString().value(), QStringLiteral("12.5 s"));
 }
 
@@ -166,8 +168,8 @@ void tst_SimulatorBus::enumSetupIsSetByIndexAndByText()
     QCOMPARE(setup->setValue(QStringLiteral("GND")).value(), true);
     QCOMPARE(setup->setValue(0).value(), true);
     QTRY_COMPARE(changed.count(), 2);
-    QCOMPARE(changed.at(0), (QVariantList {2, QStringLiteral("GND")}));
-    QCOMPARE(changed.at(1), (QVariantList {0, QStringLiteral("AC")}));
+    QCOMPARE(changed.at(0), (QVariantList{2, QStringLiteral("GND")}));
+    QCOMPARE(changed.at(1), (QVariantList{0, QStringLiteral("AC")}));
     QCOMPARE(setup->getEnumQuantity().value(), 3);
     QCOMPARE(setup->getEnumValueList().value(), QStringLiteral("AC;DC;GND"));
     QCOMPARE(setup->getStringRepresentation(1).value(), QStringLiteral("DC"));
@@ -201,16 +203,16 @@ void tst_SimulatorBus::mapOfMapsCellChangesArriveUnwrapped()
     QCOMPARE(config->setValue(QStringLiteral("A"), QStringLiteral("gain"), QVariant(1000.0)).value(), false);
     QCOMPARE(config->setValue(QStringLiteral("A"), QStringLiteral("offset"), QStringLiteral("1.5")).value(), true);
     QVERIFY(cells.wait());
-    QCOMPARE(cells.at(0), (QVariantList {"A", "offset", 1.5, false}));
+    QCOMPARE(cells.at(0), (QVariantList{"A", "offset", 1.5, false}));
     QCOMPARE(config->getValue(QStringLiteral("A"), QStringLiteral("offset")), QVariant(1.5));
     QCOMPARE(config->getStringMap(QStringLiteral("A")).value(QStringLiteral("offset")), QStringLiteral("1.5"));
-    QCOMPARE(config->getEnums(QStringLiteral("A"), QStringLiteral("coupling")).value(), (QStringList {"AC", "DC"}));
+    QCOMPARE(config->getEnums(QStringLiteral("A"), QStringLiteral("coupling")).value(), (QStringList{"AC", "DC"}));
     QCOMPARE(config->getMax(QStringLiteral("A"), QStringLiteral("gain")), QVariant(100.0));
 
     QCOMPARE(config->removeItem(QStringLiteral("B")).value(), 1);
     QVERIFY(removed.wait());
-    QCOMPARE(removed.at(0), QVariantList {"B"});
-    QCOMPARE(config->getAllKeys().value(), QStringList {"A"});
+    QCOMPARE(removed.at(0), QVariantList{"B"});
+    QCOMPARE(config->getAllKeys().value(), QStringList{"A"});
 }
 
 void tst_SimulatorBus::thresholdAndStorageSignalsThroughTheirProxies()
@@ -226,20 +228,20 @@ void tst_SimulatorBus::thresholdAndStorageSignalsThroughTheirProxies()
     QCOMPARE(thresholds->setValue(QStringLiteral("Factory/Pressure"), 5.0).value(), false);
     QCOMPARE(thresholds->setValue(QStringLiteral("Line 1/Pressure"), 5.0).value(), true);
     QVERIFY(valueChanged.wait());
-    QCOMPARE(valueChanged.at(0), (QVariantList {"Line 1/Pressure", 5.0}));
+    QCOMPARE(valueChanged.at(0), (QVariantList{"Line 1/Pressure", 5.0}));
     QCOMPARE(thresholds->renameLocation(QStringLiteral("Line 2"), QStringLiteral("Line B")).value(), true);
     QVERIFY(renamed.wait());
-    QCOMPARE(renamed.at(0), (QVariantList {"Line 2", "Line B"}));
-    QCOMPARE(thresholds->getLocationNames().value(), (QStringList {"Factory", "Line 1", "Line B"}));
+    QCOMPARE(renamed.at(0), (QVariantList{"Line 2", "Line B"}));
+    QCOMPARE(thresholds->getLocationNames().value(), (QStringList{"Factory", "Line 1", "Line B"}));
     QCOMPARE(thresholds->getAttributes(QStringLiteral("Line 1/Pressure")).value(), 2);
     QCOMPARE(thresholds->getMaxLocationNameCharacterCount().value(), 16);
 
     QVERIFY(!storage->setSortOrder(QStringLiteral("by size")).isValid());
     QVERIFY(storage->setSortOrder(QStringLiteral("descending")).isValid());
     QVERIFY(sorted.wait());
-    QCOMPARE(sorted.at(0), QVariantList {"descending"});
+    QCOMPARE(sorted.at(0), QVariantList{"descending"});
     QTRY_COMPARE(edited.count(), 1);
-    QCOMPARE(edited.at(0), (QVariantList {"sort", 0, 3, QStringList {"Run_0003", "Run_0002", "Run_0001"}}));
+    QCOMPARE(edited.at(0), (QVariantList{"sort", 0, 3, QStringList{"Run_0003", "Run_0002", "Run_0001"}}));
     QCOMPARE(storage->count().value(), 3);
 }
 
@@ -248,7 +250,7 @@ void tst_SimulatorBus::resultsChangeWithTicksThroughTheirProxies()
     auto rms = proxy<ResultDoubleInterface>(QStringLiteral("/Result/Voltage/RMS"));
     const QList<QVariant> before = rms->getValueComp();
     QCOMPARE(before.size(), 3);
-    QCOMPARE(m_simulator->control("tick", {3}).arguments(), QVariantList {qlonglong(300)});
+    QCOMPARE(m_simulator->control("tick", {3}).arguments(), QVariantList{qlonglong(300)});
     const QList<QVariant> after = rms->getValueComp();
     QCOMPARE(after.value(2).toLongLong() - before.value(2).toLongLong(), 300);
     QCOMPARE(after.value(0), QVariant(rms->getValue().value()));
@@ -278,7 +280,7 @@ void tst_SimulatorBus::applicationStatusFollowsTheMeasurement()
 
 void tst_SimulatorBus::lateAnswerBeyondTheTimeoutGivesTheInvalidReplyAndTheLines()
 {
-    QCOMPARE(m_simulator->control("setFault", {averages, "delay", "3000"}).arguments(), QVariantList {true});
+    QCOMPARE(m_simulator->control("setFault", {averages, "delay", "3000"}).arguments(), QVariantList{true});
     auto setup = proxy<SetupIntInterface>(averages);
     setup->setTimeout(200);
     LogCapture log;
@@ -291,7 +293,7 @@ void tst_SimulatorBus::lateAnswerBeyondTheTimeoutGivesTheInvalidReplyAndTheLines
 
     setup->setTimeout(5000);
     QCOMPARE(setup->getValue().value(), 16); // late, yet within this timeout
-    QCOMPARE(m_simulator->control("clearFault", {averages}).arguments(), QVariantList {true});
+    QCOMPARE(m_simulator->control("clearFault", {averages}).arguments(), QVariantList{true});
 }
 
 void tst_SimulatorBus::scriptedErrorReplyReachesTheProxy()
@@ -357,7 +359,7 @@ void tst_SimulatorBus::restartServesEarlierProxiesAgain()
     QVERIFY(bus().interface()->serviceOwner(SimulatorProcess::service).value() != before);
     QCOMPARE(setup->setValue(64).value(), true);
     QVERIFY(changed.wait());
-    QCOMPARE(changed.at(0), QVariantList {64});
+    QCOMPARE(changed.at(0), QVariantList{64});
 }
 
 void tst_SimulatorBus::spoofedSignalIsNotRelayedWhileTheOwnersIs()
@@ -367,8 +369,8 @@ void tst_SimulatorBus::spoofedSignalIsNotRelayedWhileTheOwnersIs()
     BusSignalWitness onTheBus(bus(), QString(), averages, interfaceName, QStringLiteral("setupChanged"));
     syncWithBus(bus());
 
-    QCOMPARE(m_simulator->control("spoofSignal", {averages, "setupChanged"}).arguments(), QVariantList {true});
-    QCOMPARE(m_simulator->control("emitSignal", {averages, "setupChanged"}).arguments(), QVariantList {true});
+    QCOMPARE(m_simulator->control("spoofSignal", {averages, "setupChanged"}).arguments(), QVariantList{true});
+    QCOMPARE(m_simulator->control("emitSignal", {averages, "setupChanged"}).arguments(), QVariantList{true});
 
     QVERIFY(changed.wait());
     QTRY_COMPARE(onTheBus.count(), 2);
@@ -383,16 +385,16 @@ void tst_SimulatorBus::remoteCommandAnswers_data()
     QTest::addColumn<bool>("ok");
     QTest::addColumn<QString>("errorCode");
 
-    QTest::newRow("normal answer") << "echo" << QStringList {"done"} << "done" << true << "before";
-    QTest::newRow("empty answer") << "echo" << QStringList {} << "" << true << "before";
-    QTest::newRow("exactly the prefix") << "echo" << QStringList {"Parser Error: "} << QString() << false << "before";
-    QTest::newRow("parser error with text") << "echo" << QStringList {"Parser Error: bad unit"} << QString() << false
-                                            << "beforebad unit";
-    QTest::newRow("prefix in other letter case") << "echo" << QStringList {"parser error: x"} << "parser error: x" << true
-                                                 << "before";
-    QTest::newRow("command refused by the parser") << "calibrate" << QStringList {} << QString() << false
-                                                   << "beforeunknown command \"calibrate\"";
-    QTest::newRow("set") << "set" << QStringList {"/Setup/Acquisition/Averages", "8"} << "OK" << true << "before";
+    QTest::newRow("normal answer") << "echo" << QStringList{"done"} << "done" << true << "before";
+    QTest::newRow("empty answer") << "echo" << QStringList{} << "" << true << "before";
+    QTest::newRow("exactly the prefix") << "echo" << QStringList{"Parser Error: "} << QString() << false << "before";
+    QTest::newRow("parser error with text")
+        << "echo" << QStringList{"Parser Error: bad unit"} << QString() << false << "beforebad unit";
+    QTest::newRow("prefix in other letter case")
+        << "echo" << QStringList{"parser error: x"} << "parser error: x" << true << "before";
+    QTest::newRow("command refused by the parser")
+        << "calibrate" << QStringList{} << QString() << false << "beforeunknown command \"calibrate\"";
+    QTest::newRow("set") << "set" << QStringList{"/Setup/Acquisition/Averages", "8"} << "OK" << true << "before";
 }
 
 void tst_SimulatorBus::remoteCommandAnswers()
@@ -424,19 +426,21 @@ void tst_SimulatorBus::badRequestsGetErrorReplies_data()
     QTest::addColumn<QVariantList>("arguments");
     QTest::addColumn<QString>("error");
 
-    QTest::newRow("unknown path") << "/Setup/Nothing" << interfaceName << "getValue" << QVariantList {}
+    QTest::newRow("unknown path") << "/Setup/Nothing" << interfaceName << "getValue" << QVariantList{}
                                   << "org.freedesktop.DBus.Error.UnknownObject";
-    QTest::newRow("unknown member") << averages << interfaceName << "getMinimum" << QVariantList {}
+    QTest::newRow("unknown member") << averages << interfaceName << "getMinimum" << QVariantList{}
                                     << "org.freedesktop.DBus.Error.UnknownMethod";
-    QTest::newRow("wrong signature") << averages << interfaceName << "setValue" << QVariantList {"eight"}
+    QTest::newRow("wrong signature") << averages << interfaceName << "setValue" << QVariantList{"eight"}
                                      << "org.freedesktop.DBus.Error.InvalidArgs";
     QTest::newRow("too many arguments") << "/MEAS_APPL_OBJ" << interfaceName << "executeRemoteCommand"
-                                        << QVariantList {"a", "b", "c", "d", "e", "f"}
+                                        << QVariantList{"a", "b", "c", "d", "e", "f"}
                                         << "org.freedesktop.DBus.Error.InvalidArgs";
-    QTest::newRow("other interface") << averages << "org.example.Other" << "getValue" << QVariantList {}
-                                     << "org.freedesktop.DBus.Error.UnknownMethod";
-    QTest::newRow("control member unknown") << "/Simulator" << "com.velk.mqx.Simulator" << "explode" << QVariantList {}
-                                            << "org.freedesktop.DBus.Error.UnknownMethod";
+    QTest::newRow("other interface") << averages << "org.example.Other"
+                                     << "getValue" << QVariantList{} << "org.freedesktop.DBus.Error.UnknownMethod";
+    QTest::newRow("control member unknown")
+        << "/Simulator"
+        << "com.velk.mqx.Simulator"
+        << "explode" << QVariantList{} << "org.freedesktop.DBus.Error.UnknownMethod";
 }
 
 void tst_SimulatorBus::badRequestsGetErrorReplies()
@@ -486,9 +490,8 @@ void tst_SimulatorBus::callLogHasOneLinePerCall()
     QCOMPARE(line.value("interface").toString(), interfaceName);
     QCOMPARE(line.value("member").toString(), QStringLiteral("setValue"));
     QCOMPARE(line.value("signature").toString(), QStringLiteral("i"));
-    QCOMPARE(line.value("arguments").toArray(), QJsonArray {32});
-    QCOMPARE(line.value("answer").toObject(),
-             (QJsonObject {{"kind", "reply"}, {"values", QJsonArray {true}}}));
+    QCOMPARE(line.value("arguments").toArray(), QJsonArray{32});
+    QCOMPARE(line.value("answer").toObject(), (QJsonObject{{"kind", "reply"}, {"values", QJsonArray{true}}}));
     QVERIFY(line.value("us").isDouble());
     QVERIFY(QDateTime::fromString(line.value("time").toString(), Qt::ISODateWithMs).isValid());
 }

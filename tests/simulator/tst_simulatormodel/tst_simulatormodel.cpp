@@ -49,7 +49,8 @@ struct Instrument
         return *element;
     }
 
-    Outcome call(const QString &path, const QString &member, const QString &signature, const QVariantList &arguments = {}) const
+    Outcome call(const QString &path, const QString &member, const QString &signature,
+                 const QVariantList &arguments = {}) const
     {
         return at(path).invoke(member, signature, arguments);
     }
@@ -83,10 +84,12 @@ QSet<QString> documentedMembers(const QString &xml)
     while (!reader.atEnd()) {
         reader.readNext();
         if (reader.isStartElement() && reader.name() == QLatin1String("interface"))
-            inMain = reader.attributes().value(QLatin1String("name")) == QLatin1String("com.velk.mqx.MeasApplInterface");
+            inMain =
+                reader.attributes().value(QLatin1String("name")) == QLatin1String("com.velk.mqx.MeasApplInterface");
         if (!inMain)
             continue;
-        if (reader.isStartElement() && (reader.name() == QLatin1String("method") || reader.name() == QLatin1String("signal"))) {
+        if (reader.isStartElement() &&
+            (reader.name() == QLatin1String("method") || reader.name() == QLatin1String("signal"))) {
             kind = reader.name().toString();
             name = reader.attributes().value(QLatin1String("name")).toString();
             in.clear();
@@ -94,7 +97,8 @@ QSet<QString> documentedMembers(const QString &xml)
         } else if (reader.isStartElement() && reader.name() == QLatin1String("arg")) {
             const QString type = reader.attributes().value(QLatin1String("type")).toString();
             (reader.attributes().value(QLatin1String("direction")) == QLatin1String("out") ? out : in) += type;
-        } else if (reader.isEndElement() && (reader.name() == QLatin1String("method") || reader.name() == QLatin1String("signal"))) {
+        } else if (reader.isEndElement() &&
+                   (reader.name() == QLatin1String("method") || reader.name() == QLatin1String("signal"))) {
             members.insert(kind == QLatin1String("method") ? QStringLiteral("%1(%2)->(%3)").arg(name, in, out)
                                                            : QStringLiteral("signal %1(%2)").arg(name, in));
         }
@@ -160,7 +164,7 @@ private Q_SLOTS:
 void tst_SimulatorModel::everyKindServesExactlyItsDocumentedMembersAndSignals()
 {
     Instrument instrument;
-    QList<const Element *> elements {instrument.root.get()};
+    QList<const Element *> elements{instrument.root.get()};
     for (const auto &element : instrument.model->elements)
         elements.append(element.get());
     for (const Element *element : elements) {
@@ -178,7 +182,7 @@ void tst_SimulatorModel::theDefaultModelHasAnElementOfEveryKind()
         documented.insert(QFileInfo(it.next()).baseName());
     QCOMPARE(documented.size(), 19);
     Instrument instrument;
-    QSet<QString> served {instrument.root->proxyClass()};
+    QSet<QString> served{instrument.root->proxyClass()};
     for (const auto &element : instrument.model->elements)
         served.insert(element->proxyClass());
     QCOMPARE(sorted(served), sorted(documented));
@@ -192,36 +196,96 @@ void tst_SimulatorModel::settersRefuseWhatTheInstrumentWouldRefuse_data()
     QTest::addColumn<QVariantList>("arguments");
 
     const double nan = std::numeric_limits<double>::quiet_NaN();
-    QTest::newRow("int below min") << "/Setup/Acquisition/SampleRate" << "setValue" << "i" << QVariantList {999};
-    QTest::newRow("int above max") << "/Setup/Acquisition/SampleRate" << "setValue" << "i" << QVariantList {193000};
-    QTest::newRow("int off granularity") << "/Setup/Acquisition/SampleRate" << "setValue" << "i" << QVariantList {2500};
-    QTest::newRow("double NaN") << "/Setup/Acquisition/Duration" << "setValue" << "d" << QVariantList {nan};
-    QTest::newRow("double off granularity") << "/Setup/Acquisition/Duration" << "setValue" << "d" << QVariantList {1.05};
-    QTest::newRow("double above max") << "/Setup/Acquisition/TriggerLevel" << "setValue" << "d" << QVariantList {10.01};
-    QTest::newRow("string not changeable") << "/Setup/Device/SerialNumber" << "setValue" << "s" << QVariantList {"X"};
-    QTest::newRow("string too long") << "/Setup/Device/Label" << "setValue" << "s" << QVariantList {QString(33, 'x')};
-    QTest::newRow("enum index past the choices") << "/Setup/Acquisition/TriggerMode" << "setValue" << "i" << QVariantList {4};
-    QTest::newRow("enum negative index") << "/Setup/Acquisition/TriggerMode" << "setValue" << "i" << QVariantList {-1};
-    QTest::newRow("enum unknown text") << "/Setup/Acquisition/TriggerMode" << "setValue" << "s" << QVariantList {"Edge"};
-    QTest::newRow("devData of another type") << "/Setup/Device/CalibrationFactor" << "setValue" << "v" << QVariantList {variant("x")};
-    QTest::newRow("devData NaN") << "/Setup/Device/CalibrationFactor" << "setValue" << "v" << QVariantList {variant(nan)};
-    QTest::newRow("array value out of range") << "/Setup/Filter/Coefficients" << "setValue" << "vii" << QVariantList {variant(1.5), 0, 1};
-    QTest::newRow("array positions past the end") << "/Setup/Filter/Coefficients" << "setValue" << "vii" << QVariantList {variant(0.1), 7, 8};
-    QTest::newRow("array positions reversed") << "/Setup/Filter/Coefficients" << "setValue" << "vii" << QVariantList {variant(0.1), 3, 2};
-    QTest::newRow("array NaN") << "/Setup/Filter/Coefficients" << "setValue" << "vii" << QVariantList {variant(nan), 0, 0};
-    QTest::newRow("array of another length") << "/Setup/Filter/Coefficients" << "setValue" << "av" << QVariantList {QVariant(QVariantList {0.1, 0.2})};
-    QTest::newRow("map value of another type") << "/Setup/Display/ChannelColors" << "setValue" << "sv" << QVariantList {"A", variant(3)};
-    QTest::newRow("map list item out of range") << "/Setup/Sequence/Steps" << "setValue" << "isv" << QVariantList {0, "level", variant(3.0)};
-    QTest::newRow("map list unknown item") << "/Setup/Sequence/Steps" << "setValue" << "isv" << QVariantList {0, "colour", variant(3.0)};
-    QTest::newRow("map list position past the end") << "/Setup/Sequence/Steps" << "setValue" << "isv" << QVariantList {3, "level", variant(-3.0)};
-    QTest::newRow("map of maps cell out of range") << "/Setup/Channels/Config" << "setValue" << "ssv" << QVariantList {"A", "gain", variant(100.5)};
-    QTest::newRow("map of maps choice not offered") << "/Setup/Channels/Config" << "setValue" << "sss" << QVariantList {"A", "coupling", "GND"};
-    QTest::newRow("map of maps unknown cell") << "/Setup/Channels/Config" << "setValue" << "ssv" << QVariantList {"A", "colour", variant(1.0)};
-    QTest::newRow("map of maps text that is no number") << "/Setup/Channels/Config" << "setValue" << "sss" << QVariantList {"A", "gain", "high"};
-    QTest::newRow("threshold of a fixed location") << "/Setup/Limits/Thresholds" << "setValue" << "sd" << QVariantList {"Factory/Temperature", 80.0};
-    QTest::newRow("threshold out of range") << "/Setup/Limits/Thresholds" << "setValue" << "sd" << QVariantList {"Line 1/Pressure", 10.5};
-    QTest::newRow("threshold unknown key") << "/Setup/Limits/Thresholds" << "setValue" << "sd" << QVariantList {"Line 1/Humidity", 1.0};
-    QTest::newRow("threshold NaN") << "/Setup/Limits/Thresholds" << "setValue" << "sd" << QVariantList {"Line 1/Pressure", nan};
+    QTest::newRow("int below min") << "/Setup/Acquisition/SampleRate"
+                                   << "setValue"
+                                   << "i" << QVariantList{999};
+    QTest::newRow("int above max") << "/Setup/Acquisition/SampleRate"
+                                   << "setValue"
+                                   << "i" << QVariantList{193000};
+    QTest::newRow("int off granularity") << "/Setup/Acquisition/SampleRate"
+                                         << "setValue"
+                                         << "i" << QVariantList{2500};
+    QTest::newRow("double NaN") << "/Setup/Acquisition/Duration"
+                                << "setValue"
+                                << "d" << QVariantList{nan};
+    QTest::newRow("double off granularity") << "/Setup/Acquisition/Duration"
+                                            << "setValue"
+                                            << "d" << QVariantList{1.05};
+    QTest::newRow("double above max") << "/Setup/Acquisition/TriggerLevel"
+                                      << "setValue"
+                                      << "d" << QVariantList{10.01};
+    QTest::newRow("string not changeable") << "/Setup/Device/SerialNumber"
+                                           << "setValue"
+                                           << "s" << QVariantList{"X"};
+    QTest::newRow("string too long") << "/Setup/Device/Label"
+                                     << "setValue"
+                                     << "s" << QVariantList{QString(33, 'x')};
+    QTest::newRow("enum index past the choices") << "/Setup/Acquisition/TriggerMode"
+                                                 << "setValue"
+                                                 << "i" << QVariantList{4};
+    QTest::newRow("enum negative index") << "/Setup/Acquisition/TriggerMode"
+                                         << "setValue"
+                                         << "i" << QVariantList{-1};
+    QTest::newRow("enum unknown text") << "/Setup/Acquisition/TriggerMode"
+                                       << "setValue"
+                                       << "s" << QVariantList{"Edge"};
+    QTest::newRow("devData of another type") << "/Setup/Device/CalibrationFactor"
+                                             << "setValue"
+                                             << "v" << QVariantList{variant("x")};
+    QTest::newRow("devData NaN") << "/Setup/Device/CalibrationFactor"
+                                 << "setValue"
+                                 << "v" << QVariantList{variant(nan)};
+    QTest::newRow("array value out of range") << "/Setup/Filter/Coefficients"
+                                              << "setValue"
+                                              << "vii" << QVariantList{variant(1.5), 0, 1};
+    QTest::newRow("array positions past the end") << "/Setup/Filter/Coefficients"
+                                                  << "setValue"
+                                                  << "vii" << QVariantList{variant(0.1), 7, 8};
+    QTest::newRow("array positions reversed") << "/Setup/Filter/Coefficients"
+                                              << "setValue"
+                                              << "vii" << QVariantList{variant(0.1), 3, 2};
+    QTest::newRow("array NaN") << "/Setup/Filter/Coefficients"
+                               << "setValue"
+                               << "vii" << QVariantList{variant(nan), 0, 0};
+    QTest::newRow("array of another length") << "/Setup/Filter/Coefficients"
+                                             << "setValue"
+                                             << "av" << QVariantList{QVariant(QVariantList{0.1, 0.2})};
+    QTest::newRow("map value of another type") << "/Setup/Display/ChannelColors"
+                                               << "setValue"
+                                               << "sv" << QVariantList{"A", variant(3)};
+    QTest::newRow("map list item out of range") << "/Setup/Sequence/Steps"
+                                                << "setValue"
+                                                << "isv" << QVariantList{0, "level", variant(3.0)};
+    QTest::newRow("map list unknown item") << "/Setup/Sequence/Steps"
+                                           << "setValue"
+                                           << "isv" << QVariantList{0, "colour", variant(3.0)};
+    QTest::newRow("map list position past the end") << "/Setup/Sequence/Steps"
+                                                    << "setValue"
+                                                    << "isv" << QVariantList{3, "level", variant(-3.0)};
+    QTest::newRow("map of maps cell out of range") << "/Setup/Channels/Config"
+                                                   << "setValue"
+                                                   << "ssv" << QVariantList{"A", "gain", variant(100.5)};
+    QTest::newRow("map of maps choice not offered") << "/Setup/Channels/Config"
+                                                    << "setValue"
+                                                    << "sss" << QVariantList{"A", "coupling", "GND"};
+    QTest::newRow("map of maps unknown cell") << "/Setup/Channels/Config"
+                                              << "setValue"
+                                              << "ssv" << QVariantList{"A", "colour", variant(1.0)};
+    QTest::newRow("map of maps text that is no number") << "/Setup/Channels/Config"
+                                                        << "setValue"
+                                                        << "sss" << QVariantList{"A", "gain", "high"};
+    QTest::newRow("threshold of a fixed location") << "/Setup/Limits/Thresholds"
+                                                   << "setValue"
+                                                   << "sd" << QVariantList{"Factory/Temperature", 80.0};
+    QTest::newRow("threshold out of range") << "/Setup/Limits/Thresholds"
+                                            << "setValue"
+                                            << "sd" << QVariantList{"Line 1/Pressure", 10.5};
+    QTest::newRow("threshold unknown key") << "/Setup/Limits/Thresholds"
+                                           << "setValue"
+                                           << "sd" << QVariantList{"Line 1/Humidity", 1.0};
+    QTest::newRow("threshold NaN") << "/Setup/Limits/Thresholds"
+                                   << "setValue"
+                                   << "sd" << QVariantList{"Line 1/Pressure", nan};
 }
 
 void tst_SimulatorModel::settersRefuseWhatTheInstrumentWouldRefuse()
@@ -237,7 +301,7 @@ void tst_SimulatorModel::settersRefuseWhatTheInstrumentWouldRefuse()
     const Outcome outcome = element.invoke(member, signature, arguments);
 
     QVERIFY(!outcome.isError());
-    QCOMPARE(outcome.values, QVariantList {false});
+    QCOMPARE(outcome.values, QVariantList{false});
     QCOMPARE(element.text(), before);
     QCOMPARE(instrument.emitted.size(), 0);
 }
@@ -252,24 +316,44 @@ void tst_SimulatorModel::settersAcceptAndSignalValidValues_data()
     QTest::addColumn<QString>("signal");
     QTest::addColumn<QVariantList>("signalArguments");
 
-    QTest::newRow("int") << "/Setup/Acquisition/SampleRate" << "setValue" << "i" << QVariantList {96000} << "96000 Hz"
-                         << "setupChanged" << QVariantList {96000};
-    QTest::newRow("double") << "/Setup/Acquisition/Duration" << "setValue" << "d" << QVariantList {2.5} << "2.5 s"
-                            << "setupChanged" << QVariantList {2.5};
-    QTest::newRow("bool") << "/Setup/Acquisition/AutoRange" << "setValue" << "b" << QVariantList {false} << "false"
-                          << "setupChanged" << QVariantList {false};
-    QTest::newRow("string") << "/Setup/Device/Label" << "setValue" << "s" << QVariantList {"Left"} << "Left"
-                            << "setupChanged" << QVariantList {"Left"};
-    QTest::newRow("enum by index") << "/Setup/Acquisition/TriggerMode" << "setValue" << "i" << QVariantList {2}
-                                   << "Edge Falling" << "setupChanged" << QVariantList {2, "Edge Falling"};
-    QTest::newRow("enum by text") << "/Setup/Acquisition/TriggerMode" << "setValue" << "s" << QVariantList {"External"}
-                                  << "External" << "setupChanged" << QVariantList {3, "External"};
-    QTest::newRow("array range") << "/Setup/Filter/Coefficients" << "setValue" << "vii" << QVariantList {variant(-1.0), 6, 7}
-                                 << "[0.5, 0.25, 0.125, 0.0625, 0, 0, -1, -1]" << "setupChanged" << QVariantList {};
-    QTest::newRow("map entry") << "/Setup/Display/ChannelColors" << "setValue" << "sv" << QVariantList {"D", variant("#000000")}
-                               << "A=#e6194b, B=#3cb44b, C=#4363d8, D=#000000" << "setupChanged" << QVariantList {};
-    QTest::newRow("threshold") << "/Setup/Limits/Thresholds" << "setValue" << "sd" << QVariantList {"Line 2/Vibration", 20.0}
-                               << QString() << "setupChanged" << QVariantList {"Line 2/Vibration", 20.0};
+    QTest::newRow("int") << "/Setup/Acquisition/SampleRate"
+                         << "setValue"
+                         << "i" << QVariantList{96000} << "96000 Hz"
+                         << "setupChanged" << QVariantList{96000};
+    QTest::newRow("double") << "/Setup/Acquisition/Duration"
+                            << "setValue"
+                            << "d" << QVariantList{2.5} << "2.5 s"
+                            << "setupChanged" << QVariantList{2.5};
+    QTest::newRow("bool") << "/Setup/Acquisition/AutoRange"
+                          << "setValue"
+                          << "b" << QVariantList{false} << "false"
+                          << "setupChanged" << QVariantList{false};
+    QTest::newRow("string") << "/Setup/Device/Label"
+                            << "setValue"
+                            << "s" << QVariantList{"Left"} << "Left"
+                            << "setupChanged" << QVariantList{"Left"};
+    QTest::newRow("enum by index") << "/Setup/Acquisition/TriggerMode"
+                                   << "setValue"
+                                   << "i" << QVariantList{2} << "Edge Falling"
+                                   << "setupChanged" << QVariantList{2, "Edge Falling"};
+    QTest::newRow("enum by text") << "/Setup/Acquisition/TriggerMode"
+                                  << "setValue"
+                                  << "s" << QVariantList{"External"} << "External"
+                                  << "setupChanged" << QVariantList{3, "External"};
+    QTest::newRow("array range") << "/Setup/Filter/Coefficients"
+                                 << "setValue"
+                                 << "vii" << QVariantList{variant(-1.0), 6, 7}
+                                 << "[0.5, 0.25, 0.125, 0.0625, 0, 0, -1, -1]"
+                                 << "setupChanged" << QVariantList{};
+    QTest::newRow("map entry") << "/Setup/Display/ChannelColors"
+                               << "setValue"
+                               << "sv" << QVariantList{"D", variant("#000000")}
+                               << "A=#e6194b, B=#3cb44b, C=#4363d8, D=#000000"
+                               << "setupChanged" << QVariantList{};
+    QTest::newRow("threshold") << "/Setup/Limits/Thresholds"
+                               << "setValue"
+                               << "sd" << QVariantList{"Line 2/Vibration", 20.0} << QString() << "setupChanged"
+                               << QVariantList{"Line 2/Vibration", 20.0};
 }
 
 void tst_SimulatorModel::settersAcceptAndSignalValidValues()
@@ -283,7 +367,7 @@ void tst_SimulatorModel::settersAcceptAndSignalValidValues()
     QFETCH(QVariantList, signalArguments);
     Instrument instrument;
 
-    QCOMPARE(instrument.call(path, member, signature, arguments).values, QVariantList {true});
+    QCOMPARE(instrument.call(path, member, signature, arguments).values, QVariantList{true});
 
     QCOMPARE(instrument.at(path).text(), text);
     QCOMPARE(instrument.emitted.size(), 1);
@@ -309,7 +393,7 @@ void tst_SimulatorModel::setToDefaultRestoresTheModelsDefaultAndSignals()
 
     QCOMPARE(instrument.value(path, "getValue"), QVariant(0.5));
     QCOMPARE(instrument.emitted.size(), 1);
-    QCOMPARE(instrument.emitted.at(0).arguments, QVariantList {0.5});
+    QCOMPARE(instrument.emitted.at(0).arguments, QVariantList{0.5});
 }
 
 void tst_SimulatorModel::unknownMembersAndSignaturesGetErrors()
@@ -344,11 +428,11 @@ void tst_SimulatorModel::mapOfMapsSignalsEachChangedCellAndRemovedEntry()
     QCOMPARE(instrument.value(path, "removeItem", "s", {"B"}), QVariant(1));
     QCOMPARE(instrument.emitted.size(), 2);
     QCOMPARE(instrument.emitted.at(0).member, QStringLiteral("mapEntryRemoved"));
-    QCOMPARE(instrument.emitted.at(0).arguments, QVariantList {"B"});
+    QCOMPARE(instrument.emitted.at(0).arguments, QVariantList{"B"});
     QCOMPARE(instrument.value(path, "removeItem", "s", {"B"}), QVariant(0));
-    QCOMPARE(instrument.value(path, "getAllKeys"), QVariant(QStringList {"A"}));
+    QCOMPARE(instrument.value(path, "getAllKeys"), QVariant(QStringList{"A"}));
 
-    QCOMPARE(instrument.value(path, "mergeFromDefaultMap"), QVariant(QStringList {"B"}));
+    QCOMPARE(instrument.value(path, "mergeFromDefaultMap"), QVariant(QStringList{"B"}));
     QCOMPARE(instrument.value(path, "getValue", "ss", {"B", "gain"}).value<QDBusVariant>().variant(), QVariant(10.0));
 }
 
@@ -366,12 +450,12 @@ void tst_SimulatorModel::thresholdLocationsCanBeCreatedRenamedAndDeleted()
     QCOMPARE(instrument.value(path, "renameLocation", "ss", {"Line 3", "Line 4"}), QVariant(true));
     QCOMPARE(instrument.emitted.size(), 2);
     QCOMPARE(instrument.emitted.at(0).member, QStringLiteral("locationNameChanged"));
-    QCOMPARE(instrument.emitted.at(0).arguments, (QVariantList {"Line 3", "Line 4"}));
+    QCOMPARE(instrument.emitted.at(0).arguments, (QVariantList{"Line 3", "Line 4"}));
     QCOMPARE(instrument.emitted.at(1).member, QStringLiteral("locationsChanged"));
 
     QCOMPARE(instrument.value(path, "deleteLocation", "s", {"Factory"}), QVariant(false));
     QCOMPARE(instrument.value(path, "deleteLocation", "s", {"Line 4"}), QVariant(true));
-    QCOMPARE(instrument.value(path, "getLocationNames"), QVariant(QStringList {"Factory", "Line 1", "Line 2"}));
+    QCOMPARE(instrument.value(path, "getLocationNames"), QVariant(QStringList{"Factory", "Line 1", "Line 2"}));
     QCOMPARE(instrument.value(path, "getThresholdElementsForLocation", "s", {"Line 2"}),
              QVariant(R"({"Pressure":8,"Temperature":85,"Vibration":12})"));
     QCOMPARE(instrument.value(path, "getString", "s", {"Line 2/Pressure"}), QVariant("8 bar"));
@@ -383,13 +467,14 @@ void tst_SimulatorModel::storedElementsFollowTheSortOrder()
     const QString path = QStringLiteral("/Setup/Storage/Elements");
     QCOMPARE(instrument.root->execute({"store", path, "Run_0000"}), QStringLiteral("OK"));
     QCOMPARE(instrument.emitted.size(), 1);
-    QCOMPARE(instrument.emitted.at(0).arguments, (QVariantList {"insert", 0, 1, QStringList {"Run_0000"}}));
+    QCOMPARE(instrument.emitted.at(0).arguments, (QVariantList{"insert", 0, 1, QStringList{"Run_0000"}}));
     instrument.emitted.clear();
 
     QVERIFY(!instrument.call(path, "setSortOrder", "s", {"descending"}).isError());
-    QCOMPARE(instrument.value(path, "getValues"), QVariant(QStringList {"Run_0003", "Run_0002", "Run_0001", "Run_0000"}));
+    QCOMPARE(instrument.value(path, "getValues"),
+             QVariant(QStringList{"Run_0003", "Run_0002", "Run_0001", "Run_0000"}));
     QCOMPARE(instrument.emitted.size(), 2);
-    QCOMPARE(instrument.emitted.at(0).arguments, QVariantList {"descending"});
+    QCOMPARE(instrument.emitted.at(0).arguments, QVariantList{"descending"});
     QCOMPARE(instrument.call(path, "setSortOrder", "s", {"by size"}).errorName,
              QStringLiteral("org.freedesktop.DBus.Error.InvalidArgs"));
     QCOMPARE(instrument.value(path, "getSortOrder"), QVariant("descending"));
@@ -398,8 +483,8 @@ void tst_SimulatorModel::storedElementsFollowTheSortOrder()
 static QVariantList readings(const Instrument &instrument)
 {
     QVariantList all;
-    for (const char *path : {"/Result/Voltage/RMS", "/Result/Counter/Events", "/Result/Status/Overload",
-                             "/Result/Status/RangeState"})
+    for (const char *path :
+         {"/Result/Voltage/RMS", "/Result/Counter/Events", "/Result/Status/Overload", "/Result/Status/RangeState"})
         all.append(instrument.value(path, "getValue"));
     all.append(instrument.value("/Result/Spectrum/Peaks", "getValues"));
     return all;
@@ -460,7 +545,7 @@ void tst_SimulatorModel::statusesFollowTheLimits()
         QCOMPARE(comp.value(1).toInt(), value > 3.5 ? 2 : 0);
         seen.insert(comp.value(1).toInt());
     }
-    QCOMPARE(seen, (QSet<int> {0, 2}));
+    QCOMPARE(seen, (QSet<int>{0, 2}));
     QCOMPARE(instrument.value(path, "getLowerLimit"), QVariant(0.0));
     QCOMPARE(instrument.value(path, "getUpperLimit"), QVariant(3.5));
 }
@@ -469,7 +554,7 @@ void tst_SimulatorModel::minMaxFollowResetStopAndContinue()
 {
     Instrument instrument;
     const QString path = QStringLiteral("/Result/Counter/Events");
-    QList<int> values {instrument.value(path, "getValue").toInt()};
+    QList<int> values{instrument.value(path, "getValue").toInt()};
     for (int i = 0; i < 20; ++i) {
         instrument.engine->tick(1);
         values.append(instrument.value(path, "getValue").toInt());
@@ -495,7 +580,8 @@ void tst_SimulatorModel::minMaxFollowResetStopAndContinue()
     }
     QCOMPARE(instrument.value(path, "getMinValue").toInt(), *std::min_element(values.begin(), values.end()));
     QCOMPARE(instrument.value(path, "getMaxValue").toInt(), *std::max_element(values.begin(), values.end()));
-    QCOMPARE(instrument.value(path, "getMinString"), QVariant(QString::number(*std::min_element(values.begin(), values.end()))));
+    QCOMPARE(instrument.value(path, "getMinString"),
+             QVariant(QString::number(*std::min_element(values.begin(), values.end()))));
 }
 
 void tst_SimulatorModel::compListsHoldValueStatusAndTimeStamp()
@@ -505,9 +591,9 @@ void tst_SimulatorModel::compListsHoldValueStatusAndTimeStamp()
     const QString path = QStringLiteral("/Result/Voltage/RMS");
     const QVariant value = instrument.value(path, "getValue");
     const qint64 stamp = Instrument::epochMs + 200;
-    QCOMPARE(instrument.value(path, "getValueComp").toList(), (QVariantList {value, 0, stamp}));
+    QCOMPARE(instrument.value(path, "getValueComp").toList(), (QVariantList{value, 0, stamp}));
     QCOMPARE(instrument.value(path, "getStringComp").toList(),
-             (QVariantList {QString::number(value.toDouble(), 'f', 4) + " V", 0, stamp}));
+             (QVariantList{QString::number(value.toDouble(), 'f', 4) + " V", 0, stamp}));
     QCOMPARE(instrument.value(path, "getString"), QVariant(QString::number(value.toDouble(), 'f', 4) + " V"));
     const QVariantList minComp = instrument.value(path, "getMinValueComp").toList();
     QCOMPARE(minComp.value(0), instrument.value(path, "getMinValue"));
@@ -517,7 +603,7 @@ void tst_SimulatorModel::compListsHoldValueStatusAndTimeStamp()
     const int index = instrument.value(rangeState, "getValue").toInt();
     QCOMPARE(instrument.value(rangeState, "getString"),
              QVariant(QStringList({"Under Range", "In Range", "Over Range"}).value(index)));
-    QCOMPARE(instrument.value(rangeState, "getValueComp").toList(), (QVariantList {index, 0, stamp}));
+    QCOMPARE(instrument.value(rangeState, "getValueComp").toList(), (QVariantList{index, 0, stamp}));
 }
 
 void tst_SimulatorModel::arrayResultsCarryStatusesAndTimeStamp()
@@ -549,24 +635,25 @@ void tst_SimulatorModel::commandLanguageAnswers_data()
     QTest::addColumn<QStringList>("words");
     QTest::addColumn<QString>("answer");
 
-    QTest::newRow("normal answer") << QStringList {"echo", "done"} << "done";
-    QTest::newRow("empty answer") << QStringList {"echo"} << "";
-    QTest::newRow("exactly the prefix") << QStringList {"echo", "Parser Error: "} << "Parser Error: ";
-    QTest::newRow("parser error with text") << QStringList {"echo", "Parser Error: bad unit"} << "Parser Error: bad unit";
-    QTest::newRow("prefix in other letter case") << QStringList {"echo", "parser error: x"} << "parser error: x";
-    QTest::newRow("unknown command") << QStringList {"calibrate"} << "Parser Error: unknown command \"calibrate\"";
-    QTest::newRow("empty command") << QStringList {} << "Parser Error: empty command";
-    QTest::newRow("set without value") << QStringList {"set", "/Setup/Acquisition/Averages"}
+    QTest::newRow("normal answer") << QStringList{"echo", "done"} << "done";
+    QTest::newRow("empty answer") << QStringList{"echo"} << "";
+    QTest::newRow("exactly the prefix") << QStringList{"echo", "Parser Error: "} << "Parser Error: ";
+    QTest::newRow("parser error with text")
+        << QStringList{"echo", "Parser Error: bad unit"} << "Parser Error: bad unit";
+    QTest::newRow("prefix in other letter case") << QStringList{"echo", "parser error: x"} << "parser error: x";
+    QTest::newRow("unknown command") << QStringList{"calibrate"} << "Parser Error: unknown command \"calibrate\"";
+    QTest::newRow("empty command") << QStringList{} << "Parser Error: empty command";
+    QTest::newRow("set without value") << QStringList{"set", "/Setup/Acquisition/Averages"}
                                        << "Parser Error: usage: set PATH VALUE";
-    QTest::newRow("set of no element") << QStringList {"set", "/Setup/Nothing", "1"}
+    QTest::newRow("set of no element") << QStringList{"set", "/Setup/Nothing", "1"}
                                        << "Parser Error: no element \"/Setup/Nothing\"";
-    QTest::newRow("set refused") << QStringList {"set", "/Setup/Acquisition/Averages", "0"}
+    QTest::newRow("set refused") << QStringList{"set", "/Setup/Acquisition/Averages", "0"}
                                  << "Refused: 0 is outside 1..1024";
-    QTest::newRow("set") << QStringList {"set", "/Setup/Acquisition/Averages", "32"} << "OK";
-    QTest::newRow("get") << QStringList {"get", "/Setup/Acquisition/SampleRate"} << "48000 Hz";
-    QTest::newRow("status") << QStringList {"status"} << "running";
-    QTest::newRow("stop with a word too many") << QStringList {"stop", "now"} << "Parser Error: usage: stop";
-    QTest::newRow("resetMinMax of a setting") << QStringList {"resetMinMax", "/Setup/Acquisition/Averages"}
+    QTest::newRow("set") << QStringList{"set", "/Setup/Acquisition/Averages", "32"} << "OK";
+    QTest::newRow("get") << QStringList{"get", "/Setup/Acquisition/SampleRate"} << "48000 Hz";
+    QTest::newRow("status") << QStringList{"status"} << "running";
+    QTest::newRow("stop with a word too many") << QStringList{"stop", "now"} << "Parser Error: usage: stop";
+    QTest::newRow("resetMinMax of a setting") << QStringList{"resetMinMax", "/Setup/Acquisition/Averages"}
                                               << "Parser Error: /Setup/Acquisition/Averages is not a result";
 }
 
@@ -582,7 +669,8 @@ void tst_SimulatorModel::commandsActOnTheElements()
 {
     Instrument instrument;
     const auto command = [&](const QString &c, const QString &p1 = {}, const QString &p2 = {}) {
-        return instrument.root->invoke("executeRemoteCommand", "sssss", {c, p1, p2, QString(), QString()}).values.value(0);
+        return instrument.root->invoke("executeRemoteCommand", "sssss", {c, p1, p2, QString(), QString()})
+            .values.value(0);
     };
     QCOMPARE(command("set", "/Setup/Acquisition/Averages", "64"), QVariant("OK"));
     QCOMPARE(instrument.value("/Setup/Acquisition/Averages", "getValue"), QVariant(64));
@@ -591,12 +679,13 @@ void tst_SimulatorModel::commandsActOnTheElements()
     QCOMPARE(command("default", "/Setup/Acquisition/Averages"), QVariant("OK"));
     QCOMPARE(instrument.value("/Setup/Acquisition/Averages", "getValue"), QVariant(16));
     QCOMPARE(command("stop"), QVariant("OK"));
-    QCOMPARE(instrument.root->invoke("getMeasApplicationStatus", {}, {}).values, QVariantList {"idle"});
+    QCOMPARE(instrument.root->invoke("getMeasApplicationStatus", {}, {}).values, QVariantList{"idle"});
     QCOMPARE(command("start"), QVariant("OK"));
     QCOMPARE(instrument.root->status(), QStringLiteral("running"));
     instrument.engine->tick(10);
     QCOMPARE(command("resetMinMax"), QVariant("OK"));
-    QCOMPARE(instrument.value("/Result/Counter/Events", "getMinValue"), instrument.value("/Result/Counter/Events", "getValue"));
+    QCOMPARE(instrument.value("/Result/Counter/Events", "getMinValue"),
+             instrument.value("/Result/Counter/Events", "getValue"));
 }
 
 void tst_SimulatorModel::badModelsAreRefusedNamingFileElementAndProblem_data()
@@ -613,24 +702,29 @@ void tst_SimulatorModel::badModelsAreRefusedNamingFileElementAndProblem_data()
     QTest::newRow("missing field") << one(R"({"path": "/A", "kind": "int", "default": 1, "min": 0})")
                                    << "m.json: element '/A': missing field \"max\"";
     QTest::newRow("missing path") << one(R"({"kind": "int"})") << "m.json: element 0: missing field \"path\"";
-    QTest::newRow("default outside range") << one(R"({"path": "/A", "kind": "int", "default": 11, "min": 0, "max": 10})")
-                                           << "m.json: element '/A': default: 11 is outside 0..10";
+    QTest::newRow("default outside range")
+        << one(R"({"path": "/A", "kind": "int", "default": 11, "min": 0, "max": 10})")
+        << "m.json: element '/A': default: 11 is outside 0..10";
     QTest::newRow("default off granularity")
         << one(R"({"path": "/A", "kind": "double", "default": 0.3, "min": 0, "max": 1, "granularity": 0.25})")
         << "m.json: element '/A': default: 0.3 is not a multiple of 0.25";
     QTest::newRow("field of the wrong type") << one(R"({"path": "/A", "kind": "bool", "default": "yes"})")
                                              << "m.json: element '/A': default must be true or false";
-    QTest::newRow("default not a choice") << one(R"({"path": "/A", "kind": "enum", "default": "C", "choices": ["A", "B"]})")
-                                          << "m.json: element '/A': default is not one of the choices";
+    QTest::newRow("default not a choice")
+        << one(R"({"path": "/A", "kind": "enum", "default": "C", "choices": ["A", "B"]})")
+        << "m.json: element '/A': default is not one of the choices";
     QTest::newRow("path used twice")
-        << QByteArray(R"({"elements": [{"path": "/A", "kind": "bool", "default": true}, {"path": "/A", "kind": "bool", "default": true}]})")
+        << QByteArray(
+               R"({"elements": [{"path": "/A", "kind": "bool", "default": true}, {"path": "/A", "kind": "bool", "default": true}]})")
         << "m.json: element '/A': the path is used twice";
     QTest::newRow("not an object path") << one(R"({"path": "A/B", "kind": "bool", "default": true})")
                                         << "m.json: element 'A/B': \"A/B\" is not a D-Bus object path";
-    QTest::newRow("reserved path") << one(R"({"path": "/MEAS_APPL_OBJ", "kind": "bool", "default": true})")
-                                   << "m.json: element '/MEAS_APPL_OBJ': the path /MEAS_APPL_OBJ belongs to the simulator";
-    QTest::newRow("bad fault") << one(R"({"path": "/A", "kind": "bool", "default": true, "fault": {"kind": "explode"}})")
-                               << "m.json: element '/A': fault: no fault kind \"explode\" (delay, error, silent, drop, restart)";
+    QTest::newRow("reserved path")
+        << one(R"({"path": "/MEAS_APPL_OBJ", "kind": "bool", "default": true})")
+        << "m.json: element '/MEAS_APPL_OBJ': the path /MEAS_APPL_OBJ belongs to the simulator";
+    QTest::newRow("bad fault")
+        << one(R"({"path": "/A", "kind": "bool", "default": true, "fault": {"kind": "explode"}})")
+        << "m.json: element '/A': fault: no fault kind \"explode\" (delay, error, silent, drop, restart)";
     QTest::newRow("threshold location value out of range")
         << one(R"({"path": "/T", "kind": "thresholds", "elements": {"P": {"min": 0, "max": 1, "default": 0}},
                    "locations": [{"name": "L", "values": {"P": 2}}]})")
@@ -660,12 +754,12 @@ void tst_SimulatorModel::aValidModelFileLoads()
     QCOMPARE(model->application, QStringLiteral("Bench"));
     QCOMPARE(model->rate, 4.0);
     QCOMPARE(int(model->elements.size()), 2);
-    QCOMPARE(model->find("/Setup/Gain")->invoke("getGranularity", {}, {}).values, QVariantList {2});
+    QCOMPARE(model->find("/Setup/Gain")->invoke("getGranularity", {}, {}).values, QVariantList{2});
     QCOMPARE(model->faults.size(), 1);
     QCOMPARE(model->faults.at(0).first, QStringLiteral("/Setup/Gain"));
     QCOMPARE(model->faults.at(0).second.delayMs, 250);
-    QCOMPARE(model->childNodes("/"), (QStringList {"Setup", "Result"}));
-    QCOMPARE(model->childNodes("/Setup"), QStringList {"Gain"});
+    QCOMPARE(model->childNodes("/"), (QStringList{"Setup", "Result"}));
+    QCOMPARE(model->childNodes("/Setup"), QStringList{"Gain"});
 }
 
 QTEST_GUILESS_MAIN(tst_SimulatorModel)

@@ -66,16 +66,20 @@ void tst_SimulatorProgram::badCommandLinesEndWithAMessageAndStatusOne_data()
     QTest::addColumn<QStringList>("arguments");
     QTest::addColumn<QByteArray>("message");
 
-    QTest::newRow("unknown option") << QStringList {"--colour"}
+    QTest::newRow("unknown option") << QStringList{"--colour"}
                                     << QByteArray("dbusinterfaces-simulator: Unknown option 'colour'. (see --help)\n");
-    QTest::newRow("missing value") << QStringList {"--seed"}
-                                   << QByteArray("dbusinterfaces-simulator: Missing value after '--seed'. (see --help)\n");
-    QTest::newRow("seed not a number") << QStringList {"--seed", "x"}
-                                       << QByteArray("dbusinterfaces-simulator: --seed needs a non-negative integer, not \"x\"\n");
-    QTest::newRow("rate not positive") << QStringList {"--rate", "0"}
-                                       << QByteArray("dbusinterfaces-simulator: --rate needs a positive number, not \"0\"\n");
-    QTest::newRow("stray argument") << QStringList {"now"}
-                                    << QByteArray("dbusinterfaces-simulator: unexpected argument \"now\" (see --help)\n");
+    QTest::newRow("missing value") << QStringList{"--seed"}
+                                   << QByteArray(
+                                          "dbusinterfaces-simulator: Missing value after '--seed'. (see --help)\n");
+    QTest::newRow("seed not a number")
+        << QStringList{"--seed", "x"}
+        << QByteArray("dbusinterfaces-simulator: --seed needs a non-negative integer, not \"x\"\n");
+    QTest::newRow("rate not positive") << QStringList{"--rate", "0"}
+                                       << QByteArray(
+                                              "dbusinterfaces-simulator: --rate needs a positive number, not \"0\"\n");
+    QTest::newRow("stray argument") << QStringList{"now"}
+                                    << QByteArray(
+                                           "dbusinterfaces-simulator: unexpected argument \"now\" (see --help)\n");
 }
 
 void tst_SimulatorProgram::badCommandLinesEndWithAMessageAndStatusOne()
@@ -115,7 +119,8 @@ void tst_SimulatorProgram::badModelFilesEndWithAMessageAndStatusTwo()
     const Run result = run({QStringLiteral("--model"), fileName});
 
     QCOMPARE(result.exitCode, 2);
-    QCOMPARE(QString::fromUtf8(result.err), QStringLiteral("dbusinterfaces-simulator: %1: %2\n").arg(fileName, problem));
+    QCOMPARE(QString::fromUtf8(result.err),
+             QStringLiteral("dbusinterfaces-simulator: %1: %2\n").arg(fileName, problem));
 }
 
 void tst_SimulatorProgram::aModelFileIsServed()
@@ -129,14 +134,15 @@ void tst_SimulatorProgram::aModelFileIsServed()
     SimulatorProcess simulator({QStringLiteral("--model"), fileName});
     QVERIFY(simulator.waitForReady());
 
-    QDBusMessage call = QDBusMessage::createMethodCall(SimulatorProcess::service, QStringLiteral("/Setup/Gain"),
-                                                       QStringLiteral("com.velk.mqx.MeasApplInterface"),
-                                                       QStringLiteral("getValue"));
-    QCOMPARE(QDBusConnection::sessionBus().call(call).arguments(), QVariantList {4});
-    QDBusMessage absent = QDBusMessage::createMethodCall(SimulatorProcess::service, QStringLiteral("/Setup/Acquisition/Averages"),
-                                                         QStringLiteral("com.velk.mqx.MeasApplInterface"),
-                                                         QStringLiteral("getValue"));
-    QCOMPARE(QDBusConnection::sessionBus().call(absent).errorName(), QStringLiteral("org.freedesktop.DBus.Error.UnknownObject"));
+    QDBusMessage call =
+        QDBusMessage::createMethodCall(SimulatorProcess::service, QStringLiteral("/Setup/Gain"),
+                                       QStringLiteral("com.velk.mqx.MeasApplInterface"), QStringLiteral("getValue"));
+    QCOMPARE(QDBusConnection::sessionBus().call(call).arguments(), QVariantList{4});
+    QDBusMessage absent =
+        QDBusMessage::createMethodCall(SimulatorProcess::service, QStringLiteral("/Setup/Acquisition/Averages"),
+                                       QStringLiteral("com.velk.mqx.MeasApplInterface"), QStringLiteral("getValue"));
+    QCOMPARE(QDBusConnection::sessionBus().call(absent).errorName(),
+             QStringLiteral("org.freedesktop.DBus.Error.UnknownObject"));
 }
 
 void tst_SimulatorProgram::theDefaultModelIsTheShippedFile()
