@@ -48,6 +48,8 @@ private Q_SLOTS:
     void aModelFileIsServed();
     void theDefaultModelIsTheShippedFile();
     void aNameAlreadyOwnedEndsWithStatusThree();
+    void theRateSetsTheLengthOfATick();
+    void theSameSeedRepeatsTheMeasurementAcrossRuns();
 
 private:
     QTemporaryDir m_dir;
@@ -162,6 +164,33 @@ void tst_SimulatorProgram::aNameAlreadyOwnedEndsWithStatusThree()
     QCOMPARE(second.exitCode, 3);
     QCOMPARE(second.err,
              QByteArray("dbusinterfaces-simulator: com.velk.mqx.app.simtest is already owned by another connection\n"));
+}
+
+void tst_SimulatorProgram::theRateSetsTheLengthOfATick()
+{
+    SimulatorProcess simulator({QStringLiteral("--rate"), QStringLiteral("5")});
+    QVERIFY(simulator.waitForReady());
+    QCOMPARE(simulator.control(QStringLiteral("tick"), {2}).arguments(), QVariantList{qlonglong(400)});
+}
+
+static QVariantList measuredAfterTicks(const QString &seed)
+{
+    SimulatorProcess simulator({QStringLiteral("--seed"), seed});
+    if (!simulator.waitForReady())
+        return {};
+    simulator.control(QStringLiteral("tick"), {5});
+    QDBusMessage call =
+        QDBusMessage::createMethodCall(SimulatorProcess::service, QStringLiteral("/Result/Spectrum/Bins"),
+                                       QStringLiteral("com.velk.mqx.MeasApplInterface"), QStringLiteral("getString"));
+    return QDBusConnection::sessionBus().call(call).arguments();
+}
+
+void tst_SimulatorProgram::theSameSeedRepeatsTheMeasurementAcrossRuns()
+{
+    const QVariantList first = measuredAfterTicks(QStringLiteral("3"));
+    QCOMPARE(first.size(), 1);
+    QCOMPARE(measuredAfterTicks(QStringLiteral("3")), first);
+    QVERIFY(measuredAfterTicks(QStringLiteral("4")) != first);
 }
 
 QTEST_GUILESS_MAIN(tst_SimulatorProgram)
