@@ -236,6 +236,12 @@ QString DevDataSetup::refusal(const QVariant &candidate) const
     return {};
 }
 
+QVariant DevDataSetup::normalized(const QVariant &candidate) const
+{
+    // A number keeps the element's own type, whichever integer or real type it came as.
+    return Wire::isNumber(value()) ? QVariant(candidate.toDouble()) : candidate;
+}
+
 QVariant DevDataSetup::fromText(const QString &text) const
 {
     if (Wire::isNumber(value())) {

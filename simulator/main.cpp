@@ -6,8 +6,6 @@
 #include <QFile>
 #include <QTextStream>
 
-#include <csignal>
-
 namespace {
 
 enum ExitCode { BadCommandLine = 1, BadModel = 2, NoBus = 3 };
@@ -16,11 +14,6 @@ int fail(int code, const QString &message)
 {
     QTextStream(stderr) << "dbusinterfaces-simulator: " << message << '\n';
     return code;
-}
-
-void quitOnSignal(int)
-{
-    QCoreApplication::quit();
 }
 
 } // namespace
@@ -120,7 +113,5 @@ int main(int argc, char *argv[])
     });
     if (!service.start(&error))
         return fail(NoBus, error);
-    std::signal(SIGINT, quitOnSignal);
-    std::signal(SIGTERM, quitOnSignal);
     return app.exec();
 }
