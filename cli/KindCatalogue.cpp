@@ -5,6 +5,12 @@
 #include <QFileInfo>
 #include <QXmlStreamReader>
 
+// The documents live in a static library: nothing else would pull their resource in.
+static void loadIntrospectionDocuments()
+{
+    Q_INIT_RESOURCE(introspection);
+}
+
 namespace Introspection {
 
 const QString applicationInterface = QStringLiteral("com.velk.mqx.MeasApplInterface");
@@ -82,6 +88,7 @@ QStringList childNodes(const QString &xmlText)
 
 KindCatalogue KindCatalogue::builtIn()
 {
+    loadIntrospectionDocuments();
     KindCatalogue catalogue;
     const QDir documents(QStringLiteral(":/introspection"));
     for (const QFileInfo &entry : documents.entryInfoList({QStringLiteral("*.xml")}, QDir::Files)) {
