@@ -88,6 +88,15 @@ int badCommandLine(const QString &message)
     return static_cast<int>(ExitCode::BadCommandLine);
 }
 
+bool takes(const Command &command, const QCommandLineOption &option)
+{
+    for (const QCommandLineOption &own : command.options) {
+        if (own.names() == option.names())
+            return true;
+    }
+    return false;
+}
+
 void addGlobalOptions(QCommandLineParser &parser, const GlobalOptions &options)
 {
     // Words after the first positional one stay words, so that values such as -5 need no "--".
@@ -103,6 +112,8 @@ int run(const QStringList &arguments)
     const GlobalOptions options;
     QCommandLineParser global;
     addGlobalOptions(global, options);
+    // Every command's options may stand before the command; the command's own parse checks them.
+    global.addOptions({Commands::kindOption, Commands::countOption});
     global.setApplicationDescription(globalDescription());
     global.addPositionalArgument(QStringLiteral("command"), QStringLiteral("The command to run."),
                                  QStringLiteral("COMMAND [ARGS...]"));
@@ -137,9 +148,9 @@ int run(const QStringList &arguments)
 
     Invocation invocation;
     invocation.args = parser.positionalArguments();
-    if (parser.isSet(Commands::kindOption))
+    if (takes(*command, Commands::kindOption) && parser.isSet(Commands::kindOption))
         invocation.kind = parser.value(Commands::kindOption);
-    if (parser.isSet(Commands::countOption)) {
+    if (takes(*command, Commands::countOption) && parser.isSet(Commands::countOption)) {
         bool ok = false;
         invocation.count = parser.value(Commands::countOption).toInt(&ok);
         if (!ok || invocation.count < 1)

@@ -59,6 +59,21 @@ public:
         return *this;
     }
 
+    /// As field(), but an error answer of the application itself (not of the bus: no such
+    /// object or member, no answer) gives the field null instead of a failure. For what an
+    /// application may not know of every item, such as the limits of a text item.
+    template<typename Call>
+    Reading &fieldIfKnown(const QString &name, const QString &member, Call &&call)
+    {
+        const Outcome before = m_outcome;
+        field(name, member, call);
+        if (m_outcome.failure && !before.failure && m_outcome.failure->code == ExitCode::BusError) {
+            m_outcome = before;
+            add(name, QJsonValue());
+        }
+        return *this;
+    }
+
     /// Adds the application's answer to a change as the field "accepted"; false is a refusal.
     template<typename Call>
     Reading &accepted(const QString &member, Call &&call)

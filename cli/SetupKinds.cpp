@@ -458,8 +458,8 @@ protected:
             return badValue(args.first(), QStringLiteral("a position (whole number)"));
         const QString item = args.at(1);
         reading.field("text", "getStringValue", [&] { return p.getStringValue(*position, item); });
-        reading.field("min", "getMin", [&] { return p.getMin(*position, item); });
-        reading.field("max", "getMax", [&] { return p.getMax(*position, item); });
+        reading.fieldIfKnown("min", "getMin", [&] { return p.getMin(*position, item); });
+        reading.fieldIfKnown("max", "getMax", [&] { return p.getMax(*position, item); });
         return reading.outcome();
     }
     int relay(SetupMapListInterface &p, const SignalSink &sink) const override
@@ -542,9 +542,9 @@ protected:
             reading.field("text", "getString", [&] { return p.getString(args.at(0)); });
         } else if (args.size() == 2) {
             reading.field("text", "getStringValue", [&] { return p.getStringValue(args.at(0), args.at(1)); });
-            reading.field("min", "getMin", [&] { return p.getMin(args.at(0), args.at(1)); });
-            reading.field("max", "getMax", [&] { return p.getMax(args.at(0), args.at(1)); });
-            reading.field("enums", "getEnums", [&] { return p.getEnums(args.at(0), args.at(1)); });
+            reading.fieldIfKnown("min", "getMin", [&] { return p.getMin(args.at(0), args.at(1)); });
+            reading.fieldIfKnown("max", "getMax", [&] { return p.getMax(args.at(0), args.at(1)); });
+            reading.fieldIfKnown("enums", "getEnums", [&] { return p.getEnums(args.at(0), args.at(1)); });
         } else {
             return usageOfInfo();
         }
