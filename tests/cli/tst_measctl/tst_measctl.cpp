@@ -131,6 +131,7 @@ private Q_SLOTS:
     void watchEndsCleanlyOnSignal_data();
     void watchEndsCleanlyOnSignal();
     void execShowsTheApplicationsAnswer();
+    void execShowsAnEmptyAnswerAsSuch();
     void execShowsAParserError();
     void eachFailureHasItsExitCode_data();
     void eachFailureHasItsExitCode();
@@ -654,6 +655,13 @@ void tst_Measctl::execShowsTheApplicationsAnswer()
     QCOMPARE(forPeople.out, QByteArray("command: status\nok: true\nanswer: running\n"));
 }
 
+void tst_Measctl::execShowsAnEmptyAnswerAsSuch()
+{
+    const Run run = measctl({"--json", "exec", "echo"});
+    QCOMPARE(run.exitCode, 0);
+    QCOMPARE(run.json(), QJsonObject({{"command", "echo"}, {"ok", true}, {"answer", ""}}));
+}
+
 void tst_Measctl::execShowsAParserError()
 {
     const Run run = measctl({"--json", "exec", "echo", "Parser Error: bad unit"});
@@ -673,6 +681,9 @@ void tst_Measctl::eachFailureHasItsExitCode_data()
     QTest::newRow("1: an error reply") << QStringList{"/Setup/Acquisition/Averages", "error",
                                                       "com.velk.mqx.Error.Broken it broke"}
                                        << QStringList{"--kind", "int", "get", "/Setup/Acquisition/Averages"} << 1;
+    QTest::newRow("1: a remote command without an answer")
+        << QStringList{"/MEAS_APPL_OBJ", "error", "com.velk.mqx.Error.Broken it broke"} << QStringList{"exec", "status"}
+        << 1;
     QTest::newRow("1: invalid arguments") << none << QStringList{"set", "/Setup/Storage/Elements", "sideways"} << 1;
     QTest::newRow("2: unknown command") << none << QStringList{"frobnicate"} << 2;
     QTest::newRow("2: unknown option") << none << QStringList{"--verbose", "status"} << 2;
