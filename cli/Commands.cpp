@@ -1,6 +1,5 @@
 #include "Commands.h"
 
-#include "ElementKinds.h"
 #include "Output.h"
 #include "Session.h"
 #include "Values.h"
@@ -9,7 +8,6 @@
 #include "DBusInterfaceManager.h"
 #include "RemoteCommandInterface.h"
 
-#include <QCoreApplication>
 #include <QDBusConnectionInterface>
 #include <QEventLoop>
 #include <QJsonArray>

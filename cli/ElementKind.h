@@ -90,9 +90,10 @@ public:
     }
 
 protected:
-    virtual Outcome read(P &, const QStringList &) const { return usage(QStringLiteral("get"), syntax().get); }
-    virtual Outcome write(P &, const QStringList &) const { return usage(QStringLiteral("set"), syntax().set); }
-    virtual Outcome describe(P &, const QStringList &) const { return usage(QStringLiteral("info"), syntax().info); }
+    // What the kind does not offer, or not with these words, is a bad command line.
+    virtual Outcome read(P &, const QStringList &) const { return usageOfGet(); }
+    virtual Outcome write(P &, const QStringList &) const { return usageOfSet(); }
+    virtual Outcome describe(P &, const QStringList &) const { return usageOfInfo(); }
     virtual int relay(P &, const SignalSink &) const { return 0; }
 
     Outcome usageOfGet() const { return usage(QStringLiteral("get"), syntax().get); }
