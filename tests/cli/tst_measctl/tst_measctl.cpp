@@ -690,6 +690,7 @@ void tst_Measctl::eachFailureHasItsExitCode_data()
     QTest::newRow("2: no command") << none << QStringList() << 2;
     QTest::newRow("2: get without a path") << none << QStringList{"get"} << 2;
     QTest::newRow("2: too many words") << none << QStringList{"get", "/Setup/Acquisition/SampleRate", "x"} << 2;
+    QTest::newRow("2: not an object path") << none << QStringList{"get", "Setup/Device/Label"} << 2;
     QTest::newRow("2: unknown kind") << none << QStringList{"--kind", "integer", "get", "/Setup/Acquisition/SampleRate"}
                                      << 2;
     QTest::newRow("2: a result is read-only") << none << QStringList{"set", "/Result/Voltage/RMS", "1"} << 2;
