@@ -21,6 +21,19 @@ Outcome outOfRange(const QString &what)
     return Outcome::error(ErrorNames::outOfRange, what);
 }
 
+Outcome noEntryAt(int position)
+{
+    return outOfRange(QStringLiteral("No entry at position %1").arg(position));
+}
+
+/// The lower or upper end of an item's range, in a variant.
+Outcome rangeLimit(const ItemRule &rule, bool minimum, const QString &item)
+{
+    if (!rule.range.bounded)
+        return unknownKey(QStringLiteral("range for \"%1\"").arg(item));
+    return Outcome::value(Wire::variant(minimum ? rule.range.min : rule.range.max));
+}
+
 QString keyValueText(const QVariantMap &map, const std::function<QString(const QString &)> &unitOf)
 {
     QStringList parts;
@@ -39,12 +52,8 @@ CollectionSetup::CollectionSetup(const QString &path, const QString &proxyClass,
 
 void CollectionSetup::addChangeableAndDefaultMembers()
 {
-    addMember(QStringLiteral("isChangeable"), QString(), QStringLiteral("b"),
-              [this](const QVariantList &) { return Outcome::value(m_changeable); });
-    addMember(QStringLiteral("setToDefault"), QString(), QString(), [this](const QVariantList &) {
-        restoreDefault();
-        return Outcome::reply();
-    });
+    addChangeableMember([this] { return m_changeable; });
+    addDefaultMember();
 }
 
 QString ItemRule::refusal(const QVariant &value) const
@@ -76,7 +85,8 @@ ArraySetup::ArraySetup(const QString &path, bool changeable, const QVariantList 
         const int start = a.at(0).toInt();
         const int end = a.at(1).toInt();
         if (start < 0 || end >= m_values.size() || start > end)
-            return outOfRange(QStringLiteral("Positions %1..%2 outside 0..%3").arg(start).arg(end).arg(m_values.size() - 1));
+            return outOfRange(
+                QStringLiteral("Positions %1..%2 outside 0..%3").arg(start).arg(end).arg(m_values.size() - 1));
         return Outcome::value(m_values.mid(start, end - start + 1));
     });
     addMember(QStringLiteral("getString"), QString(), QStringLiteral("s"),
@@ -223,8 +233,8 @@ MapListSetup::MapListSetup(const QString &path, bool changeable, const QString &
               [this](const QVariantList &a) { return Outcome::value(position(a.at(0).toString())); });
     addMember(QStringLiteral("getValue"), QStringLiteral("i"), QStringLiteral("a{sv}"), [this](const QVariantList &a) {
         const int pos = a.at(0).toInt();
-        if (pos < 0 || pos >= m_entries.size())
-            return outOfRange(QStringLiteral("No entry at position %1").arg(pos));
+        if (!hasPosition(pos))
+            return noEntryAt(pos);
         return Outcome::value(m_entries.at(pos));
     });
     addMember(QStringLiteral("getValue"), QStringLiteral("is"), QStringLiteral("v"), [this](const QVariantList &a) {
@@ -232,25 +242,23 @@ MapListSetup::MapListSetup(const QString &path, bool changeable, const QString &
             return Outcome::value(Wire::variant(entry.value(item)));
         });
     });
-    addMember(QStringLiteral("getStringValue"), QStringLiteral("is"), QStringLiteral("s"), [this](const QVariantList &a) {
-        return withItem(a, [this](const QVariantMap &entry, const QString &item) {
-            return Outcome::value(Wire::text(entry.value(item), m_items.value(item).unit));
-        });
-    });
+    addMember(QStringLiteral("getStringValue"), QStringLiteral("is"), QStringLiteral("s"),
+              [this](const QVariantList &a) {
+                  return withItem(a, [this](const QVariantMap &entry, const QString &item) {
+                      return Outcome::value(Wire::text(entry.value(item), m_items.value(item).unit));
+                  });
+              });
     addMember(QStringLiteral("getString"), QStringLiteral("i"), QStringLiteral("s"), [this](const QVariantList &a) {
         const int pos = a.at(0).toInt();
-        if (pos < 0 || pos >= m_entries.size())
-            return outOfRange(QStringLiteral("No entry at position %1").arg(pos));
+        if (!hasPosition(pos))
+            return noEntryAt(pos);
         return Outcome::value(entryText(pos));
     });
     for (const bool minimum : {true, false}) {
         addMember(minimum ? QStringLiteral("getMin") : QStringLiteral("getMax"), QStringLiteral("is"),
                   QStringLiteral("v"), [this, minimum](const QVariantList &a) {
                       return withItem(a, [this, minimum](const QVariantMap &, const QString &item) {
-                          const NumericRange range = m_items.value(item).range;
-                          if (!range.bounded)
-                              return unknownKey(QStringLiteral("range for item \"%1\"").arg(item));
-                          return Outcome::value(Wire::variant(minimum ? range.min : range.max));
+                          return rangeLimit(m_items.value(item), minimum, item);
                       });
                   });
     }
@@ -258,18 +266,13 @@ MapListSetup::MapListSetup(const QString &path, bool changeable, const QString &
               [this](const QVariantList &) { return Outcome::value(int(m_entries.size())); });
     addMember(QStringLiteral("removeItem"), QStringLiteral("i"), QStringLiteral("b"), [this](const QVariantList &a) {
         const int pos = a.at(0).toInt();
-        if (!isChangeable() || pos < 0 || pos >= m_entries.size())
+        if (!isChangeable() || !hasPosition(pos))
             return Outcome::value(false);
         m_entries.removeAt(pos);
         emitSignal(changedSignal, {});
         return Outcome::value(true);
     });
-    addMember(QStringLiteral("isChangeable"), QString(), QStringLiteral("b"),
-              [this](const QVariantList &) { return Outcome::value(isChangeable()); });
-    addMember(QStringLiteral("setToDefault"), QString(), QString(), [this](const QVariantList &) {
-        restoreDefault();
-        return Outcome::reply();
-    });
+    addChangeableAndDefaultMembers();
     addSignal(changedSignal, QString(), [] { return QVariantList(); });
     addSignal(QStringLiteral("setupBoundsChanged"), QString(), [] { return QVariantList(); });
 }
@@ -279,8 +282,8 @@ Outcome MapListSetup::withItem(const QVariantList &arguments,
 {
     const int pos = arguments.at(0).toInt();
     const QString item = arguments.at(1).toString();
-    if (pos < 0 || pos >= m_entries.size())
-        return outOfRange(QStringLiteral("No entry at position %1").arg(pos));
+    if (!hasPosition(pos))
+        return noEntryAt(pos);
     if (!m_items.contains(item))
         return unknownKey(QStringLiteral("item \"%1\"").arg(item));
     return read(m_entries.at(pos), item);
@@ -318,7 +321,7 @@ bool MapListSetup::setEntry(const QString &name, const QVariantMap &entry)
 
 bool MapListSetup::setItem(int pos, const QString &item, const QVariant &value)
 {
-    if (!isChangeable() || pos < 0 || pos >= m_entries.size() || item == m_keyItem)
+    if (!isChangeable() || !hasPosition(pos) || item == m_keyItem)
         return false;
     QVariantMap entry = m_entries.at(pos);
     entry.insert(item, value);
@@ -329,6 +332,11 @@ bool MapListSetup::setItem(int pos, const QString &item, const QVariant &value)
         emitSignal(changedSignal, {});
     }
     return true;
+}
+
+bool MapListSetup::hasPosition(int pos) const
+{
+    return pos >= 0 && pos < m_entries.size();
 }
 
 int MapListSetup::position(const QString &name) const
@@ -383,8 +391,8 @@ MapMapSetup::MapMapSetup(const QString &path, bool changeable, const QMap<QStrin
     // The fire-and-forget form sends the entry inside a variant.
     addMember(QStringLiteral("setValue"), QStringLiteral("sv"), QStringLiteral("b"), [this](const QVariantList &a) {
         const QVariant entry = Wire::plain(a.at(1));
-        return Outcome::value(SimCompat::typeId(entry) == QMetaType::QVariantMap
-                              && setEntry(a.at(0).toString(), entry.toMap()));
+        return Outcome::value(SimCompat::typeId(entry) == QMetaType::QVariantMap &&
+                              setEntry(a.at(0).toString(), entry.toMap()));
     });
     addMember(QStringLiteral("setValue"), QStringLiteral("ssv"), QStringLiteral("b"), [this](const QVariantList &a) {
         return Outcome::value(setCell(a.at(0).toString(), a.at(1).toString(), Wire::plain(a.at(2))));
@@ -392,24 +400,26 @@ MapMapSetup::MapMapSetup(const QString &path, bool changeable, const QMap<QStrin
     addMember(QStringLiteral("setValue"), QStringLiteral("sss"), QStringLiteral("b"), [this](const QVariantList &a) {
         return Outcome::value(setCellFromText(a.at(0).toString(), a.at(1).toString(), a.at(2).toString()));
     });
-    addMember(QStringLiteral("setDefaultMap"), QStringLiteral("a{sv}"), QStringLiteral("b"), [this](const QVariantList &a) {
-        MapOfMaps entries;
-        if (!isChangeable() || !fromJsonTexts(Wire::plain(a.at(0)).toMap(), &entries))
-            return Outcome::value(false);
-        m_defaults = entries;
-        return Outcome::value(true);
-    });
-    addMember(QStringLiteral("setDefaultMap"), QStringLiteral("sa{sv}"), QStringLiteral("b"), [this](const QVariantList &a) {
-        const QVariantMap entry = Wire::plain(a.at(1)).toMap();
-        for (auto it = entry.cbegin(); it != entry.cend(); ++it) {
-            if (!refusal(it.key(), it.value()).isEmpty())
-                return Outcome::value(false);
-        }
-        if (!isChangeable() || a.at(0).toString().isEmpty())
-            return Outcome::value(false);
-        m_defaults.insert(a.at(0).toString(), entry);
-        return Outcome::value(true);
-    });
+    addMember(QStringLiteral("setDefaultMap"), QStringLiteral("a{sv}"), QStringLiteral("b"),
+              [this](const QVariantList &a) {
+                  MapOfMaps entries;
+                  if (!isChangeable() || !fromJsonTexts(Wire::plain(a.at(0)).toMap(), &entries))
+                      return Outcome::value(false);
+                  m_defaults = entries;
+                  return Outcome::value(true);
+              });
+    addMember(QStringLiteral("setDefaultMap"), QStringLiteral("sa{sv}"), QStringLiteral("b"),
+              [this](const QVariantList &a) {
+                  const QVariantMap entry = Wire::plain(a.at(1)).toMap();
+                  for (auto it = entry.cbegin(); it != entry.cend(); ++it) {
+                      if (!refusal(it.key(), it.value()).isEmpty())
+                          return Outcome::value(false);
+                  }
+                  if (!isChangeable() || a.at(0).toString().isEmpty())
+                      return Outcome::value(false);
+                  m_defaults.insert(a.at(0).toString(), entry);
+                  return Outcome::value(true);
+              });
     addMember(QStringLiteral("mergeFromDefaultMap"), sig_s, QStringLiteral("b"),
               [this](const QVariantList &a) { return Outcome::value(mergeFromDefault(a.at(0).toString())); });
     addMember(QStringLiteral("mergeFromDefaultMap"), QString(), QStringLiteral("as"), [this](const QVariantList &) {
@@ -451,10 +461,7 @@ MapMapSetup::MapMapSetup(const QString &path, bool changeable, const QMap<QStrin
         addMember(minimum ? QStringLiteral("getMin") : QStringLiteral("getMax"), sig_ss, QStringLiteral("v"),
                   [this, minimum](const QVariantList &a) {
                       return withCell(a, [this, minimum](const QString &, const QString &secondKey, const QVariant &) {
-                          const NumericRange range = m_items.value(secondKey).range;
-                          if (!range.bounded)
-                              return unknownKey(QStringLiteral("range for \"%1\"").arg(secondKey));
-                          return Outcome::value(Wire::variant(minimum ? range.min : range.max));
+                          return rangeLimit(m_items.value(secondKey), minimum, secondKey);
                       });
                   });
     }
@@ -486,16 +493,16 @@ MapMapSetup::MapMapSetup(const QString &path, bool changeable, const QMap<QStrin
         const QString primaryKey = m_entries.isEmpty() ? QString() : m_entries.firstKey();
         const QVariantMap entry = m_entries.value(primaryKey);
         const QString secondKey = entry.isEmpty() ? QString() : entry.firstKey();
-        return QVariantList {primaryKey, secondKey, Wire::variant(entry.value(secondKey, QString())), false};
+        return QVariantList{primaryKey, secondKey, Wire::variant(entry.value(secondKey, QString())), false};
     });
-    addSignal(QStringLiteral("mapEntryRemoved"), sig_s, [this] {
-        return QVariantList {m_entries.isEmpty() ? QString() : m_entries.firstKey()};
-    });
+    addSignal(QStringLiteral("mapEntryRemoved"), sig_s,
+              [this] { return QVariantList{m_entries.isEmpty() ? QString() : m_entries.firstKey()}; });
     addSignal(QStringLiteral("setupBoundsChanged"), QString(), [] { return QVariantList(); });
 }
 
-Outcome MapMapSetup::withCell(const QVariantList &arguments,
-                              const std::function<Outcome(const QString &, const QString &, const QVariant &)> &read) const
+Outcome
+MapMapSetup::withCell(const QVariantList &arguments,
+                      const std::function<Outcome(const QString &, const QString &, const QVariant &)> &read) const
 {
     const QString primaryKey = arguments.at(0).toString();
     const QString secondKey = arguments.at(1).toString();
@@ -688,9 +695,8 @@ ThresholdSetup::ThresholdSetup(const QString &path, bool changeable, const QMap<
         return Outcome::value(QString::fromUtf8(QJsonDocument(all).toJson(QJsonDocument::Compact)));
     });
     addMember(QStringLiteral("getAttributes"), s, QStringLiteral("i"), [this](const QVariantList &a) {
-        return withKey(a, [this](int, const QString &element) {
-            return Outcome::value(m_elements.value(element).attributes);
-        });
+        return withKey(
+            a, [this](int, const QString &element) { return Outcome::value(m_elements.value(element).attributes); });
     });
     addMember(QStringLiteral("getMaxLocationDescriptionCharacterCount"), QString(), QStringLiteral("i"),
               [this](const QVariantList &) { return Outcome::value(m_maxDescriptionLength); });
@@ -709,12 +715,12 @@ ThresholdSetup::ThresholdSetup(const QString &path, bool changeable, const QMap<
         const int location = locationIndex(a.at(0).toString());
         if (location < 0)
             return unknownKey(QStringLiteral("location \"%1\"").arg(a.at(0).toString()));
-        return Outcome::value(QString::fromUtf8(QJsonDocument(locationObject(location)).toJson(QJsonDocument::Compact)));
+        return Outcome::value(
+            QString::fromUtf8(QJsonDocument(locationObject(location)).toJson(QJsonDocument::Compact)));
     });
     addMember(QStringLiteral("getValue"), s, QStringLiteral("d"), [this](const QVariantList &a) {
-        return withKey(a, [this](int location, const QString &element) {
-            return Outcome::value(valueAt(location, element));
-        });
+        return withKey(
+            a, [this](int location, const QString &element) { return Outcome::value(valueAt(location, element)); });
     });
     addMember(QStringLiteral("getString"), s, s, [this](const QVariantList &a) {
         return withKey(a, [this](int location, const QString &element) {
@@ -737,9 +743,8 @@ ThresholdSetup::ThresholdSetup(const QString &path, bool changeable, const QMap<
         const int location = locationIndex(a.at(0).toString());
         return Outcome::value(isChangeable() && location >= 0 && m_locations.at(location).editable);
     });
-    addMember(QStringLiteral("size"), QString(), QStringLiteral("i"), [this](const QVariantList &) {
-        return Outcome::value(int(m_locations.size() * m_elements.size()));
-    });
+    addMember(QStringLiteral("size"), QString(), QStringLiteral("i"),
+              [this](const QVariantList &) { return Outcome::value(int(m_locations.size() * m_elements.size())); });
     addMember(QStringLiteral("setLocationDescription"), ss, QStringLiteral("b"), [this](const QVariantList &a) {
         return Outcome::value(setDescription(a.at(0).toString(), a.at(1).toString()));
     });
@@ -754,24 +759,26 @@ ThresholdSetup::ThresholdSetup(const QString &path, bool changeable, const QMap<
     addChangeableAndDefaultMembers();
     addSignal(QStringLiteral("locationNameChanged"), ss, [this] {
         const QString name = m_locations.isEmpty() ? QString() : m_locations.constLast().name;
-        return QVariantList {name, name};
+        return QVariantList{name, name};
     });
     addSignal(QStringLiteral("locationsChanged"), QString(), [] { return QVariantList(); });
     addSignal(changedSignal, QString(), [] { return QVariantList(); });
     addSignal(changedSignal, QStringLiteral("sd"), [this] {
         if (m_locations.isEmpty() || m_elements.isEmpty())
-            return QVariantList {QString(), 0.0};
+            return QVariantList{QString(), 0.0};
         const QString element = m_elements.firstKey();
-        return QVariantList {m_locations.constFirst().name + QLatin1Char('/') + element, valueAt(0, element)};
+        return QVariantList{m_locations.constFirst().name + QLatin1Char('/') + element, valueAt(0, element)};
     });
 }
 
-Outcome ThresholdSetup::withKey(const QVariantList &arguments, const std::function<Outcome(int, const QString &)> &read) const
+Outcome ThresholdSetup::withKey(const QVariantList &arguments,
+                                const std::function<Outcome(int, const QString &)> &read) const
 {
     int location = -1;
     QString element;
     if (!resolve(arguments.at(0).toString(), &location, &element))
-        return unknownKey(QStringLiteral("threshold \"%1\" (keys are \"<location>/<element>\")").arg(arguments.at(0).toString()));
+        return unknownKey(
+            QStringLiteral("threshold \"%1\" (keys are \"<location>/<element>\")").arg(arguments.at(0).toString()));
     return read(location, element);
 }
 
@@ -809,16 +816,16 @@ QJsonObject ThresholdSetup::locationObject(int location) const
 
 bool ThresholdSetup::validName(const QString &name) const
 {
-    return !name.isEmpty() && name.size() <= m_maxNameLength && !name.contains(QLatin1Char('/'))
-        && locationIndex(name) < 0;
+    return !name.isEmpty() && name.size() <= m_maxNameLength && !name.contains(QLatin1Char('/')) &&
+        locationIndex(name) < 0;
 }
 
 bool ThresholdSetup::setValue(const QString &key, double value)
 {
     int location = -1;
     QString element;
-    if (!isChangeable() || !resolve(key, &location, &element) || !m_locations.at(location).editable
-        || !m_elements.value(element).range.refusal(value).isEmpty())
+    if (!isChangeable() || !resolve(key, &location, &element) || !m_locations.at(location).editable ||
+        !m_elements.value(element).range.refusal(value).isEmpty())
         return false;
     if (valueAt(location, element) == value)
         return true;
@@ -865,8 +872,8 @@ bool ThresholdSetup::renameLocation(const QString &name, const QString &newName)
 bool ThresholdSetup::setDescription(const QString &name, const QString &description)
 {
     const int location = locationIndex(name);
-    if (!isChangeable() || location < 0 || !m_locations.at(location).editable
-        || description.size() > m_maxDescriptionLength)
+    if (!isChangeable() || location < 0 || !m_locations.at(location).editable ||
+        description.size() > m_maxDescriptionLength)
         return false;
     if (m_locations.at(location).description != description) {
         m_locations[location].description = description;
@@ -897,17 +904,15 @@ StorageListSetup::StorageListSetup(const QString &path, const QStringList &defau
               [this](const QVariantList &) { return Outcome::value(values()); });
     addMember(QStringLiteral("count"), QString(), QStringLiteral("i"),
               [this](const QVariantList &) { return Outcome::value(int(m_names.size())); });
-    addMember(QStringLiteral("setToDefault"), QString(), QString(), [this](const QVariantList &) {
-        restoreDefault();
-        return Outcome::reply();
-    });
+    addDefaultMember();
     addMember(QStringLiteral("getSortOrder"), QString(), QStringLiteral("s"),
               [this](const QVariantList &) { return Outcome::value(m_sortOrder); });
     addMember(QStringLiteral("setSortOrder"), QStringLiteral("s"), QString(), [this](const QVariantList &a) {
         const QString order = a.at(0).toString();
         if (!m_sortOrders.contains(order))
-            return Outcome::error(ErrorNames::invalidArgs, QStringLiteral("No sort order \"%1\"; known: %2")
-                                                               .arg(order, m_sortOrders.join(QStringLiteral(", "))));
+            return Outcome::error(
+                ErrorNames::invalidArgs,
+                QStringLiteral("No sort order \"%1\"; known: %2").arg(order, m_sortOrders.join(QStringLiteral(", "))));
         if (order != m_sortOrder) {
             m_sortOrder = order;
             emitSignal(QStringLiteral("sortOrderChanged"), {order});
@@ -915,9 +920,10 @@ StorageListSetup::StorageListSetup(const QString &path, const QStringList &defau
         }
         return Outcome::reply();
     });
-    addSignal(changedSignal, QStringLiteral("siias"),
-              [this] { return QVariantList {QStringLiteral("reset"), 0, int(m_names.size()), values()}; });
-    addSignal(QStringLiteral("sortOrderChanged"), QStringLiteral("s"), [this] { return QVariantList {m_sortOrder}; });
+    addSignal(changedSignal, QStringLiteral("siias"), [this] {
+        return QVariantList{QStringLiteral("reset"), 0, int(m_names.size()), values()};
+    });
+    addSignal(QStringLiteral("sortOrderChanged"), QStringLiteral("s"), [this] { return QVariantList{m_sortOrder}; });
 }
 
 QStringList StorageListSetup::values() const
@@ -935,7 +941,7 @@ bool StorageListSetup::store(const QString &name)
     if (name.isEmpty() || m_names.contains(name))
         return false;
     m_names.append(name);
-    emitSignal(changedSignal, {QStringLiteral("insert"), int(values().indexOf(name)), 1, QStringList {name}});
+    emitSignal(changedSignal, {QStringLiteral("insert"), int(values().indexOf(name)), 1, QStringList{name}});
     return true;
 }
 
@@ -945,7 +951,7 @@ bool StorageListSetup::unstore(const QString &name)
     if (index < 0)
         return false;
     m_names.removeAll(name);
-    emitSignal(changedSignal, {QStringLiteral("remove"), index, 1, QStringList {name}});
+    emitSignal(changedSignal, {QStringLiteral("remove"), index, 1, QStringList{name}});
     return true;
 }
 

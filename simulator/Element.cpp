@@ -65,10 +65,23 @@ void Element::addMember(const QString &member, const QString &inSignature, const
     m_members.append({member, inSignature, outSignature, operation});
 }
 
-void Element::addSignal(const QString &member, const QString &signature,
-                        const std::function<QVariantList()> &current)
+void Element::addSignal(const QString &member, const QString &signature, const std::function<QVariantList()> &current)
 {
     m_signals.append({member, signature, current});
+}
+
+void Element::addChangeableMember(const std::function<bool()> &changeable)
+{
+    addMember(QStringLiteral("isChangeable"), QString(), QStringLiteral("b"),
+              [changeable](const QVariantList &) { return Outcome::value(changeable()); });
+}
+
+void Element::addDefaultMember()
+{
+    addMember(QStringLiteral("setToDefault"), QString(), QString(), [this](const QVariantList &) {
+        restoreDefault();
+        return Outcome::reply();
+    });
 }
 
 void Element::emitSignal(const QString &member, const QVariantList &arguments)
