@@ -1,0 +1,48 @@
+#include "Outcome.h"
+
+#include "Values.h"
+
+#include <QDBusError>
+
+void Record::add(const QString &name, const QJsonValue &value)
+{
+    m_fields.append({name, value});
+}
+
+void Record::append(const Record &other)
+{
+    m_fields += other.m_fields;
+}
+
+QJsonObject Record::toJson() const
+{
+    QJsonObject object;
+    for (const auto &field : m_fields)
+        object.insert(field.first, field.second);
+    return object;
+}
+
+QString Record::toText() const
+{
+    QString text;
+    for (const auto &field : m_fields)
+        text += field.first + QStringLiteral(": ") + Values::toText(field.second) + QLatin1Char('\n');
+    return text;
+}
+
+Failure Failure::fromError(const QDBusError &error, const QString &context)
+{
+    return {ExitCodes::fromError(error), QStringLiteral("%1: %2 (%3)").arg(context, error.message(), error.name())};
+}
+
+Outcome Outcome::failed(ExitCode code, const QString &message)
+{
+    return failed(Failure{code, message});
+}
+
+Outcome Outcome::failed(const Failure &failure)
+{
+    Outcome outcome;
+    outcome.failure = failure;
+    return outcome;
+}

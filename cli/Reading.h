@@ -1,0 +1,127 @@
+#ifndef MEASCTL_READING_H
+#define MEASCTL_READING_H
+
+#include "Outcome.h"
+#include "Values.h"
+
+#include <QDBusAbstractInterface>
+#include <QDBusReply>
+#include <QVariant>
+
+#include <optional>
+#include <type_traits>
+
+/// What a proxy operation answers: a QDBusReply, or a plain value of the getters that unwrap it.
+template<typename T>
+struct Answer
+{
+    using Value = T;
+    static const T &valueOf(const T &plain) { return plain; }
+};
+template<typename T>
+struct Answer<QDBusReply<T>>
+{
+    using Value = T;
+    static T valueOf(const QDBusReply<T> &reply) { return reply.value(); }
+};
+
+/**
+ * Calls through one proxy, gathering what they answer into a record until the first
+ * failure; after it, no further call is made. A failure shows in an invalid QDBusReply
+ * or, for the getters that hand back plain values, in the proxy's lastError().
+ */
+class Reading
+{
+public:
+    explicit Reading(const QDBusAbstractInterface &proxy)
+        : m_proxy(proxy)
+    {
+    }
+
+    /// The value that @p call answers, or nothing once a call has failed.
+    template<typename Call, typename A = Answer<std::decay_t<decltype(std::declval<Call>()())>>>
+    std::optional<typename A::Value> value(const QString &member, Call &&call)
+    {
+        if (m_outcome.failure)
+            return std::nullopt;
+        const auto answer = call();
+        if (!check(member, answer))
+            return std::nullopt;
+        return A::valueOf(answer);
+    }
+
+    /// Adds what @p call answers as the field @p name.
+    template<typename Call>
+    Reading &field(const QString &name, const QString &member, Call &&call)
+    {
+        if (const auto answer = value(member, call))
+            add(name, Values::toJson(QVariant::fromValue(*answer)));
+        return *this;
+    }
+
+    /// As field(), but an error answer of the application itself (not of the bus: no such
+    /// object or member, no answer) gives the field null instead of a failure. For what an
+    /// application may not know of every item, such as the limits of a text item.
+    template<typename Call>
+    Reading &fieldIfKnown(const QString &name, const QString &member, Call &&call)
+    {
+        const Outcome before = m_outcome;
+        field(name, member, call);
+        if (m_outcome.failure && !before.failure && m_outcome.failure->code == ExitCode::BusError) {
+            m_outcome = before;
+            add(name, QJsonValue());
+        }
+        return *this;
+    }
+
+    /// Adds the application's answer to a change as the field "accepted"; false is a refusal.
+    template<typename Call>
+    Reading &accepted(const QString &member, Call &&call)
+    {
+        if (const auto answer = value(member, call)) {
+            add(QStringLiteral("accepted"), *answer);
+            if (!*answer)
+                m_outcome.failure = Failure{ExitCode::Refused, QStringLiteral("the application refused the value")};
+        }
+        return *this;
+    }
+
+    /// Makes a call whose answer carries nothing but success.
+    template<typename Call>
+    Reading &done(const QString &member, Call &&call)
+    {
+        if (!m_outcome.failure) {
+            const QDBusReply<void> answer = call();
+            if (check(member, answer))
+                add(QStringLiteral("done"), true);
+        }
+        return *this;
+    }
+
+    void add(const QString &name, const QJsonValue &value) { m_outcome.record.add(name, value); }
+    bool failed() const { return bool(m_outcome.failure); }
+    Outcome outcome() const { return m_outcome; }
+
+private:
+    template<typename T>
+    bool check(const QString &member, const QDBusReply<T> &reply)
+    {
+        return reply.isValid() || fail(member, reply.error());
+    }
+    template<typename T>
+    bool check(const QString &member, const T &)
+    {
+        const QDBusError error = m_proxy.lastError();
+        return !error.isValid() || fail(member, error);
+    }
+    bool fail(const QString &member, const QDBusError &error)
+    {
+        m_outcome.failure = Failure::fromError(error, member);
+        return false;
+    }
+
+    const QDBusAbstractInterface &m_proxy;
+    Outcome m_outcome;
+};
+
+#endif

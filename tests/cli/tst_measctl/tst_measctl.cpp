@@ -1,0 +1,859 @@
+// The real measctl binary against the real simulator, both on this test's private bus.
+
+#include <QDBusConnection>
+#include <QDBusMessage>
+#include <QJsonArray>
+#include <QJsonDocument>
+#include <QJsonObject>
+#include <QProcess>
+#include <QtTest/QTest>
+
+#include <csignal>
+#include <memory>
+
+namespace {
+
+const QString simulatorService = QStringLiteral("com.velk.mqx.app.sim");
+constexpr int processTimeoutMs = 30000;
+
+/// What one run of measctl left behind.
+struct Run
+{
+    int exitCode = -1;
+    QByteArray out;
+    QByteArray err;
+
+    QJsonObject json() const { return QJsonDocument::fromJson(out).object(); }
+    bool isOneJsonDocument() const
+    {
+        QJsonParseError error;
+        return QJsonDocument::fromJson(out, &error).isObject() && error.error == QJsonParseError::NoError;
+    }
+};
+
+Run measctl(const QStringList &arguments,
+            const QProcessEnvironment &environment = QProcessEnvironment::systemEnvironment())
+{
+    QProcess process;
+    process.setProcessEnvironment(environment);
+    process.start(QStringLiteral(MEASCTL_PATH), arguments);
+    Run run;
+    if (!process.waitForFinished(processTimeoutMs) || process.exitStatus() != QProcess::NormalExit) {
+        process.kill();
+        process.waitForFinished();
+        return run;
+    }
+    run.exitCode = process.exitCode();
+    run.out = process.readAllStandardOutput();
+    run.err = process.readAllStandardError();
+    return run;
+}
+
+QJsonValue json(const QString &text)
+{
+    return QJsonDocument::fromJson(("[" + text + "]").toUtf8()).array().first();
+}
+
+/// Reads @p process's @p channel until @p text has arrived; false if it ended first.
+bool waitForText(QProcess &process, QProcess::ProcessChannel channel, const QByteArray &text, QByteArray &seen)
+{
+    process.setReadChannel(channel);
+    while (!seen.contains(text)) {
+        if (!process.waitForReadyRead(processTimeoutMs))
+            return false;
+        seen += process.readAll();
+    }
+    return true;
+}
+
+/// The simulator with its default model, as the application "sim".
+class Simulator
+{
+public:
+    bool start()
+    {
+        m_process.start(QStringLiteral(SIMULATOR_PATH), {QStringLiteral("--manual-clock")});
+        QByteArray out;
+        return waitForText(m_process, QProcess::StandardOutput, "ready\n", out);
+    }
+
+    void stop()
+    {
+        if (m_process.state() == QProcess::NotRunning)
+            return;
+        control(QStringLiteral("quit"), {});
+        if (!m_process.waitForFinished(processTimeoutMs)) {
+            m_process.kill();
+            m_process.waitForFinished();
+        }
+    }
+
+    /// Calls the simulator's control interface; true when it answered without error.
+    bool control(const QString &member, const QList<QVariant> &arguments)
+    {
+        QDBusMessage call = QDBusMessage::createMethodCall(simulatorService, QStringLiteral("/Simulator"),
+                                                           QStringLiteral("com.velk.mqx.Simulator"), member);
+        call.setArguments(arguments);
+        return QDBusConnection::sessionBus().call(call).type() == QDBusMessage::ReplyMessage;
+    }
+
+private:
+    QProcess m_process;
+};
+
+} // namespace
+
+class tst_Measctl : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void init();
+    void cleanup();
+
+    void statusReportsTheApplicationAndItsStatusText();
+    void statusOfAnAbsentApplicationExitsNoApplication();
+    void listShowsEveryElementWithItsInferredKind();
+    void getReadsEverySettingKind_data();
+    void getReadsEverySettingKind();
+    void getReadsEveryResultKind_data();
+    void getReadsEveryResultKind();
+    void getWritesNameValueLinesForPeople();
+    void kindGivenByClassOrShortNameSkipsInference_data();
+    void kindGivenByClassOrShortNameSkipsInference();
+    void optionsMayFollowTheCommand();
+    void theApplicationComesFromTheEnvironmentByDefault();
+    void setChangesEverySettingKind_data();
+    void setChangesEverySettingKind();
+    void setReportsARefusal_data();
+    void setReportsARefusal();
+    void setOfNanIsRefusedByTheLibraryItself();
+    void setOfAValueThatDoesNotParseSendsNothing_data();
+    void setOfAValueThatDoesNotParseSendsNothing();
+    void infoDescribesEveryKind_data();
+    void infoDescribesEveryKind();
+    void infoOfResultsListsWhatEachKindReads_data();
+    void infoOfResultsListsWhatEachKindReads();
+    void watchPrintsEachSignalAsItArrives_data();
+    void watchPrintsEachSignalAsItArrives();
+    void watchWritesOneLinePerSignalForPeople();
+    void watchEndsCleanlyOnSignal_data();
+    void watchEndsCleanlyOnSignal();
+    void execShowsTheApplicationsAnswer();
+    void execShowsAnEmptyAnswerAsSuch();
+    void execShowsAParserError();
+    void eachFailureHasItsExitCode_data();
+    void eachFailureHasItsExitCode();
+    void helpDescribesEachCommandAndTheExitCodes();
+
+private:
+    /// Starts measctl watch and waits until it has subscribed.
+    std::unique_ptr<QProcess> startWatch(const QStringList &arguments);
+
+    Simulator m_simulator;
+};
+
+void tst_Measctl::init()
+{
+    QVERIFY(m_simulator.start());
+}
+
+void tst_Measctl::cleanup()
+{
+    m_simulator.stop();
+}
+
+std::unique_ptr<QProcess> tst_Measctl::startWatch(const QStringList &arguments)
+{
+    auto watch = std::make_unique<QProcess>();
+    watch->start(QStringLiteral(MEASCTL_PATH), QStringList{QStringLiteral("watch")} + arguments);
+    QByteArray err;
+    if (!waitForText(*watch, QProcess::StandardError, "measctl: watching", err))
+        return nullptr;
+    return watch;
+}
+
+void tst_Measctl::statusReportsTheApplicationAndItsStatusText()
+{
+    const Run run = measctl({"--json", "status"});
+    QCOMPARE(run.exitCode, 0);
+    QCOMPARE(run.json(),
+             QJsonObject(
+                 {{"application", "sim"}, {"service", simulatorService}, {"available", true}, {"status", "running"}}));
+}
+
+void tst_Measctl::statusOfAnAbsentApplicationExitsNoApplication()
+{
+    const Run run = measctl({"--json", "--app", "Absent", "status"});
+    QCOMPARE(run.exitCode, 3);
+    QCOMPARE(run.json().value("service"), QJsonValue("com.velk.mqx.app.absent"));
+    QCOMPARE(run.json().value("available"), QJsonValue(false));
+    QCOMPARE(run.json().value("error").toObject().value("code"), QJsonValue(3));
+}
+
+void tst_Measctl::listShowsEveryElementWithItsInferredKind()
+{
+    const Run run = measctl({"--json", "list"});
+    QCOMPARE(run.exitCode, 0);
+    QMap<QString, QString> kinds;
+    for (const QJsonValue &element : run.json().value("elements").toArray())
+        kinds.insert(element["path"].toString(), element["kind"].toString());
+    const QMap<QString, QString> expected{
+        {"/MEAS_APPL_OBJ", "RemoteCommandInterface"},
+        {"/Setup/Acquisition/SampleRate", "SetupIntInterface"},
+        {"/Setup/Acquisition/Averages", "SetupIntInterface"},
+        {"/Setup/Acquisition/Duration", "SetupDoubleInterface"},
+        {"/Setup/Acquisition/TriggerLevel", "SetupDoubleInterface"},
+        {"/Setup/Acquisition/AutoRange", "SetupBoolInterface"},
+        {"/Setup/Acquisition/TriggerMode", "SetupEnumInterface"},
+        {"/Setup/Acquisition/InputCoupling", "SetupEnumInterface"},
+        {"/Setup/Device/SerialNumber", "SetupStringInterface"},
+        {"/Setup/Device/Label", "SetupStringInterface"},
+        {"/Setup/Device/CalibrationFactor", "SetupDevDataInterface"},
+        {"/Setup/Device/OperatorNote", "SetupDevDataInterface"},
+        {"/Setup/Filter/Coefficients", "SetupArrayItemInterface"},
+        {"/Setup/Display/ChannelColors", "SetupMapItemInterface"},
+        {"/Setup/Sequence/Steps", "SetupMapListInterface"},
+        {"/Setup/Channels/Config", "SetupMapMapItemInterface"},
+        {"/Setup/Limits/Thresholds", "SetupThresholdManagerInterface"},
+        {"/Setup/Storage/Elements", "StorageElemsMapInterface"},
+        {"/Result/Voltage/RMS", "ResultDoubleInterface"},
+        {"/Result/Voltage/Peak", "ResultDoubleInterface"},
+        {"/Result/Frequency/Fundamental", "ResultDoubleInterface"},
+        {"/Result/Counter/Events", "ResultIntInterface"},
+        {"/Result/Counter/Overloads", "ResultIntInterface"},
+        {"/Result/Status/SignalPresent", "ResultBoolInterface"},
+        {"/Result/Status/Overload", "ResultBoolInterface"},
+        {"/Result/Status/RangeState", "ResultEnumInterface"},
+        {"/Result/Spectrum/Bins", "ResultIntArrayInterface"},
+        {"/Result/Spectrum/Peaks", "ResultVarArrayInterface"},
+    };
+    QCOMPARE(kinds, expected);
+
+    const Run forPeople = measctl({"list"});
+    QVERIFY(forPeople.out.contains("/Setup/Channels/Config  SetupMapMapItemInterface\n"));
+}
+
+void tst_Measctl::getReadsEverySettingKind_data()
+{
+    QTest::addColumn<QString>("path");
+    QTest::addColumn<QString>("kind");
+    QTest::addColumn<QString>("field");
+    QTest::addColumn<QString>("expected");
+    QTest::newRow("int") << "/Setup/Acquisition/SampleRate"
+                         << "SetupIntInterface"
+                         << "value"
+                         << "48000";
+    QTest::newRow("double") << "/Setup/Acquisition/Duration"
+                            << "SetupDoubleInterface"
+                            << "value"
+                            << "10";
+    QTest::newRow("bool") << "/Setup/Acquisition/AutoRange"
+                          << "SetupBoolInterface"
+                          << "value"
+                          << "true";
+    QTest::newRow("enum index") << "/Setup/Acquisition/InputCoupling"
+                                << "SetupEnumInterface"
+                                << "value"
+                                << "1";
+    QTest::newRow("enum text") << "/Setup/Acquisition/InputCoupling"
+                               << "SetupEnumInterface"
+                               << "text"
+                               << "\"DC\"";
+    QTest::newRow("string") << "/Setup/Device/SerialNumber"
+                            << "SetupStringInterface"
+                            << "value"
+                            << "\"MQX-2041-00317\"";
+    QTest::newRow("devdata") << "/Setup/Device/CalibrationFactor"
+                             << "SetupDevDataInterface"
+                             << "value"
+                             << "1.0023";
+    QTest::newRow("array") << "/Setup/Filter/Coefficients"
+                           << "SetupArrayItemInterface"
+                           << "value"
+                           << "[0.5, 0.25, 0.125, 0.0625, 0, 0, 0, 0]";
+    QTest::newRow("map") << "/Setup/Display/ChannelColors"
+                         << "SetupMapItemInterface"
+                         << "value"
+                         << "{\"A\": \"#e6194b\", \"B\": \"#3cb44b\", \"C\": \"#4363d8\"}";
+    QTest::newRow("map-list") << "/Setup/Sequence/Steps"
+                              << "SetupMapListInterface"
+                              << "value"
+                              << "[{\"name\": \"Warm-up\", \"frequency\": 1000, \"level\": -20, \"duration\": 5},"
+                                 " {\"name\": \"Sweep low\", \"frequency\": 100, \"level\": -10, \"duration\": 10},"
+                                 " {\"name\": \"Sweep high\", \"frequency\": 10000, \"level\": -10, \"duration\": 10}]";
+    QTest::newRow("map-map") << "/Setup/Channels/Config"
+                             << "SetupMapMapItemInterface"
+                             << "value"
+                             << "{\"A\": {\"gain\": 1, \"offset\": 0, \"coupling\": \"DC\", \"enabled\": true},"
+                                " \"B\": {\"gain\": 10, \"offset\": 0.25, \"coupling\": \"AC\", \"enabled\": false}}";
+    QTest::newRow("threshold") << "/Setup/Limits/Thresholds"
+                               << "SetupThresholdManagerInterface"
+                               << "locations"
+                               << "[\"Factory\", \"Line 1\", \"Line 2\"]";
+    QTest::newRow("storage") << "/Setup/Storage/Elements"
+                             << "StorageElemsMapInterface"
+                             << "value"
+                             << "[\"Run_0001\", \"Run_0002\", \"Run_0003\"]";
+}
+
+void tst_Measctl::getReadsEverySettingKind()
+{
+    QFETCH(QString, path);
+    QFETCH(QString, kind);
+    QFETCH(QString, field);
+    QFETCH(QString, expected);
+    const Run run = measctl({"--json", "get", path});
+    QCOMPARE(run.exitCode, 0);
+    QVERIFY(run.isOneJsonDocument());
+    QCOMPARE(run.json().value("path"), QJsonValue(path));
+    QCOMPARE(run.json().value("kind"), QJsonValue(kind));
+    QCOMPARE(run.json().value(field), json(expected));
+}
+
+void tst_Measctl::getReadsEveryResultKind_data()
+{
+    QTest::addColumn<QString>("path");
+    QTest::addColumn<QString>("kind");
+    QTest::addColumn<int>("valueType");
+    QTest::addColumn<int>("length");
+    QTest::newRow("result-double") << "/Result/Voltage/RMS"
+                                   << "ResultDoubleInterface" << int(QJsonValue::Double) << 0;
+    QTest::newRow("result-int") << "/Result/Counter/Events"
+                                << "ResultIntInterface" << int(QJsonValue::Double) << 0;
+    QTest::newRow("result-bool") << "/Result/Status/SignalPresent"
+                                 << "ResultBoolInterface" << int(QJsonValue::Bool) << 0;
+    QTest::newRow("result-enum") << "/Result/Status/RangeState"
+                                 << "ResultEnumInterface" << int(QJsonValue::Double) << 0;
+    QTest::newRow("result-int-array") << "/Result/Spectrum/Bins"
+                                      << "ResultIntArrayInterface" << int(QJsonValue::Array) << 16;
+    QTest::newRow("result-var-array") << "/Result/Spectrum/Peaks"
+                                      << "ResultVarArrayInterface" << int(QJsonValue::Array) << 8;
+}
+
+void tst_Measctl::getReadsEveryResultKind()
+{
+    QFETCH(QString, path);
+    QFETCH(QString, kind);
+    QFETCH(int, valueType);
+    QFETCH(int, length);
+    const Run run = measctl({"--json", "get", path});
+    QCOMPARE(run.exitCode, 0);
+    QCOMPARE(run.json().value("kind"), QJsonValue(kind));
+    const QJsonValue value = run.json().value("value");
+    QCOMPARE(int(value.type()), valueType);
+    if (length > 0)
+        QCOMPARE(value.toArray().size(), length);
+}
+
+void tst_Measctl::getWritesNameValueLinesForPeople()
+{
+    const Run run = measctl({"get", "/Setup/Acquisition/SampleRate"});
+    QCOMPARE(run.exitCode, 0);
+    QVERIFY2(run.out.startsWith("path: /Setup/Acquisition/SampleRate\nkind: SetupIntInterface\nvalue: 48000\ntext: "),
+             run.out.constData());
+}
+
+void tst_Measctl::kindGivenByClassOrShortNameSkipsInference_data()
+{
+    QTest::addColumn<QString>("kind");
+    QTest::newRow("short name") << "int";
+    QTest::newRow("class name") << "SetupIntInterface";
+    QTest::newRow("any letter case") << "setupINTinterface";
+}
+
+void tst_Measctl::kindGivenByClassOrShortNameSkipsInference()
+{
+    QFETCH(QString, kind);
+    // An enumeration answers the integer setting's getValue and getString too, so reading
+    // it as one works; inference would have said enumeration.
+    const Run run = measctl({"--json", "--kind", kind, "get", "/Setup/Acquisition/InputCoupling"});
+    QCOMPARE(run.exitCode, 0);
+    QCOMPARE(run.json(),
+             QJsonObject({{"path", "/Setup/Acquisition/InputCoupling"},
+                          {"kind", "SetupIntInterface"},
+                          {"value", 1},
+                          {"text", "DC"}}));
+}
+
+void tst_Measctl::optionsMayFollowTheCommand()
+{
+    const Run run = measctl({"get", "--json", "--timeout", "5000", "/Setup/Acquisition/SampleRate"});
+    QCOMPARE(run.exitCode, 0);
+    QCOMPARE(run.json().value("value"), QJsonValue(48000));
+}
+
+void tst_Measctl::theApplicationComesFromTheEnvironmentByDefault()
+{
+    QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
+    environment.insert("MEASCTL_APP", "Elsewhere");
+    const Run absent = measctl({"--json", "status"}, environment);
+    QCOMPARE(absent.exitCode, 3);
+    QCOMPARE(absent.json().value("service"), QJsonValue("com.velk.mqx.app.elsewhere"));
+
+    environment.insert("MEASCTL_APP", "SIM");
+    QCOMPARE(measctl({"status"}, environment).exitCode, 0);
+    environment.remove("MEASCTL_APP");
+    QCOMPARE(measctl({"status"}, environment).exitCode, 0);
+}
+
+void tst_Measctl::setChangesEverySettingKind_data()
+{
+    QTest::addColumn<QString>("path");
+    QTest::addColumn<QStringList>("values");
+    QTest::addColumn<QStringList>("readArgs");
+    QTest::addColumn<QString>("field");
+    QTest::addColumn<QString>("expected");
+    QTest::newRow("int") << "/Setup/Acquisition/SampleRate" << QStringList{"96000"} << QStringList() << "value"
+                         << "96000";
+    QTest::newRow("double, negative") << "/Setup/Acquisition/TriggerLevel" << QStringList{"-2.5"} << QStringList()
+                                      << "value"
+                                      << "-2.5";
+    QTest::newRow("bool by 0") << "/Setup/Acquisition/AutoRange" << QStringList{"0"} << QStringList() << "value"
+                               << "false";
+    QTest::newRow("enum by text") << "/Setup/Acquisition/TriggerMode" << QStringList{"Edge Falling"} << QStringList()
+                                  << "value"
+                                  << "2";
+    QTest::newRow("enum by index") << "/Setup/Acquisition/InputCoupling" << QStringList{"0"} << QStringList() << "text"
+                                   << "\"AC\"";
+    QTest::newRow("string") << "/Setup/Device/Label" << QStringList{"Bench 3"} << QStringList() << "value"
+                            << "\"Bench 3\"";
+    QTest::newRow("devdata") << "/Setup/Device/CalibrationFactor" << QStringList{"1.5"} << QStringList() << "value"
+                             << "1.5";
+    QTest::newRow("array whole") << "/Setup/Filter/Coefficients"
+                                 << QStringList{"[0.1, 0.2, 0.3, 0.4, 0.5, 0.6, 0.7, -0.8]"} << QStringList() << "value"
+                                 << "[0.1, 0.2, 0.3, 0.4, 0.5, 0.6, 0.7, -0.8]";
+    QTest::newRow("array range") << "/Setup/Filter/Coefficients" << QStringList{"0.75", "1", "2"}
+                                 << QStringList{"0", "3"} << "value"
+                                 << "[0.5, 0.75, 0.75, 0.0625]";
+    QTest::newRow("map") << "/Setup/Display/ChannelColors" << QStringList{"B", "#123456"} << QStringList{"B"} << "value"
+                         << "\"#123456\"";
+    QTest::newRow("map-list item") << "/Setup/Sequence/Steps" << QStringList{"1", "level", "-30"}
+                                   << QStringList{"1", "level"} << "value"
+                                   << "-30";
+    QTest::newRow("map-list entry") << "/Setup/Sequence/Steps"
+                                    << QStringList{"Cool-down",
+                                                   "{\"name\": \"Cool-down\", \"frequency\": 50.0, "
+                                                   "\"level\": -40.0, \"duration\": 2.0}"}
+                                    << QStringList{"3", "name"} << "value"
+                                    << "\"Cool-down\"";
+    QTest::newRow("map-map cell") << "/Setup/Channels/Config" << QStringList{"A", "gain", "2.5"}
+                                  << QStringList{"A", "gain"} << "value"
+                                  << "2.5";
+    QTest::newRow("map-map entry") << "/Setup/Channels/Config"
+                                   << QStringList{"B",
+                                                  "{\"gain\": 5.0, \"offset\": 0.5, \"coupling\": \"DC\", "
+                                                  "\"enabled\": true}"}
+                                   << QStringList{"B"} << "value"
+                                   << "{\"gain\": 5, \"offset\": 0.5, \"coupling\": \"DC\", \"enabled\": true}";
+    QTest::newRow("map-map whole") << "/Setup/Channels/Config"
+                                   << QStringList{"{\"A\": {\"gain\": 3.0, \"offset\": 0.0, \"coupling\": \"AC\", "
+                                                  "\"enabled\": true}}"}
+                                   << QStringList{"A", "coupling"} << "value"
+                                   << "\"AC\"";
+    QTest::newRow("threshold") << "/Setup/Limits/Thresholds" << QStringList{"Line 1/Temperature", "60"}
+                               << QStringList{"Line 1/Temperature"} << "value"
+                               << "60";
+    QTest::newRow("storage sort order") << "/Setup/Storage/Elements" << QStringList{"descending"} << QStringList()
+                                        << "value"
+                                        << "[\"Run_0003\", \"Run_0002\", \"Run_0001\"]";
+}
+
+void tst_Measctl::setChangesEverySettingKind()
+{
+    QFETCH(QString, path);
+    QFETCH(QStringList, values);
+    QFETCH(QStringList, readArgs);
+    QFETCH(QString, field);
+    QFETCH(QString, expected);
+    const Run set = measctl(QStringList{"--json", "set", path} + values);
+    QVERIFY2(set.exitCode == 0, set.err.constData());
+    QVERIFY(set.isOneJsonDocument());
+    QVERIFY(!set.json().contains("error"));
+    const Run get = measctl(QStringList{"--json", "get", path} + readArgs);
+    QCOMPARE(get.exitCode, 0);
+    QCOMPARE(get.json().value(field), json(expected));
+}
+
+void tst_Measctl::setReportsARefusal_data()
+{
+    QTest::addColumn<QString>("path");
+    QTest::addColumn<QStringList>("values");
+    QTest::newRow("int off its granularity") << "/Setup/Acquisition/SampleRate" << QStringList{"1500"};
+    QTest::newRow("int below its minimum") << "/Setup/Acquisition/Averages" << QStringList{"0"};
+    QTest::newRow("double above its maximum") << "/Setup/Acquisition/Duration" << QStringList{"4000"};
+    QTest::newRow("string not changeable") << "/Setup/Device/SerialNumber" << QStringList{"X"};
+    QTest::newRow("enum unknown text") << "/Setup/Acquisition/TriggerMode" << QStringList{"Sideways"};
+    QTest::newRow("enum index out of range") << "/Setup/Acquisition/TriggerMode" << QStringList{"9"};
+    QTest::newRow("devdata of another type") << "/Setup/Device/CalibrationFactor" << QStringList{"high"};
+    QTest::newRow("array of another length") << "/Setup/Filter/Coefficients" << QStringList{"[0.1, 0.2]"};
+    QTest::newRow("map value of another type") << "/Setup/Display/ChannelColors" << QStringList{"A", "5"};
+    QTest::newRow("map-list item out of range") << "/Setup/Sequence/Steps" << QStringList{"0", "level", "10"};
+    QTest::newRow("map-map cell out of range") << "/Setup/Channels/Config" << QStringList{"A", "gain", "1000"};
+    QTest::newRow("threshold of a fixed location")
+        << "/Setup/Limits/Thresholds" << QStringList{"Factory/Temperature", "50"};
+}
+
+void tst_Measctl::setReportsARefusal()
+{
+    QFETCH(QString, path);
+    QFETCH(QStringList, values);
+    const Run run = measctl(QStringList{"--json", "set", path} + values);
+    QCOMPARE(run.exitCode, 6);
+    QCOMPARE(run.json().value("accepted"), QJsonValue(false));
+    QCOMPARE(run.json().value("error").toObject().value("name"), QJsonValue("refused"));
+
+    const Run forPeople = measctl(QStringList{"set", path} + values);
+    QCOMPARE(forPeople.exitCode, 6);
+    QVERIFY(forPeople.out.contains("accepted: false\n"));
+    QVERIFY(forPeople.err.contains("measctl: " + path.toUtf8() + ": the application refused the value\n"));
+}
+
+void tst_Measctl::setOfNanIsRefusedByTheLibraryItself()
+{
+    const Run run = measctl({"--json", "set", "/Setup/Acquisition/Duration", "nan"});
+    QCOMPARE(run.exitCode, 6);
+    QCOMPARE(run.json().value("accepted"), QJsonValue(false));
+    QVERIFY(run.err.contains("SetupDoubleInterface::setValue(): Value is NaN!"));
+}
+
+void tst_Measctl::setOfAValueThatDoesNotParseSendsNothing_data()
+{
+    QTest::addColumn<QString>("path");
+    QTest::addColumn<QStringList>("values");
+    QTest::newRow("int") << "/Setup/Acquisition/SampleRate" << QStringList{"fast"};
+    QTest::newRow("int with a fraction") << "/Setup/Acquisition/SampleRate" << QStringList{"48000.5"};
+    QTest::newRow("double with a comma") << "/Setup/Acquisition/Duration" << QStringList{"1,5"};
+    QTest::newRow("bool") << "/Setup/Acquisition/AutoRange" << QStringList{"maybe"};
+    QTest::newRow("array") << "/Setup/Filter/Coefficients" << QStringList{"[0.1,"};
+    QTest::newRow("array range") << "/Setup/Filter/Coefficients" << QStringList{"0.1", "first", "2"};
+    QTest::newRow("map value") << "/Setup/Display/ChannelColors" << QStringList{"A", "{\"r\":"};
+    QTest::newRow("map-list position") << "/Setup/Sequence/Steps" << QStringList{"second", "level", "-3"};
+    QTest::newRow("map-map whole") << "/Setup/Channels/Config" << QStringList{"{\"A\": 1}"};
+    QTest::newRow("threshold") << "/Setup/Limits/Thresholds" << QStringList{"Line 1/Temperature", "warm"};
+}
+
+void tst_Measctl::setOfAValueThatDoesNotParseSendsNothing()
+{
+    QFETCH(QString, path);
+    QFETCH(QStringList, values);
+    const Run before = measctl({"--json", "get", path});
+    const Run run = measctl(QStringList{"--json", "set", path} + values);
+    QCOMPARE(run.exitCode, 5);
+    QCOMPARE(run.json().value("error").toObject().value("name"), QJsonValue("bad-value"));
+    QCOMPARE(measctl({"--json", "get", path}).out, before.out);
+}
+
+void tst_Measctl::infoDescribesEveryKind_data()
+{
+    QTest::addColumn<QString>("path");
+    QTest::addColumn<QStringList>("args");
+    QTest::addColumn<QString>("field");
+    QTest::addColumn<QString>("expected");
+    QTest::newRow("int limits") << "/Setup/Acquisition/SampleRate" << QStringList() << "max"
+                                << "192000";
+    QTest::newRow("int granularity") << "/Setup/Acquisition/SampleRate" << QStringList() << "granularity"
+                                     << "1000";
+    QTest::newRow("double limits") << "/Setup/Acquisition/TriggerLevel" << QStringList() << "min"
+                                   << "-10";
+    QTest::newRow("bool changeable") << "/Setup/Acquisition/AutoRange" << QStringList() << "changeable"
+                                     << "true";
+    QTest::newRow("string not changeable") << "/Setup/Device/SerialNumber" << QStringList() << "changeable"
+                                           << "false";
+    QTest::newRow("enum choices") << "/Setup/Acquisition/TriggerMode" << QStringList() << "choices"
+                                  << "[\"Free Run\", \"Edge Rising\", \"Edge Falling\", \"External\"]";
+    QTest::newRow("array size") << "/Setup/Filter/Coefficients" << QStringList() << "size"
+                                << "8";
+    QTest::newRow("map keys") << "/Setup/Display/ChannelColors" << QStringList() << "keys"
+                              << "[\"A\", \"B\", \"C\"]";
+    QTest::newRow("map base element") << "/Setup/Display/ChannelColors" << QStringList() << "baseElement"
+                                      << "\"#ffffff\"";
+    QTest::newRow("map-list item limits") << "/Setup/Sequence/Steps" << QStringList{"0", "frequency"} << "max"
+                                          << "20000";
+    QTest::newRow("map-map cell choices") << "/Setup/Channels/Config" << QStringList{"A", "coupling"} << "enums"
+                                          << "[\"AC\", \"DC\"]";
+    QTest::newRow("threshold name length") << "/Setup/Limits/Thresholds" << QStringList() << "maxLocationNameLength"
+                                           << "16";
+    QTest::newRow("threshold attributes")
+        << "/Setup/Limits/Thresholds" << QStringList{"Line 2/Pressure"} << "attributes"
+        << "2";
+    QTest::newRow("devdata text") << "/Setup/Device/CalibrationFactor" << QStringList() << "text"
+                                  << "\"1.0023\"";
+    QTest::newRow("storage sort order") << "/Setup/Storage/Elements" << QStringList() << "sortOrder"
+                                        << "\"ascending\"";
+    QTest::newRow("result-double limits") << "/Result/Voltage/RMS" << QStringList() << "upperLimit"
+                                          << "5";
+    QTest::newRow("result-int limits") << "/Result/Counter/Events" << QStringList() << "upperLimit"
+                                       << "200";
+    QTest::newRow("result-bool limits") << "/Result/Status/Overload" << QStringList() << "lowerLimit"
+                                        << "false";
+    QTest::newRow("result-int-array size") << "/Result/Spectrum/Bins" << QStringList() << "size"
+                                           << "16";
+    QTest::newRow("result-var-array limits") << "/Result/Spectrum/Peaks" << QStringList() << "lowerLimit"
+                                             << "-60";
+}
+
+void tst_Measctl::infoDescribesEveryKind()
+{
+    QFETCH(QString, path);
+    QFETCH(QStringList, args);
+    QFETCH(QString, field);
+    QFETCH(QString, expected);
+    const Run run = measctl(QStringList{"--json", "info", path} + args);
+    QVERIFY2(run.exitCode == 0, run.err.constData());
+    QVERIFY(run.isOneJsonDocument());
+    QCOMPARE(run.json().value(field), json(expected));
+}
+
+void tst_Measctl::infoOfResultsListsWhatEachKindReads_data()
+{
+    QTest::addColumn<QString>("path");
+    QTest::addColumn<QStringList>("fields");
+    const QStringList comps{"valueComp",  "minValueComp",  "maxValueComp",
+                            "stringComp", "minStringComp", "maxStringComp"};
+    const QStringList scalar{"path", "kind", "value", "text", "lowerLimit", "upperLimit", "min", "max"};
+    QTest::newRow("result-int") << "/Result/Counter/Events" << scalar + QStringList{"minText", "maxText"} + comps;
+    QTest::newRow("result-bool") << "/Result/Status/Overload" << scalar + QStringList{"minText", "maxText"} + comps;
+    QTest::newRow("result-double") << "/Result/Voltage/RMS" << scalar + comps;
+    QTest::newRow("result-enum") << "/Result/Status/RangeState"
+                                 << QStringList{"path", "kind", "value", "text", "min", "max", "valueComp"};
+    QTest::newRow("result-int-array") << "/Result/Spectrum/Bins"
+                                      << QStringList{"path", "kind", "size", "text", "resultStatus", "timeStamp"};
+    QTest::newRow("result-var-array") << "/Result/Spectrum/Peaks"
+                                      << QStringList{"path",       "kind",         "size",
+                                                     "lowerLimit", "upperLimit",   "resultStatus",
+                                                     "timeStamp",  "valuesStatus", "valueComp"};
+}
+
+void tst_Measctl::infoOfResultsListsWhatEachKindReads()
+{
+    QFETCH(QString, path);
+    QFETCH(QStringList, fields);
+    const Run run = measctl({"--json", "info", path});
+    QCOMPARE(run.exitCode, 0);
+    QStringList keys = run.json().keys();
+    keys.sort();
+    fields.sort();
+    QCOMPARE(keys, fields);
+    for (const QString &field : fields) {
+        if (field.endsWith("Comp"))
+            QVERIFY2(!run.json().value(field).toArray().isEmpty(), qPrintable(field));
+    }
+}
+
+void tst_Measctl::watchPrintsEachSignalAsItArrives_data()
+{
+    QTest::addColumn<QString>("path");
+    QTest::addColumn<QStringList>("values");
+    QTest::addColumn<QString>("kind");
+    QTest::addColumn<int>("count");
+    QTest::addColumn<QString>("signal");
+    QTest::addColumn<QString>("arguments");
+    QTest::newRow("int") << "/Setup/Acquisition/Averages" << QStringList{"32"} << "SetupIntInterface" << 1
+                         << "setupChanged"
+                         << "[32]";
+    QTest::newRow("double") << "/Setup/Acquisition/Duration" << QStringList{"2.5"} << "SetupDoubleInterface" << 1
+                            << "setupChanged"
+                            << "[2.5]";
+    QTest::newRow("bool") << "/Setup/Acquisition/AutoRange" << QStringList{"false"} << "SetupBoolInterface" << 1
+                          << "setupChanged"
+                          << "[false]";
+    QTest::newRow("string") << "/Setup/Device/Label" << QStringList{"Bench 3"} << "SetupStringInterface" << 1
+                            << "setupChanged"
+                            << "[\"Bench 3\"]";
+    QTest::newRow("enum") << "/Setup/Acquisition/TriggerMode" << QStringList{"Edge Rising"} << "SetupEnumInterface" << 1
+                          << "setupChanged"
+                          << "[1, \"Edge Rising\"]";
+    QTest::newRow("devdata") << "/Setup/Device/OperatorNote" << QStringList{"recalibrated"} << "SetupDevDataInterface"
+                             << 1 << "setupChanged"
+                             << "[\"recalibrated\"]";
+    QTest::newRow("array") << "/Setup/Filter/Coefficients" << QStringList{"0.3", "4", "5"} << "SetupArrayItemInterface"
+                           << 1 << "setupChanged"
+                           << "[]";
+    QTest::newRow("map") << "/Setup/Display/ChannelColors" << QStringList{"A", "#000000"} << "SetupMapItemInterface"
+                         << 1 << "setupChanged"
+                         << "[]";
+    QTest::newRow("map-list") << "/Setup/Sequence/Steps" << QStringList{"0", "level", "-25"} << "SetupMapListInterface"
+                              << 1 << "setupChanged"
+                              << "[]";
+    // A cell's change comes as setupChangedPart, then setupChanged.
+    QTest::newRow("map-map") << "/Setup/Channels/Config" << QStringList{"B", "offset", "1.5"}
+                             << "SetupMapMapItemInterface" << 2 << "setupChangedPart"
+                             << "[\"B\", \"offset\", 1.5, false]";
+    // QtDBus hands a bus signal to every same-named Qt signal with as many arguments or fewer:
+    // the proxy's setupChanged() fires beside setupChanged(key, value).
+    QTest::newRow("threshold") << "/Setup/Limits/Thresholds" << QStringList{"Line 2/Vibration", "20"}
+                               << "SetupThresholdManagerInterface" << 2 << "setupChanged"
+                               << "[\"Line 2/Vibration\", 20]";
+    // A new sort order comes as the list's setupChanged and sortOrderChanged.
+    QTest::newRow("storage") << "/Setup/Storage/Elements" << QStringList{"descending"} << "StorageElemsMapInterface"
+                             << 2 << "sortOrderChanged"
+                             << "[\"descending\"]";
+}
+
+void tst_Measctl::watchPrintsEachSignalAsItArrives()
+{
+    QFETCH(QString, path);
+    QFETCH(QStringList, values);
+    QFETCH(QString, kind);
+    QFETCH(int, count);
+    QFETCH(QString, signal);
+    QFETCH(QString, arguments);
+    const std::unique_ptr<QProcess> watch = startWatch({"--json", "--count", QString::number(count), path});
+    QVERIFY(watch);
+    const Run set = measctl(QStringList{"set", path} + values);
+    QCOMPARE(set.exitCode, 0);
+
+    // It stops by itself after --count signals.
+    QVERIFY(watch->waitForFinished(processTimeoutMs));
+    QCOMPARE(watch->exitStatus(), QProcess::NormalExit);
+    QCOMPARE(watch->exitCode(), 0);
+    const QByteArray out = watch->readAllStandardOutput();
+    const QList<QByteArray> lines = out.trimmed().split('\n');
+    QCOMPARE(lines.size(), count);
+    QList<QJsonObject> events;
+    for (const QByteArray &line : lines)
+        events.append(QJsonDocument::fromJson(line).object());
+    const QJsonObject expected{{"path", path}, {"kind", kind}, {"signal", signal}, {"args", json(arguments)}};
+    QVERIFY2(events.contains(expected), out.constData());
+}
+
+void tst_Measctl::watchWritesOneLinePerSignalForPeople()
+{
+    const std::unique_ptr<QProcess> watch =
+        startWatch({"--count", "2", "/Setup/Acquisition/Averages", "/Setup/Acquisition/TriggerMode"});
+    QVERIFY(watch);
+    QCOMPARE(measctl({"set", "/Setup/Acquisition/Averages", "64"}).exitCode, 0);
+    QCOMPARE(measctl({"set", "/Setup/Acquisition/TriggerMode", "External"}).exitCode, 0);
+    QVERIFY(watch->waitForFinished(processTimeoutMs));
+    QCOMPARE(watch->exitCode(), 0);
+    QCOMPARE(watch->readAllStandardOutput(),
+             QByteArray("/Setup/Acquisition/Averages setupChanged 64\n"
+                        "/Setup/Acquisition/TriggerMode setupChanged 3 External\n"));
+}
+
+void tst_Measctl::watchEndsCleanlyOnSignal_data()
+{
+    QTest::addColumn<int>("signalNumber");
+    QTest::newRow("SIGINT") << int(SIGINT);
+    QTest::newRow("SIGTERM") << int(SIGTERM);
+}
+
+void tst_Measctl::watchEndsCleanlyOnSignal()
+{
+    QFETCH(int, signalNumber);
+    const std::unique_ptr<QProcess> watch = startWatch({"/Setup/Acquisition/Averages"});
+    QVERIFY(watch);
+    ::kill(static_cast<pid_t>(watch->processId()), signalNumber);
+    QVERIFY(watch->waitForFinished(processTimeoutMs));
+    QCOMPARE(watch->exitStatus(), QProcess::NormalExit);
+    QCOMPARE(watch->exitCode(), 0);
+}
+
+void tst_Measctl::execShowsTheApplicationsAnswer()
+{
+    const Run run = measctl({"--json", "exec", "echo", "done"});
+    QCOMPARE(run.exitCode, 0);
+    QCOMPARE(run.json(), QJsonObject({{"command", "echo"}, {"ok", true}, {"answer", "done"}}));
+
+    const Run forPeople = measctl({"exec", "status"});
+    QCOMPARE(forPeople.exitCode, 0);
+    QCOMPARE(forPeople.out, QByteArray("command: status\nok: true\nanswer: running\n"));
+}
+
+void tst_Measctl::execShowsAnEmptyAnswerAsSuch()
+{
+    const Run run = measctl({"--json", "exec", "echo"});
+    QCOMPARE(run.exitCode, 0);
+    QCOMPARE(run.json(), QJsonObject({{"command", "echo"}, {"ok", true}, {"answer", ""}}));
+}
+
+void tst_Measctl::execShowsAParserError()
+{
+    const Run run = measctl({"--json", "exec", "echo", "Parser Error: bad unit"});
+    QCOMPARE(run.exitCode, 7);
+    QCOMPARE(run.json().value("ok"), QJsonValue(false));
+    QCOMPARE(run.json().value("parserError"), QJsonValue("bad unit"));
+    QCOMPARE(run.json().value("error").toObject().value("code"), QJsonValue(7));
+    QVERIFY(run.err.contains("measctl: echo: parser error: bad unit\n"));
+}
+
+void tst_Measctl::eachFailureHasItsExitCode_data()
+{
+    QTest::addColumn<QStringList>("fault");
+    QTest::addColumn<QStringList>("arguments");
+    QTest::addColumn<int>("exitCode");
+    const QStringList none;
+    QTest::newRow("1: an error reply") << QStringList{"/Setup/Acquisition/Averages", "error",
+                                                      "com.velk.mqx.Error.Broken it broke"}
+                                       << QStringList{"--kind", "int", "get", "/Setup/Acquisition/Averages"} << 1;
+    QTest::newRow("1: a remote command without an answer")
+        << QStringList{"/MEAS_APPL_OBJ", "error", "com.velk.mqx.Error.Broken it broke"} << QStringList{"exec", "status"}
+        << 1;
+    QTest::newRow("1: invalid arguments") << none << QStringList{"set", "/Setup/Storage/Elements", "sideways"} << 1;
+    QTest::newRow("2: unknown command") << none << QStringList{"frobnicate"} << 2;
+    QTest::newRow("2: unknown option") << none << QStringList{"--verbose", "status"} << 2;
+    QTest::newRow("2: no command") << none << QStringList() << 2;
+    QTest::newRow("2: get without a path") << none << QStringList{"get"} << 2;
+    QTest::newRow("2: too many words") << none << QStringList{"get", "/Setup/Acquisition/SampleRate", "x"} << 2;
+    QTest::newRow("2: not an object path") << none << QStringList{"get", "Setup/Device/Label"} << 2;
+    QTest::newRow("2: unknown kind") << none << QStringList{"--kind", "integer", "get", "/Setup/Acquisition/SampleRate"}
+                                     << 2;
+    QTest::newRow("2: a result is read-only") << none << QStringList{"set", "/Result/Voltage/RMS", "1"} << 2;
+    QTest::newRow("2: a result sends no signals") << none << QStringList{"watch", "/Result/Voltage/RMS"} << 2;
+    QTest::newRow("2: five command parameters") << none << QStringList{"exec", "echo", "1", "2", "3", "4", "5"} << 2;
+    QTest::newRow("2: bad time-out") << none << QStringList{"--timeout", "soon", "status"} << 2;
+    QTest::newRow("3: absent application") << none << QStringList{"--app", "absent", "get", "/Setup/Device/Label"} << 3;
+    QTest::newRow("4: unknown path") << none << QStringList{"get", "/Setup/Nothing"} << 4;
+    QTest::newRow("4: unknown path of a given kind")
+        << none << QStringList{"--kind", "int", "get", "/Setup/Nothing"} << 4;
+    QTest::newRow("4: unknown member") << none << QStringList{"--kind", "int", "info", "/Setup/Acquisition/TriggerMode"}
+                                       << 4;
+    QTest::newRow("4: no kind inferable") << none << QStringList{"get", "/Setup"} << 4;
+    QTest::newRow("5: bad value") << none << QStringList{"set", "/Setup/Acquisition/Averages", "many"} << 5;
+    QTest::newRow("6: refused value") << none << QStringList{"set", "/Setup/Acquisition/Averages", "5000"} << 6;
+    QTest::newRow("7: parser error") << none << QStringList{"exec", "frobnicate"} << 7;
+    QTest::newRow("8: time-out") << QStringList{"/Setup/Acquisition/Averages", "silent", ""}
+                                 << QStringList{"--timeout", "300", "--kind",
+                                                "int",       "get", "/Setup/Acquisition/Averages"}
+                                 << 8;
+}
+
+void tst_Measctl::eachFailureHasItsExitCode()
+{
+    QFETCH(QStringList, fault);
+    QFETCH(QStringList, arguments);
+    QFETCH(int, exitCode);
+    if (!fault.isEmpty())
+        QVERIFY(m_simulator.control("setFault", {fault.at(0), fault.at(1), fault.at(2)}));
+
+    const Run forPeople = measctl(arguments);
+    QCOMPARE(forPeople.exitCode, exitCode);
+    QVERIFY(forPeople.err.contains("measctl: "));
+
+    if (arguments.isEmpty() || arguments.contains("--verbose") || arguments.contains("frobnicate") ||
+        arguments.contains("soon"))
+        return; // refused before measctl knows what to write
+    const Run forScripts = measctl(QStringList{"--json"} + arguments);
+    QCOMPARE(forScripts.exitCode, exitCode);
+    QVERIFY2(forScripts.isOneJsonDocument(), forScripts.out.constData());
+    QCOMPARE(forScripts.json().value("error").toObject().value("code"), QJsonValue(exitCode));
+}
+
+void tst_Measctl::helpDescribesEachCommandAndTheExitCodes()
+{
+    const Run help = measctl({"--help"});
+    QCOMPARE(help.exitCode, 0);
+    for (const char *command : {"status", "list", "get", "set", "info", "watch", "exec"})
+        QVERIFY(help.out.contains(QByteArray("  ") + command + ' '));
+    QVERIFY(help.out.contains("  8  no answer in time\n"));
+    QVERIFY(help.out.contains("map-map"));
+
+    const Run setHelp = measctl({"set", "--help"});
+    QCOMPARE(setHelp.exitCode, 0);
+    QVERIFY(setHelp.out.contains("map-map           set PATH PRIMARY SECOND VALUE\n"));
+    QVERIFY(setHelp.out.contains("  6  the application refused the value (answered false)\n"));
+}
+
+QTEST_GUILESS_MAIN(tst_Measctl)
+#include "tst_measctl.moc"
