@@ -61,7 +61,7 @@ void CallLog::record(const QDBusMessage &call, const Outcome &outcome, const Fau
     }
     if (fault.kind == Fault::Delay)
         answer.insert(QStringLiteral("delayMs"), fault.delayMs);
-    const QJsonObject line {
+    const QJsonObject line{
         {QStringLiteral("time"), QDateTime::currentDateTimeUtc().toString(Qt::ISODateWithMs)},
         {QStringLiteral("sender"), call.service()},
         {QStringLiteral("path"), call.path()},

@@ -76,7 +76,8 @@ ArraySetup::ArraySetup(const QString &path, bool changeable, const QVariantList 
         const int start = a.at(0).toInt();
         const int end = a.at(1).toInt();
         if (start < 0 || end >= m_values.size() || start > end)
-            return outOfRange(QStringLiteral("Positions %1..%2 outside 0..%3").arg(start).arg(end).arg(m_values.size() - 1));
+            return outOfRange(
+                QStringLiteral("Positions %1..%2 outside 0..%3").arg(start).arg(end).arg(m_values.size() - 1));
         return Outcome::value(m_values.mid(start, end - start + 1));
     });
     addMember(QStringLiteral("getString"), QString(), QStringLiteral("s"),
@@ -232,11 +233,12 @@ MapListSetup::MapListSetup(const QString &path, bool changeable, const QString &
             return Outcome::value(Wire::variant(entry.value(item)));
         });
     });
-    addMember(QStringLiteral("getStringValue"), QStringLiteral("is"), QStringLiteral("s"), [this](const QVariantList &a) {
-        return withItem(a, [this](const QVariantMap &entry, const QString &item) {
-            return Outcome::value(Wire::text(entry.value(item), m_items.value(item).unit));
-        });
-    });
+    addMember(QStringLiteral("getStringValue"), QStringLiteral("is"), QStringLiteral("s"),
+              [this](const QVariantList &a) {
+                  return withItem(a, [this](const QVariantMap &entry, const QString &item) {
+                      return Outcome::value(Wire::text(entry.value(item), m_items.value(item).unit));
+                  });
+              });
     addMember(QStringLiteral("getString"), QStringLiteral("i"), QStringLiteral("s"), [this](const QVariantList &a) {
         const int pos = a.at(0).toInt();
         if (pos < 0 || pos >= m_entries.size())
@@ -383,8 +385,8 @@ MapMapSetup::MapMapSetup(const QString &path, bool changeable, const QMap<QStrin
     // The fire-and-forget form sends the entry inside a variant.
     addMember(QStringLiteral("setValue"), QStringLiteral("sv"), QStringLiteral("b"), [this](const QVariantList &a) {
         const QVariant entry = Wire::plain(a.at(1));
-        return Outcome::value(SimCompat::typeId(entry) == QMetaType::QVariantMap
-                              && setEntry(a.at(0).toString(), entry.toMap()));
+        return Outcome::value(SimCompat::typeId(entry) == QMetaType::QVariantMap &&
+                              setEntry(a.at(0).toString(), entry.toMap()));
     });
     addMember(QStringLiteral("setValue"), QStringLiteral("ssv"), QStringLiteral("b"), [this](const QVariantList &a) {
         return Outcome::value(setCell(a.at(0).toString(), a.at(1).toString(), Wire::plain(a.at(2))));
@@ -392,24 +394,26 @@ MapMapSetup::MapMapSetup(const QString &path, bool changeable, const QMap<QStrin
     addMember(QStringLiteral("setValue"), QStringLiteral("sss"), QStringLiteral("b"), [this](const QVariantList &a) {
         return Outcome::value(setCellFromText(a.at(0).toString(), a.at(1).toString(), a.at(2).toString()));
     });
-    addMember(QStringLiteral("setDefaultMap"), QStringLiteral("a{sv}"), QStringLiteral("b"), [this](const QVariantList &a) {
-        MapOfMaps entries;
-        if (!isChangeable() || !fromJsonTexts(Wire::plain(a.at(0)).toMap(), &entries))
-            return Outcome::value(false);
-        m_defaults = entries;
-        return Outcome::value(true);
-    });
-    addMember(QStringLiteral("setDefaultMap"), QStringLiteral("sa{sv}"), QStringLiteral("b"), [this](const QVariantList &a) {
-        const QVariantMap entry = Wire::plain(a.at(1)).toMap();
-        for (auto it = entry.cbegin(); it != entry.cend(); ++it) {
-            if (!refusal(it.key(), it.value()).isEmpty())
-                return Outcome::value(false);
-        }
-        if (!isChangeable() || a.at(0).toString().isEmpty())
-            return Outcome::value(false);
-        m_defaults.insert(a.at(0).toString(), entry);
-        return Outcome::value(true);
-    });
+    addMember(QStringLiteral("setDefaultMap"), QStringLiteral("a{sv}"), QStringLiteral("b"),
+              [this](const QVariantList &a) {
+                  MapOfMaps entries;
+                  if (!isChangeable() || !fromJsonTexts(Wire::plain(a.at(0)).toMap(), &entries))
+                      return Outcome::value(false);
+                  m_defaults = entries;
+                  return Outcome::value(true);
+              });
+    addMember(QStringLiteral("setDefaultMap"), QStringLiteral("sa{sv}"), QStringLiteral("b"),
+              [this](const QVariantList &a) {
+                  const QVariantMap entry = Wire::plain(a.at(1)).toMap();
+                  for (auto it = entry.cbegin(); it != entry.cend(); ++it) {
+                      if (!refusal(it.key(), it.value()).isEmpty())
+                          return Outcome::value(false);
+                  }
+                  if (!isChangeable() || a.at(0).toString().isEmpty())
+                      return Outcome::value(false);
+                  m_defaults.insert(a.at(0).toString(), entry);
+                  return Outcome::value(true);
+              });
     addMember(QStringLiteral("mergeFromDefaultMap"), sig_s, QStringLiteral("b"),
               [this](const QVariantList &a) { return Outcome::value(mergeFromDefault(a.at(0).toString())); });
     addMember(QStringLiteral("mergeFromDefaultMap"), QString(), QStringLiteral("as"), [this](const QVariantList &) {
@@ -486,16 +490,16 @@ MapMapSetup::MapMapSetup(const QString &path, bool changeable, const QMap<QStrin
         const QString primaryKey = m_entries.isEmpty() ? QString() : m_entries.firstKey();
         const QVariantMap entry = m_entries.value(primaryKey);
         const QString secondKey = entry.isEmpty() ? QString() : entry.firstKey();
-        return QVariantList {primaryKey, secondKey, Wire::variant(entry.value(secondKey, QString())), false};
+        return QVariantList{primaryKey, secondKey, Wire::variant(entry.value(secondKey, QString())), false};
     });
-    addSignal(QStringLiteral("mapEntryRemoved"), sig_s, [this] {
-        return QVariantList {m_entries.isEmpty() ? QString() : m_entries.firstKey()};
-    });
+    addSignal(QStringLiteral("mapEntryRemoved"), sig_s,
+              [this] { return QVariantList{m_entries.isEmpty() ? QString() : m_entries.firstKey()}; });
     addSignal(QStringLiteral("setupBoundsChanged"), QString(), [] { return QVariantList(); });
 }
 
-Outcome MapMapSetup::withCell(const QVariantList &arguments,
-                              const std::function<Outcome(const QString &, const QString &, const QVariant &)> &read) const
+Outcome
+MapMapSetup::withCell(const QVariantList &arguments,
+                      const std::function<Outcome(const QString &, const QString &, const QVariant &)> &read) const
 {
     const QString primaryKey = arguments.at(0).toString();
     const QString secondKey = arguments.at(1).toString();
@@ -688,9 +692,8 @@ ThresholdSetup::ThresholdSetup(const QString &path, bool changeable, const QMap<
         return Outcome::value(QString::fromUtf8(QJsonDocument(all).toJson(QJsonDocument::Compact)));
     });
     addMember(QStringLiteral("getAttributes"), s, QStringLiteral("i"), [this](const QVariantList &a) {
-        return withKey(a, [this](int, const QString &element) {
-            return Outcome::value(m_elements.value(element).attributes);
-        });
+        return withKey(
+            a, [this](int, const QString &element) { return Outcome::value(m_elements.value(element).attributes); });
     });
     addMember(QStringLiteral("getMaxLocationDescriptionCharacterCount"), QString(), QStringLiteral("i"),
               [this](const QVariantList &) { return Outcome::value(m_maxDescriptionLength); });
@@ -709,12 +712,12 @@ ThresholdSetup::ThresholdSetup(const QString &path, bool changeable, const QMap<
         const int location = locationIndex(a.at(0).toString());
         if (location < 0)
             return unknownKey(QStringLiteral("location \"%1\"").arg(a.at(0).toString()));
-        return Outcome::value(QString::fromUtf8(QJsonDocument(locationObject(location)).toJson(QJsonDocument::Compact)));
+        return Outcome::value(
+            QString::fromUtf8(QJsonDocument(locationObject(location)).toJson(QJsonDocument::Compact)));
     });
     addMember(QStringLiteral("getValue"), s, QStringLiteral("d"), [this](const QVariantList &a) {
-        return withKey(a, [this](int location, const QString &element) {
-            return Outcome::value(valueAt(location, element));
-        });
+        return withKey(
+            a, [this](int location, const QString &element) { return Outcome::value(valueAt(location, element)); });
     });
     addMember(QStringLiteral("getString"), s, s, [this](const QVariantList &a) {
         return withKey(a, [this](int location, const QString &element) {
@@ -737,9 +740,8 @@ ThresholdSetup::ThresholdSetup(const QString &path, bool changeable, const QMap<
         const int location = locationIndex(a.at(0).toString());
         return Outcome::value(isChangeable() && location >= 0 && m_locations.at(location).editable);
     });
-    addMember(QStringLiteral("size"), QString(), QStringLiteral("i"), [this](const QVariantList &) {
-        return Outcome::value(int(m_locations.size() * m_elements.size()));
-    });
+    addMember(QStringLiteral("size"), QString(), QStringLiteral("i"),
+              [this](const QVariantList &) { return Outcome::value(int(m_locations.size() * m_elements.size())); });
     addMember(QStringLiteral("setLocationDescription"), ss, QStringLiteral("b"), [this](const QVariantList &a) {
         return Outcome::value(setDescription(a.at(0).toString(), a.at(1).toString()));
     });
@@ -754,24 +756,26 @@ ThresholdSetup::ThresholdSetup(const QString &path, bool changeable, const QMap<
     addChangeableAndDefaultMembers();
     addSignal(QStringLiteral("locationNameChanged"), ss, [this] {
         const QString name = m_locations.isEmpty() ? QString() : m_locations.constLast().name;
-        return QVariantList {name, name};
+        return QVariantList{name, name};
     });
     addSignal(QStringLiteral("locationsChanged"), QString(), [] { return QVariantList(); });
     addSignal(changedSignal, QString(), [] { return QVariantList(); });
     addSignal(changedSignal, QStringLiteral("sd"), [this] {
         if (m_locations.isEmpty() || m_elements.isEmpty())
-            return QVariantList {QString(), 0.0};
+            return QVariantList{QString(), 0.0};
         const QString element = m_elements.firstKey();
-        return QVariantList {m_locations.constFirst().name + QLatin1Char('/') + element, valueAt(0, element)};
+        return QVariantList{m_locations.constFirst().name + QLatin1Char('/') + element, valueAt(0, element)};
     });
 }
 
-Outcome ThresholdSetup::withKey(const QVariantList &arguments, const std::function<Outcome(int, const QString &)> &read) const
+Outcome ThresholdSetup::withKey(const QVariantList &arguments,
+                                const std::function<Outcome(int, const QString &)> &read) const
 {
     int location = -1;
     QString element;
     if (!resolve(arguments.at(0).toString(), &location, &element))
-        return unknownKey(QStringLiteral("threshold \"%1\" (keys are \"<location>/<element>\")").arg(arguments.at(0).toString()));
+        return unknownKey(
+            QStringLiteral("threshold \"%1\" (keys are \"<location>/<element>\")").arg(arguments.at(0).toString()));
     return read(location, element);
 }
 
@@ -809,16 +813,16 @@ QJsonObject ThresholdSetup::locationObject(int location) const
 
 bool ThresholdSetup::validName(const QString &name) const
 {
-    return !name.isEmpty() && name.size() <= m_maxNameLength && !name.contains(QLatin1Char('/'))
-        && locationIndex(name) < 0;
+    return !name.isEmpty() && name.size() <= m_maxNameLength && !name.contains(QLatin1Char('/')) &&
+        locationIndex(name) < 0;
 }
 
 bool ThresholdSetup::setValue(const QString &key, double value)
 {
     int location = -1;
     QString element;
-    if (!isChangeable() || !resolve(key, &location, &element) || !m_locations.at(location).editable
-        || !m_elements.value(element).range.refusal(value).isEmpty())
+    if (!isChangeable() || !resolve(key, &location, &element) || !m_locations.at(location).editable ||
+        !m_elements.value(element).range.refusal(value).isEmpty())
         return false;
     if (valueAt(location, element) == value)
         return true;
@@ -865,8 +869,8 @@ bool ThresholdSetup::renameLocation(const QString &name, const QString &newName)
 bool ThresholdSetup::setDescription(const QString &name, const QString &description)
 {
     const int location = locationIndex(name);
-    if (!isChangeable() || location < 0 || !m_locations.at(location).editable
-        || description.size() > m_maxDescriptionLength)
+    if (!isChangeable() || location < 0 || !m_locations.at(location).editable ||
+        description.size() > m_maxDescriptionLength)
         return false;
     if (m_locations.at(location).description != description) {
         m_locations[location].description = description;
@@ -906,8 +910,9 @@ StorageListSetup::StorageListSetup(const QString &path, const QStringList &defau
     addMember(QStringLiteral("setSortOrder"), QStringLiteral("s"), QString(), [this](const QVariantList &a) {
         const QString order = a.at(0).toString();
         if (!m_sortOrders.contains(order))
-            return Outcome::error(ErrorNames::invalidArgs, QStringLiteral("No sort order \"%1\"; known: %2")
-                                                               .arg(order, m_sortOrders.join(QStringLiteral(", "))));
+            return Outcome::error(
+                ErrorNames::invalidArgs,
+                QStringLiteral("No sort order \"%1\"; known: %2").arg(order, m_sortOrders.join(QStringLiteral(", "))));
         if (order != m_sortOrder) {
             m_sortOrder = order;
             emitSignal(QStringLiteral("sortOrderChanged"), {order});
@@ -915,9 +920,10 @@ StorageListSetup::StorageListSetup(const QString &path, const QStringList &defau
         }
         return Outcome::reply();
     });
-    addSignal(changedSignal, QStringLiteral("siias"),
-              [this] { return QVariantList {QStringLiteral("reset"), 0, int(m_names.size()), values()}; });
-    addSignal(QStringLiteral("sortOrderChanged"), QStringLiteral("s"), [this] { return QVariantList {m_sortOrder}; });
+    addSignal(changedSignal, QStringLiteral("siias"), [this] {
+        return QVariantList{QStringLiteral("reset"), 0, int(m_names.size()), values()};
+    });
+    addSignal(QStringLiteral("sortOrderChanged"), QStringLiteral("s"), [this] { return QVariantList{m_sortOrder}; });
 }
 
 QStringList StorageListSetup::values() const
@@ -935,7 +941,7 @@ bool StorageListSetup::store(const QString &name)
     if (name.isEmpty() || m_names.contains(name))
         return false;
     m_names.append(name);
-    emitSignal(changedSignal, {QStringLiteral("insert"), int(values().indexOf(name)), 1, QStringList {name}});
+    emitSignal(changedSignal, {QStringLiteral("insert"), int(values().indexOf(name)), 1, QStringList{name}});
     return true;
 }
 
@@ -945,7 +951,7 @@ bool StorageListSetup::unstore(const QString &name)
     if (index < 0)
         return false;
     m_names.removeAll(name);
-    emitSignal(changedSignal, {QStringLiteral("remove"), index, 1, QStringList {name}});
+    emitSignal(changedSignal, {QStringLiteral("remove"), index, 1, QStringList{name}});
     return true;
 }
 

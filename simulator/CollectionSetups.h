@@ -90,7 +90,8 @@ private:
     QString entryText(int position) const;
     QString itemText(int position, const QString &item) const;
     /// Runs @p read on the entry at @p position and item @p item, or answers why it cannot.
-    Outcome withItem(const QVariantList &arguments, const std::function<Outcome(const QVariantMap &, const QString &)> &read) const;
+    Outcome withItem(const QVariantList &arguments,
+                     const std::function<Outcome(const QVariantMap &, const QString &)> &read) const;
 
     QString m_keyItem;
     QMap<QString, ItemRule> m_items;
@@ -104,8 +105,8 @@ class MapMapSetup : public CollectionSetup
 public:
     using MapOfMaps = QMap<QString, QVariantMap>;
 
-    MapMapSetup(const QString &path, bool changeable, const QMap<QString, ItemRule> &items, const QVariantMap &baseElement,
-                const MapOfMaps &defaults);
+    MapMapSetup(const QString &path, bool changeable, const QMap<QString, ItemRule> &items,
+                const QVariantMap &baseElement, const MapOfMaps &defaults);
 
     QString text() const override;
     void restoreDefault() override;

@@ -65,8 +65,7 @@ void Element::addMember(const QString &member, const QString &inSignature, const
     m_members.append({member, inSignature, outSignature, operation});
 }
 
-void Element::addSignal(const QString &member, const QString &signature,
-                        const std::function<QVariantList()> &current)
+void Element::addSignal(const QString &member, const QString &signature, const std::function<QVariantList()> &current)
 {
     m_signals.append({member, signature, current});
 }

@@ -20,7 +20,8 @@ bool Fault::parse(const QString &kind, const QString &argument, Fault *fault, QS
         const int blank = argument.indexOf(QLatin1Char(' '));
         parsed.errorName = blank < 0 ? argument : argument.left(blank);
         parsed.errorMessage = blank < 0 ? QString() : argument.mid(blank + 1);
-        static const QRegularExpression errorName(QStringLiteral("^[A-Za-z_][A-Za-z0-9_]*(\\.[A-Za-z_][A-Za-z0-9_]*)+$"));
+        static const QRegularExpression errorName(
+            QStringLiteral("^[A-Za-z_][A-Za-z0-9_]*(\\.[A-Za-z_][A-Za-z0-9_]*)+$"));
         if (!errorName.match(parsed.errorName).hasMatch()) {
             *why = QStringLiteral("error needs \"<error name> <message>\", the name with dots");
             return false;

@@ -11,9 +11,9 @@ static void initResources()
 
 namespace Introspection {
 
-static const QString doctype = QStringLiteral(
-    "<!DOCTYPE node PUBLIC \"-//freedesktop//DTD D-BUS Object Introspection 1.0//EN\"\n"
-    " \"http://www.freedesktop.org/standards/dbus/1.0/introspect.dtd\">\n");
+static const QString doctype =
+    QStringLiteral("<!DOCTYPE node PUBLIC \"-//freedesktop//DTD D-BUS Object Introspection 1.0//EN\"\n"
+                   " \"http://www.freedesktop.org/standards/dbus/1.0/introspect.dtd\">\n");
 
 QStringList splitSignature(const QString &signature)
 {
@@ -23,7 +23,8 @@ QStringList splitSignature(const QString &signature)
         int end = start;
         while (end < signature.size() && signature.at(end) == QLatin1Char('a'))
             ++end;
-        if (end < signature.size() && (signature.at(end) == QLatin1Char('(') || signature.at(end) == QLatin1Char('{'))) {
+        if (end < signature.size() &&
+            (signature.at(end) == QLatin1Char('(') || signature.at(end) == QLatin1Char('{'))) {
             int depth = 0;
             do {
                 const QChar c = signature.at(end);
@@ -56,13 +57,13 @@ static QString generatedInterface(const Element &element)
 {
     QString xml = QStringLiteral("  <interface name=\"%1\">\n").arg(element.interfaceName());
     for (const Element::SignalEntry &entry : element.signalEntries()) {
-        xml += QStringLiteral("    <signal name=\"%1\">\n").arg(entry.member) + arguments(entry.signature, QString())
-            + QStringLiteral("    </signal>\n");
+        xml += QStringLiteral("    <signal name=\"%1\">\n").arg(entry.member) + arguments(entry.signature, QString()) +
+            QStringLiteral("    </signal>\n");
     }
     for (const Element::MemberEntry &entry : element.members()) {
-        xml += QStringLiteral("    <method name=\"%1\">\n").arg(entry.member)
-            + arguments(entry.inSignature, QStringLiteral("in")) + arguments(entry.outSignature, QStringLiteral("out"))
-            + QStringLiteral("    </method>\n");
+        xml += QStringLiteral("    <method name=\"%1\">\n").arg(entry.member) +
+            arguments(entry.inSignature, QStringLiteral("in")) + arguments(entry.outSignature, QStringLiteral("out")) +
+            QStringLiteral("    </method>\n");
     }
     return xml + QStringLiteral("  </interface>\n");
 }

@@ -82,7 +82,7 @@ public:
     QJsonValue required(const QString &key) const
     {
         if (!m_object.contains(key))
-            throw ModelError {QStringLiteral("missing field \"%1\"").arg(key)};
+            throw ModelError{QStringLiteral("missing field \"%1\"").arg(key)};
         return m_object.value(key);
     }
 
@@ -90,7 +90,7 @@ public:
     {
         const QJsonValue value = required(key);
         if (!value.isDouble())
-            throw ModelError {QStringLiteral("field \"%1\" must be a number").arg(key)};
+            throw ModelError{QStringLiteral("field \"%1\" must be a number").arg(key)};
         return value.toDouble();
     }
     double number(const QString &key, double fallback) const { return has(key) ? number(key) : fallback; }
@@ -99,7 +99,7 @@ public:
     {
         const double value = number(key);
         if (value != std::floor(value) || std::fabs(value) > 2147483647.0)
-            throw ModelError {QStringLiteral("field \"%1\" must be an integer").arg(key)};
+            throw ModelError{QStringLiteral("field \"%1\" must be an integer").arg(key)};
         return int(value);
     }
     int integer(const QString &key, int fallback) const { return has(key) ? integer(key) : fallback; }
@@ -108,7 +108,7 @@ public:
     {
         const QJsonValue value = required(key);
         if (!value.isString())
-            throw ModelError {QStringLiteral("field \"%1\" must be a text").arg(key)};
+            throw ModelError{QStringLiteral("field \"%1\" must be a text").arg(key)};
         return value.toString();
     }
     QString text(const QString &key, const QString &fallback) const { return has(key) ? text(key) : fallback; }
@@ -118,7 +118,7 @@ public:
         if (!has(key))
             return fallback;
         if (!m_object.value(key).isBool())
-            throw ModelError {QStringLiteral("field \"%1\" must be true or false").arg(key)};
+            throw ModelError{QStringLiteral("field \"%1\" must be true or false").arg(key)};
         return m_object.value(key).toBool();
     }
 
@@ -126,7 +126,7 @@ public:
     {
         const QJsonValue value = required(key);
         if (!value.isArray())
-            throw ModelError {QStringLiteral("field \"%1\" must be an array").arg(key)};
+            throw ModelError{QStringLiteral("field \"%1\" must be an array").arg(key)};
         return value.toArray();
     }
 
@@ -134,7 +134,7 @@ public:
     {
         const QJsonValue value = required(key);
         if (!value.isObject())
-            throw ModelError {QStringLiteral("field \"%1\" must be an object").arg(key)};
+            throw ModelError{QStringLiteral("field \"%1\" must be an object").arg(key)};
         return value.toObject();
     }
 
@@ -143,7 +143,7 @@ public:
         QStringList result;
         for (const QJsonValue &value : array(key)) {
             if (!value.isString())
-                throw ModelError {QStringLiteral("field \"%1\" must hold texts only").arg(key)};
+                throw ModelError{QStringLiteral("field \"%1\" must hold texts only").arg(key)};
             result.append(value.toString());
         }
         return result;
@@ -154,7 +154,7 @@ public:
     {
         const QJsonValue value = required(key);
         if (value.isArray() || value.isObject() || value.isNull())
-            throw ModelError {QStringLiteral("field \"%1\" must be a number, text or true/false").arg(key)};
+            throw ModelError{QStringLiteral("field \"%1\" must be a number, text or true/false").arg(key)};
         return Wire::fromJson(value);
     }
 
@@ -167,7 +167,7 @@ public:
         range.max = number(QStringLiteral("max"));
         range.bounded = true;
         if (range.min > range.max)
-            throw ModelError {QStringLiteral("min %1 is above max %2").arg(range.min).arg(range.max)};
+            throw ModelError{QStringLiteral("min %1 is above max %2").arg(range.min).arg(range.max)};
         return range;
     }
 
@@ -178,7 +178,7 @@ private:
 void check(const QString &refusal, const QString &what)
 {
     if (!refusal.isEmpty())
-        throw ModelError {QStringLiteral("%1: %2").arg(what, refusal)};
+        throw ModelError{QStringLiteral("%1: %2").arg(what, refusal)};
 }
 
 SetupElement::Common setupCommon(const QString &path, const Fields &fields, const QVariant &defaultValue)
@@ -192,7 +192,7 @@ QMap<QString, ItemRule> itemRules(const QJsonObject &items)
     QMap<QString, ItemRule> rules;
     for (auto it = items.constBegin(); it != items.constEnd(); ++it) {
         if (!it.value().isObject())
-            throw ModelError {QStringLiteral("item \"%1\" must be an object").arg(it.key())};
+            throw ModelError{QStringLiteral("item \"%1\" must be an object").arg(it.key())};
         const Fields item(it.value().toObject());
         ItemRule rule;
         rule.range = item.range(false);
@@ -220,7 +220,7 @@ ValueSource valueSource(const Fields &fields, bool spreadRequired)
         source.center = fields.number(QStringLiteral("center"));
         source.spread = fields.number(QStringLiteral("spread"));
         if (source.spread < 0)
-            throw ModelError {QStringLiteral("spread must not be negative")};
+            throw ModelError{QStringLiteral("spread must not be negative")};
     }
     source.decimals = fields.integer(QStringLiteral("decimals"), 3);
     return source;
@@ -246,10 +246,10 @@ Limits typedLimits(const Fields &fields, bool integers)
 std::unique_ptr<Element> numberSetup(const QString &path, const Fields &fields, bool integer)
 {
     NumericRange range = fields.range(true);
-    range.granularity = integer ? fields.integer(QStringLiteral("granularity"), 1)
-                                : fields.number(QStringLiteral("granularity"), 0);
+    range.granularity =
+        integer ? fields.integer(QStringLiteral("granularity"), 1) : fields.number(QStringLiteral("granularity"), 0);
     if (range.granularity < 0)
-        throw ModelError {QStringLiteral("granularity must not be negative")};
+        throw ModelError{QStringLiteral("granularity must not be negative")};
     const QVariant defaultValue = integer ? QVariant(fields.integer(QStringLiteral("default")))
                                           : QVariant(fields.number(QStringLiteral("default")));
     check(range.refusal(defaultValue.toDouble()), QStringLiteral("default"));
@@ -260,11 +260,11 @@ std::unique_ptr<Element> enumSetup(const QString &path, const Fields &fields)
 {
     const QStringList choices = fields.texts(QStringLiteral("choices"));
     if (choices.isEmpty())
-        throw ModelError {QStringLiteral("\"choices\" is empty")};
+        throw ModelError{QStringLiteral("\"choices\" is empty")};
     const QJsonValue given = fields.required(QStringLiteral("default"));
     const int index = given.isString() ? choices.indexOf(given.toString()) : fields.integer(QStringLiteral("default"));
     if (index < 0 || index >= choices.size())
-        throw ModelError {QStringLiteral("default is not one of the choices")};
+        throw ModelError{QStringLiteral("default is not one of the choices")};
     return std::make_unique<EnumSetup>(setupCommon(path, fields, index), choices);
 }
 
@@ -274,12 +274,12 @@ std::unique_ptr<Element> arraySetup(const QString &path, const Fields &fields)
     QVariantList defaults;
     for (const QJsonValue &value : fields.array(QStringLiteral("default"))) {
         if (!value.isDouble())
-            throw ModelError {QStringLiteral("default must hold numbers only")};
+            throw ModelError{QStringLiteral("default must hold numbers only")};
         check(range.refusal(value.toDouble()), QStringLiteral("default"));
         defaults.append(value.toDouble());
     }
     if (defaults.isEmpty())
-        throw ModelError {QStringLiteral("default is empty")};
+        throw ModelError{QStringLiteral("default is empty")};
     return std::make_unique<ArraySetup>(path, fields.flag(QStringLiteral("changeable"), true), defaults, range);
 }
 
@@ -289,7 +289,7 @@ std::unique_ptr<Element> mapSetup(const QString &path, const Fields &fields)
     const QVariantMap defaults = Wire::fromJson(fields.object(QStringLiteral("default"))).toMap();
     for (auto it = defaults.cbegin(); it != defaults.cend(); ++it) {
         if (!Wire::sameFamily(base, it.value()))
-            throw ModelError {QStringLiteral("default entry \"%1\" is not of the base element's type").arg(it.key())};
+            throw ModelError{QStringLiteral("default entry \"%1\" is not of the base element's type").arg(it.key())};
     }
     return std::make_unique<MapSetup>(path, fields.flag(QStringLiteral("changeable"), true), defaults, base);
 }
@@ -298,7 +298,7 @@ void checkCells(const QMap<QString, ItemRule> &rules, const QVariantMap &cells, 
 {
     for (auto it = cells.cbegin(); it != cells.cend(); ++it) {
         if (!rules.contains(it.key()))
-            throw ModelError {QStringLiteral("%1: no item \"%2\" in \"items\"").arg(where, it.key())};
+            throw ModelError{QStringLiteral("%1: no item \"%2\" in \"items\"").arg(where, it.key())};
         check(rules.value(it.key()).refusal(it.value()), QStringLiteral("%1, item \"%2\"").arg(where, it.key()));
     }
 }
@@ -308,15 +308,15 @@ std::unique_ptr<Element> mapListSetup(const QString &path, const Fields &fields)
     const QString keyItem = fields.text(QStringLiteral("keyItem"));
     const QMap<QString, ItemRule> rules = itemRules(fields.object(QStringLiteral("items")));
     if (!rules.contains(keyItem))
-        throw ModelError {QStringLiteral("keyItem \"%1\" is not in \"items\"").arg(keyItem)};
+        throw ModelError{QStringLiteral("keyItem \"%1\" is not in \"items\"").arg(keyItem)};
     QList<QVariantMap> defaults;
     for (const QJsonValue &value : fields.array(QStringLiteral("default"))) {
         if (!value.isObject())
-            throw ModelError {QStringLiteral("default must hold objects only")};
+            throw ModelError{QStringLiteral("default must hold objects only")};
         const QVariantMap entry = Wire::fromJson(value).toMap();
         const QString where = QStringLiteral("default entry %1").arg(defaults.size());
         if (!Wire::isText(entry.value(keyItem)))
-            throw ModelError {QStringLiteral("%1 has no text \"%2\"").arg(where, keyItem)};
+            throw ModelError{QStringLiteral("%1 has no text \"%2\"").arg(where, keyItem)};
         checkCells(rules, entry, where);
         defaults.append(entry);
     }
@@ -333,7 +333,7 @@ std::unique_ptr<Element> mapMapSetup(const QString &path, const Fields &fields)
     const QJsonObject given = fields.object(QStringLiteral("default"));
     for (auto it = given.constBegin(); it != given.constEnd(); ++it) {
         if (!it.value().isObject())
-            throw ModelError {QStringLiteral("default entry \"%1\" must be an object").arg(it.key())};
+            throw ModelError{QStringLiteral("default entry \"%1\" must be an object").arg(it.key())};
         const QVariantMap entry = Wire::fromJson(it.value()).toMap();
         checkCells(rules, entry, QStringLiteral("default entry \"%1\"").arg(it.key()));
         defaults.insert(it.key(), entry);
@@ -347,7 +347,7 @@ std::unique_ptr<Element> thresholdSetup(const QString &path, const Fields &field
     const QJsonObject given = fields.object(QStringLiteral("elements"));
     for (auto it = given.constBegin(); it != given.constEnd(); ++it) {
         if (!it.value().isObject())
-            throw ModelError {QStringLiteral("threshold \"%1\" must be an object").arg(it.key())};
+            throw ModelError{QStringLiteral("threshold \"%1\" must be an object").arg(it.key())};
         const Fields threshold(it.value().toObject());
         ThresholdSetup::ThresholdElement element;
         element.range = threshold.range(true);
@@ -360,7 +360,7 @@ std::unique_ptr<Element> thresholdSetup(const QString &path, const Fields &field
     QList<ThresholdSetup::Location> locations;
     for (const QJsonValue &value : fields.array(QStringLiteral("locations"))) {
         if (!value.isObject())
-            throw ModelError {QStringLiteral("locations must hold objects only")};
+            throw ModelError{QStringLiteral("locations must hold objects only")};
         const Fields fieldsOfLocation(value.toObject());
         ThresholdSetup::Location location;
         location.name = fieldsOfLocation.text(QStringLiteral("name"));
@@ -372,9 +372,9 @@ std::unique_ptr<Element> thresholdSetup(const QString &path, const Fields &field
         for (auto it = values.constBegin(); it != values.constEnd(); ++it) {
             const QString where = QStringLiteral("location \"%1\", threshold \"%2\"").arg(location.name, it.key());
             if (!elements.contains(it.key()))
-                throw ModelError {QStringLiteral("%1: no such threshold").arg(where)};
+                throw ModelError{QStringLiteral("%1: no such threshold").arg(where)};
             if (!it.value().isDouble())
-                throw ModelError {QStringLiteral("%1: must be a number").arg(where)};
+                throw ModelError{QStringLiteral("%1: must be a number").arg(where)};
             check(elements.value(it.key()).range.refusal(it.value().toDouble()), where);
             location.values.insert(it.key(), it.value().toDouble());
         }
@@ -390,7 +390,7 @@ std::unique_ptr<Element> storageListSetup(const QString &path, const Fields &fie
     const QStringList orders = fields.texts(QStringLiteral("sortOrders"));
     const QString order = fields.text(QStringLiteral("sortOrder"));
     if (!orders.contains(order))
-        throw ModelError {QStringLiteral("sortOrder \"%1\" is not one of \"sortOrders\"").arg(order)};
+        throw ModelError{QStringLiteral("sortOrder \"%1\" is not one of \"sortOrders\"").arg(order)};
     return std::make_unique<StorageListSetup>(path, fields.texts(QStringLiteral("default")), orders, order);
 }
 
@@ -401,13 +401,13 @@ std::unique_ptr<Element> scalarResult(const QString &path, const Fields &fields,
     if (type == ScalarResult::Bool) {
         source.probability = fields.number(QStringLiteral("probability"));
         if (source.probability < 0 || source.probability > 1)
-            throw ModelError {QStringLiteral("probability must lie in 0..1")};
+            throw ModelError{QStringLiteral("probability must lie in 0..1")};
         bounds.lower = fields.flag(QStringLiteral("lowerLimit"), false);
         bounds.upper = fields.flag(QStringLiteral("upperLimit"), true);
     } else if (type == ScalarResult::Enum) {
         source.choices = fields.texts(QStringLiteral("choices"));
         if (source.choices.isEmpty())
-            throw ModelError {QStringLiteral("\"choices\" is empty")};
+            throw ModelError{QStringLiteral("\"choices\" is empty")};
     } else {
         bounds = typedLimits(fields, type == ScalarResult::Int);
     }
@@ -419,7 +419,7 @@ std::unique_ptr<Element> arrayResult(const QString &path, const Fields &fields, 
 {
     const int size = fields.integer(QStringLiteral("size"));
     if (size <= 0)
-        throw ModelError {QStringLiteral("size must be positive")};
+        throw ModelError{QStringLiteral("size must be positive")};
     return std::make_unique<ArrayResult>(path, integers, size, valueSource(fields, true), typedLimits(fields, integers),
                                          fields.text(QStringLiteral("unit"), QString()),
                                          fields.number(QStringLiteral("rate"), 0));
@@ -434,14 +434,14 @@ std::unique_ptr<Element> makeElement(const QString &kind, const QString &path, c
         return numberSetup(path, fields, false);
     if (kind == QLatin1String("bool")) {
         if (!fields.required(defaultKey).isBool())
-            throw ModelError {QStringLiteral("default must be true or false")};
+            throw ModelError{QStringLiteral("default must be true or false")};
         return std::make_unique<BoolSetup>(setupCommon(path, fields, fields.flag(defaultKey, false)));
     }
     if (kind == QLatin1String("string")) {
         const int maxLength = fields.integer(QStringLiteral("maxLength"), -1);
         const QString defaultValue = fields.text(defaultKey);
         if (maxLength >= 0 && defaultValue.size() > maxLength)
-            throw ModelError {QStringLiteral("default is longer than maxLength %1").arg(maxLength)};
+            throw ModelError{QStringLiteral("default is longer than maxLength %1").arg(maxLength)};
         return std::make_unique<StringSetup>(setupCommon(path, fields, defaultValue), maxLength);
     }
     if (kind == QLatin1String("enum"))
@@ -472,7 +472,7 @@ std::unique_ptr<Element> makeElement(const QString &kind, const QString &path, c
         return arrayResult(path, fields, true);
     if (kind == QLatin1String("resultVarArray"))
         return arrayResult(path, fields, false);
-    throw ModelError {QStringLiteral("unknown kind \"%1\"").arg(kind)};
+    throw ModelError{QStringLiteral("unknown kind \"%1\"").arg(kind)};
 }
 
 Fault modelFault(const Fields &fields)
@@ -483,13 +483,14 @@ Fault modelFault(const Fields &fields)
     if (kind == QLatin1String("delay"))
         argument = QString::number(given.integer(QStringLiteral("ms")));
     else if (kind == QLatin1String("error"))
-        argument = given.text(QStringLiteral("name")) + QLatin1Char(' ') + given.text(QStringLiteral("message"), QString());
+        argument =
+            given.text(QStringLiteral("name")) + QLatin1Char(' ') + given.text(QStringLiteral("message"), QString());
     else if (kind == QLatin1String("drop"))
         argument = given.text(QStringLiteral("mode"), QStringLiteral("release"));
     Fault fault;
     QString why;
     if (!Fault::parse(kind, argument, &fault, &why))
-        throw ModelError {QStringLiteral("fault: %1").arg(why)};
+        throw ModelError{QStringLiteral("fault: %1").arg(why)};
     return fault;
 }
 
@@ -497,13 +498,13 @@ void checkPath(const QString &path, const QSet<QString> &seen)
 {
     static const QRegularExpression objectPath(QStringLiteral("^(/[A-Za-z0-9_]+)+$"));
     if (!objectPath.match(path).hasMatch())
-        throw ModelError {QStringLiteral("\"%1\" is not a D-Bus object path").arg(path)};
+        throw ModelError{QStringLiteral("\"%1\" is not a D-Bus object path").arg(path)};
     for (const QString &reserved : {QStringLiteral("/MEAS_APPL_OBJ"), QStringLiteral("/Simulator")}) {
         if (path == reserved || path.startsWith(reserved + QLatin1Char('/')))
-            throw ModelError {QStringLiteral("the path %1 belongs to the simulator").arg(reserved)};
+            throw ModelError{QStringLiteral("the path %1 belongs to the simulator").arg(reserved)};
     }
     if (seen.contains(path))
-        throw ModelError {QStringLiteral("the path is used twice")};
+        throw ModelError{QStringLiteral("the path is used twice")};
 }
 
 } // namespace
@@ -513,7 +514,9 @@ std::unique_ptr<Model> loadModel(const QByteArray &json, const QString &fileName
     QJsonParseError parseError;
     const QJsonDocument document = QJsonDocument::fromJson(json, &parseError);
     if (parseError.error != QJsonParseError::NoError) {
-        *error = QStringLiteral("%1: not JSON: %2 at offset %3").arg(fileName, parseError.errorString()).arg(parseError.offset);
+        *error = QStringLiteral("%1: not JSON: %2 at offset %3")
+                     .arg(fileName, parseError.errorString())
+                     .arg(parseError.offset);
         return nullptr;
     }
     if (!document.isObject()) {
@@ -527,14 +530,14 @@ std::unique_ptr<Model> loadModel(const QByteArray &json, const QString &fileName
         model->application = top.text(QStringLiteral("application"), model->application);
         model->rate = top.number(QStringLiteral("rate"), model->rate);
         if (model->rate <= 0)
-            throw ModelError {QStringLiteral("rate must be positive")};
+            throw ModelError{QStringLiteral("rate must be positive")};
         model->running = top.flag(QStringLiteral("running"), true);
         QSet<QString> seen;
         const QJsonArray elements = top.array(QStringLiteral("elements"));
         for (int i = 0; i < elements.size(); ++i) {
             where = QStringLiteral("element %1").arg(i);
             if (!elements.at(i).isObject())
-                throw ModelError {QStringLiteral("must be an object")};
+                throw ModelError{QStringLiteral("must be an object")};
             const Fields fields(elements.at(i).toObject());
             const QString path = fields.text(QStringLiteral("path"));
             where = QStringLiteral("element '%1'").arg(path);

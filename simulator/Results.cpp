@@ -102,8 +102,8 @@ ScalarResult::ScalarResult(const QString &path, Type type, const ValueSource &so
 void ScalarResult::addReading(const QString &name, const Reading ScalarResult::*reading, bool withText, bool withComp)
 {
     // "Value" names getValue/getString; "MinValue" names getMinValue/getMinString and their Comp lists.
-    const QString textName = name == QLatin1String("Value") ? QStringLiteral("String")
-                                                             : name.left(3) + QStringLiteral("String");
+    const QString textName =
+        name == QLatin1String("Value") ? QStringLiteral("String") : name.left(3) + QStringLiteral("String");
     addMember(QStringLiteral("get") + name, QString(), signatureOf(m_type),
               [this, reading](const QVariantList &) { return Outcome::value((this->*reading).value); });
     if (withText) {
@@ -161,7 +161,8 @@ QString ScalarResult::textOf(const QVariant &value) const
     if (m_type == Enum)
         return m_source.choices.value(value.toInt());
     if (m_type == Double)
-        return QString::number(value.toDouble(), 'f', m_source.decimals) + (m_unit.isEmpty() ? QString() : QLatin1Char(' ') + m_unit);
+        return QString::number(value.toDouble(), 'f', m_source.decimals) +
+            (m_unit.isEmpty() ? QString() : QLatin1Char(' ') + m_unit);
     return Wire::text(value, m_unit);
 }
 
@@ -173,8 +174,8 @@ QVariantList ScalarResult::comp(const Reading &reading, bool asText) const
 
 ArrayResult::ArrayResult(const QString &path, bool integers, int size, const ValueSource &source, const Limits &limits,
                          const QString &unit, double rate)
-    : ResultElement(path, integers ? QStringLiteral("ResultIntArrayInterface") : QStringLiteral("ResultVarArrayInterface"),
-                    rate)
+    : ResultElement(
+          path, integers ? QStringLiteral("ResultIntArrayInterface") : QStringLiteral("ResultVarArrayInterface"), rate)
     , m_integers(integers)
     , m_size(size)
     , m_source(source)
@@ -190,14 +191,15 @@ ArrayResult::ArrayResult(const QString &path, bool integers, int size, const Val
         addMember(QStringLiteral("getValuesStatus"), QString(), QStringLiteral("av"),
                   [this](const QVariantList &) { return Outcome::value(statuses()); });
         addMember(QStringLiteral("getValueComp"), QString(), QStringLiteral("av"), [this](const QVariantList &) {
-            return Outcome::value(QVariantList {m_timeStampMs, resultStatus()} + m_values);
+            return Outcome::value(QVariantList{m_timeStampMs, resultStatus()} + m_values);
         });
         addMember(QStringLiteral("getValue"), QStringLiteral("i"), QStringLiteral("v"), [this](const QVariantList &a) {
             return atPosition(a, [this](int pos) { return Outcome::value(Wire::variant(m_values.at(pos))); });
         });
-        addMember(QStringLiteral("getValueStatus"), QStringLiteral("i"), QStringLiteral("i"), [this](const QVariantList &a) {
-            return atPosition(a, [this](int pos) { return Outcome::value(m_limits.status(m_values.at(pos))); });
-        });
+        addMember(
+            QStringLiteral("getValueStatus"), QStringLiteral("i"), QStringLiteral("i"), [this](const QVariantList &a) {
+                return atPosition(a, [this](int pos) { return Outcome::value(m_limits.status(m_values.at(pos))); });
+            });
         addMember(QStringLiteral("getLowerLimit"), QString(), QStringLiteral("v"),
                   [this](const QVariantList &) { return Outcome::value(Wire::variant(m_limits.lower)); });
         addMember(QStringLiteral("getUpperLimit"), QString(), QStringLiteral("v"),
@@ -207,9 +209,10 @@ ArrayResult::ArrayResult(const QString &path, bool integers, int size, const Val
               [this](const QVariantList &) { return Outcome::value(int(m_values.size())); });
     addMember(QStringLiteral("getResultStatus"), QString(), QStringLiteral("i"),
               [this](const QVariantList &) { return Outcome::value(resultStatus()); });
-    addMember(QStringLiteral("getTimeStamp"), QString(), QStringLiteral("((iii)(iiii)i)"), [this](const QVariantList &) {
-        return Outcome::value(QDateTime::fromMSecsSinceEpoch(m_timeStampMs, Qt::UTC));
-    });
+    addMember(QStringLiteral("getTimeStamp"), QString(), QStringLiteral("((iii)(iiii)i)"),
+              [this](const QVariantList &) {
+                  return Outcome::value(QDateTime::fromMSecsSinceEpoch(m_timeStampMs, Qt::UTC));
+              });
 }
 
 Outcome ArrayResult::atPosition(const QVariantList &arguments, const std::function<Outcome(int)> &read) const

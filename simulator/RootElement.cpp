@@ -4,7 +4,6 @@
 #include "MeasurementEngine.h"
 #include "Model.h"
 #include "Results.h"
-#include "SimCompat.h"
 
 const QString RootElement::rootPath = QStringLiteral("/MEAS_APPL_OBJ");
 const QString RootElement::parserErrorPrefix = QStringLiteral("Parser Error: ");
@@ -38,7 +37,7 @@ RootElement::RootElement(Model &model, MeasurementEngine &engine)
               [this](const QVariantList &) { return Outcome::value(status()); });
     addMember(QStringLiteral("executeRemoteCommand"), QStringLiteral("sssss"), QStringLiteral("s"),
               [this](const QVariantList &arguments) {
-                  QStringList words = arguments.at(0).toString().split(QLatin1Char(' '), SimCompat::skipEmptyParts);
+                  QStringList words = arguments.at(0).toString().split(QLatin1Char(' '), Qt::SkipEmptyParts);
                   for (int i = 1; i < arguments.size(); ++i) {
                       if (!arguments.at(i).toString().isEmpty())
                           words.append(arguments.at(i).toString());

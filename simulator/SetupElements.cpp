@@ -54,9 +54,8 @@ void SetupElement::restoreDefault()
 void SetupElement::addSetupMembers(const QString &signature, bool withChangeableAndDefault)
 {
     const bool wrapped = signature == QLatin1String("v");
-    addMember(QStringLiteral("setValue"), signature, QStringLiteral("b"), [this](const QVariantList &arguments) {
-        return Outcome::value(assign(Wire::plain(arguments.at(0))));
-    });
+    addMember(QStringLiteral("setValue"), signature, QStringLiteral("b"),
+              [this](const QVariantList &arguments) { return Outcome::value(assign(Wire::plain(arguments.at(0)))); });
     addMember(QStringLiteral("getValue"), QString(), signature, [this, wrapped](const QVariantList &) {
         return Outcome::value(wrapped ? Wire::variant(m_value) : m_value);
     });
@@ -92,8 +91,9 @@ NumberSetup::NumberSetup(const Common &common, bool integer, const NumericRange 
               [this](const QVariantList &) { return Outcome::value(typed(m_range.granularity)); });
     addChangeSignal(signature);
     if (!integer) {
-        addSignal(QStringLiteral("setupBoundsChanged"), QStringLiteral("dd"),
-                  [this] { return QVariantList {m_range.min, m_range.max}; });
+        addSignal(QStringLiteral("setupBoundsChanged"), QStringLiteral("dd"), [this] {
+            return QVariantList{m_range.min, m_range.max};
+        });
     }
 }
 
@@ -165,8 +165,9 @@ EnumSetup::EnumSetup(const Common &common, const QStringList &choices)
 {
     addMember(QStringLiteral("setValue"), QStringLiteral("i"), QStringLiteral("b"),
               [this](const QVariantList &arguments) { return Outcome::value(assign(arguments.at(0))); });
-    addMember(QStringLiteral("setValue"), QStringLiteral("s"), QStringLiteral("b"),
-              [this](const QVariantList &arguments) { return Outcome::value(assign(fromText(arguments.at(0).toString()))); });
+    addMember(
+        QStringLiteral("setValue"), QStringLiteral("s"), QStringLiteral("b"),
+        [this](const QVariantList &arguments) { return Outcome::value(assign(fromText(arguments.at(0).toString()))); });
     addMember(QStringLiteral("getValueList"), QString(), QStringLiteral("s"),
               [this](const QVariantList &) { return Outcome::value(m_choices.join(QLatin1Char(';'))); });
     addMember(QStringLiteral("getValue"), QString(), QStringLiteral("i"),
@@ -233,6 +234,12 @@ QString DevDataSetup::refusal(const QVariant &candidate) const
     if (Wire::isNumber(candidate) && std::isnan(candidate.toDouble()))
         return QStringLiteral("NaN is not a value");
     return {};
+}
+
+QVariant DevDataSetup::normalized(const QVariant &candidate) const
+{
+    // A number keeps the element's own type, whichever integer or real type it came as.
+    return Wire::isNumber(value()) ? QVariant(candidate.toDouble()) : candidate;
 }
 
 QVariant DevDataSetup::fromText(const QString &text) const

@@ -121,6 +121,7 @@ public:
 protected:
     QString refusal(const QVariant &candidate) const override;
     QVariant fromText(const QString &text) const override;
+    QVariant normalized(const QVariant &candidate) const override;
     QVariantList changeArguments() const override { return {Wire::variant(value())}; }
 };
 

@@ -3,7 +3,6 @@
 
 // The one place where Qt 5 and Qt 6 differ for the simulator.
 
-#include <QString>
 #include <QVariant>
 #include <QtGlobal>
 
@@ -18,8 +17,6 @@ inline int typeId(const QVariant &value)
     return value.userType();
 #endif
 }
-
-constexpr auto skipEmptyParts = Qt::SkipEmptyParts;
 
 } // namespace SimCompat
 

@@ -28,10 +28,10 @@ class SimulatorService : public QObject
 public:
     struct Options
     {
-        QString name;      ///< application name; empty: the model's
-        QString address;   ///< empty: the session bus
+        QString name;    ///< application name; empty: the model's
+        QString address; ///< empty: the session bus
         quint32 seed = 1;
-        double rate = 0;   ///< default sample rate; 0: the model's
+        double rate = 0; ///< default sample rate; 0: the model's
         bool manualClock = false;
         QString logFile;
     };

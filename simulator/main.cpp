@@ -6,8 +6,6 @@
 #include <QFile>
 #include <QTextStream>
 
-#include <csignal>
-
 namespace {
 
 enum ExitCode { BadCommandLine = 1, BadModel = 2, NoBus = 3 };
@@ -16,11 +14,6 @@ int fail(int code, const QString &message)
 {
     QTextStream(stderr) << "dbusinterfaces-simulator: " << message << '\n';
     return code;
-}
-
-void quitOnSignal(int)
-{
-    QCoreApplication::quit();
 }
 
 } // namespace
@@ -32,25 +25,31 @@ int main(int argc, char *argv[])
     QCoreApplication::setApplicationVersion(QStringLiteral("1.0"));
 
     QCommandLineParser parser;
-    parser.setApplicationDescription(QStringLiteral(
-        "Behaves like the instrument's measurement application on D-Bus (see docs/simulator.md).\n"
-        "Prints \"ready\" when its name is owned. Exit status: 0 normal end, 1 bad command line,\n"
-        "2 bad model file, 3 no bus or name already owned."));
+    parser.setApplicationDescription(
+        QStringLiteral("Behaves like the instrument's measurement application on D-Bus (see docs/simulator.md).\n"
+                       "Prints \"ready\" when its name is owned. Exit status: 0 normal end, 1 bad command line,\n"
+                       "2 bad model file, 3 no bus or name already owned."));
     parser.addHelpOption();
     parser.addVersionOption();
-    const QCommandLineOption name(QStringLiteral("name"), QStringLiteral("Application name (service com.velk.mqx.app.<name>)."),
+    const QCommandLineOption name(QStringLiteral("name"),
+                                  QStringLiteral("Application name (service com.velk.mqx.app.<name>)."),
                                   QStringLiteral("NAME"));
-    const QCommandLineOption address(QStringLiteral("address"), QStringLiteral("D-Bus address instead of the session bus."),
+    const QCommandLineOption address(QStringLiteral("address"),
+                                     QStringLiteral("D-Bus address instead of the session bus."),
                                      QStringLiteral("ADDRESS"));
-    const QCommandLineOption model(QStringLiteral("model"), QStringLiteral("JSON model file instead of the default model."),
+    const QCommandLineOption model(QStringLiteral("model"),
+                                   QStringLiteral("JSON model file instead of the default model."),
                                    QStringLiteral("FILE"));
-    const QCommandLineOption dumpModel(QStringLiteral("dump-model"), QStringLiteral("Print the default model and exit."));
-    const QCommandLineOption seed(QStringLiteral("seed"), QStringLiteral("Seed of the simulated measurement (default 1)."),
-                                  QStringLiteral("N"), QStringLiteral("1"));
+    const QCommandLineOption dumpModel(QStringLiteral("dump-model"),
+                                       QStringLiteral("Print the default model and exit."));
+    const QCommandLineOption seed(QStringLiteral("seed"),
+                                  QStringLiteral("Seed of the simulated measurement (default 1)."), QStringLiteral("N"),
+                                  QStringLiteral("1"));
     const QCommandLineOption rate(QStringLiteral("rate"), QStringLiteral("Default sample rate of the results in Hz."),
                                   QStringLiteral("HZ"));
-    const QCommandLineOption manualClock(QStringLiteral("manual-clock"),
-                                         QStringLiteral("Measurement time advances only through the control method tick."));
+    const QCommandLineOption manualClock(
+        QStringLiteral("manual-clock"),
+        QStringLiteral("Measurement time advances only through the control method tick."));
     const QCommandLineOption log(QStringLiteral("log"), QStringLiteral("Append one JSON line per call received."),
                                  QStringLiteral("FILE"));
     parser.addOptions({name, address, model, dumpModel, seed, rate, manualClock, log});
@@ -61,7 +60,9 @@ int main(int argc, char *argv[])
     if (parser.isSet(QStringLiteral("version")))
         parser.showVersion();
     if (!parser.positionalArguments().isEmpty())
-        return fail(BadCommandLine, QStringLiteral("unexpected argument \"%1\" (see --help)").arg(parser.positionalArguments().first()));
+        return fail(
+            BadCommandLine,
+            QStringLiteral("unexpected argument \"%1\" (see --help)").arg(parser.positionalArguments().first()));
     if (parser.isSet(dumpModel)) {
         QTextStream(stdout) << defaultModelJson();
         return 0;
@@ -75,11 +76,13 @@ int main(int argc, char *argv[])
     bool ok = false;
     options.seed = parser.value(seed).toUInt(&ok);
     if (!ok)
-        return fail(BadCommandLine, QStringLiteral("--seed needs a non-negative integer, not \"%1\"").arg(parser.value(seed)));
+        return fail(BadCommandLine,
+                    QStringLiteral("--seed needs a non-negative integer, not \"%1\"").arg(parser.value(seed)));
     if (parser.isSet(rate)) {
         options.rate = parser.value(rate).toDouble(&ok);
         if (!ok || options.rate <= 0)
-            return fail(BadCommandLine, QStringLiteral("--rate needs a positive number, not \"%1\"").arg(parser.value(rate)));
+            return fail(BadCommandLine,
+                        QStringLiteral("--rate needs a positive number, not \"%1\"").arg(parser.value(rate)));
     }
     if (parser.isSet(name) && options.name.isEmpty())
         return fail(BadCommandLine, QStringLiteral("--name needs a non-empty name"));
@@ -110,7 +113,5 @@ int main(int argc, char *argv[])
     });
     if (!service.start(&error))
         return fail(NoBus, error);
-    std::signal(SIGINT, quitOnSignal);
-    std::signal(SIGTERM, quitOnSignal);
     return app.exec();
 }

@@ -1,0 +1,197 @@
+#include "SimulatorProcess.h"
+
+#include <QDBusConnection>
+#include <QDBusConnectionInterface>
+#include <QFile>
+#include <QProcess>
+#include <QTemporaryDir>
+#include <QTest>
+
+namespace {
+
+struct Run
+{
+    int exitCode = -1;
+    QByteArray out;
+    QByteArray err;
+};
+
+/// Runs the program to its end; the bound only ends a run that hangs.
+Run run(const QStringList &arguments)
+{
+    QProcess process;
+    process.start(QStringLiteral(SIMULATOR_PROGRAM), arguments);
+    Run result;
+    if (!process.waitForFinished(20000)) {
+        process.kill();
+        process.waitForFinished();
+        return result;
+    }
+    result.exitCode = process.exitStatus() == QProcess::NormalExit ? process.exitCode() : -1;
+    result.out = process.readAllStandardOutput();
+    result.err = process.readAllStandardError();
+    return result;
+}
+
+} // namespace
+
+class tst_SimulatorProgram : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void helpDescribesTheOptions();
+    void badCommandLinesEndWithAMessageAndStatusOne_data();
+    void badCommandLinesEndWithAMessageAndStatusOne();
+    void badModelFilesEndWithAMessageAndStatusTwo_data();
+    void badModelFilesEndWithAMessageAndStatusTwo();
+    void aModelFileIsServed();
+    void theDefaultModelIsTheShippedFile();
+    void aNameAlreadyOwnedEndsWithStatusThree();
+    void theRateSetsTheLengthOfATick();
+    void theSameSeedRepeatsTheMeasurementAcrossRuns();
+
+private:
+    QTemporaryDir m_dir;
+};
+
+void tst_SimulatorProgram::helpDescribesTheOptions()
+{
+    const Run help = run({QStringLiteral("--help")});
+    QCOMPARE(help.exitCode, 0);
+    for (const char *option : {"--name", "--address", "--model", "--seed", "--rate", "--manual-clock", "--log"})
+        QVERIFY2(help.out.contains(option), option);
+}
+
+void tst_SimulatorProgram::badCommandLinesEndWithAMessageAndStatusOne_data()
+{
+    QTest::addColumn<QStringList>("arguments");
+    QTest::addColumn<QByteArray>("message");
+
+    QTest::newRow("unknown option") << QStringList{"--colour"}
+                                    << QByteArray("dbusinterfaces-simulator: Unknown option 'colour'. (see --help)\n");
+    QTest::newRow("missing value") << QStringList{"--seed"}
+                                   << QByteArray(
+                                          "dbusinterfaces-simulator: Missing value after '--seed'. (see --help)\n");
+    QTest::newRow("seed not a number")
+        << QStringList{"--seed", "x"}
+        << QByteArray("dbusinterfaces-simulator: --seed needs a non-negative integer, not \"x\"\n");
+    QTest::newRow("rate not positive") << QStringList{"--rate", "0"}
+                                       << QByteArray(
+                                              "dbusinterfaces-simulator: --rate needs a positive number, not \"0\"\n");
+    QTest::newRow("stray argument") << QStringList{"now"}
+                                    << QByteArray(
+                                           "dbusinterfaces-simulator: unexpected argument \"now\" (see --help)\n");
+}
+
+void tst_SimulatorProgram::badCommandLinesEndWithAMessageAndStatusOne()
+{
+    QFETCH(QStringList, arguments);
+    QFETCH(QByteArray, message);
+    const Run result = run(arguments);
+    QCOMPARE(result.exitCode, 1);
+    QCOMPARE(result.err, message);
+}
+
+void tst_SimulatorProgram::badModelFilesEndWithAMessageAndStatusTwo_data()
+{
+    QTest::addColumn<QByteArray>("content");
+    QTest::addColumn<QString>("problem");
+
+    QTest::newRow("not JSON") << QByteArray("{") << "not JSON: unterminated object at offset 1";
+    QTest::newRow("unknown kind") << QByteArray(R"({"elements": [{"path": "/A", "kind": "float"}]})")
+                                  << "element '/A': unknown kind \"float\"";
+    QTest::newRow("missing field") << QByteArray(R"({"elements": [{"path": "/A", "kind": "string"}]})")
+                                   << "element '/A': missing field \"default\"";
+    QTest::newRow("default outside range")
+        << QByteArray(R"({"elements": [{"path": "/A", "kind": "double", "default": 5, "min": 0, "max": 1}]})")
+        << "element '/A': default: 5 is outside 0..1";
+}
+
+void tst_SimulatorProgram::badModelFilesEndWithAMessageAndStatusTwo()
+{
+    QFETCH(QByteArray, content);
+    QFETCH(QString, problem);
+    const QString fileName = m_dir.filePath(QStringLiteral("bad.json"));
+    QFile file(fileName);
+    QVERIFY(file.open(QIODevice::WriteOnly | QIODevice::Truncate));
+    file.write(content);
+    file.close();
+
+    const Run result = run({QStringLiteral("--model"), fileName});
+
+    QCOMPARE(result.exitCode, 2);
+    QCOMPARE(QString::fromUtf8(result.err),
+             QStringLiteral("dbusinterfaces-simulator: %1: %2\n").arg(fileName, problem));
+}
+
+void tst_SimulatorProgram::aModelFileIsServed()
+{
+    const QString fileName = m_dir.filePath(QStringLiteral("bench.json"));
+    QFile file(fileName);
+    QVERIFY(file.open(QIODevice::WriteOnly | QIODevice::Truncate));
+    file.write(R"({"elements": [{"path": "/Setup/Gain", "kind": "int", "default": 4, "min": 0, "max": 8}]})");
+    file.close();
+
+    SimulatorProcess simulator({QStringLiteral("--model"), fileName});
+    QVERIFY(simulator.waitForReady());
+
+    QDBusMessage call =
+        QDBusMessage::createMethodCall(SimulatorProcess::service, QStringLiteral("/Setup/Gain"),
+                                       QStringLiteral("com.velk.mqx.MeasApplInterface"), QStringLiteral("getValue"));
+    QCOMPARE(QDBusConnection::sessionBus().call(call).arguments(), QVariantList{4});
+    QDBusMessage absent =
+        QDBusMessage::createMethodCall(SimulatorProcess::service, QStringLiteral("/Setup/Acquisition/Averages"),
+                                       QStringLiteral("com.velk.mqx.MeasApplInterface"), QStringLiteral("getValue"));
+    QCOMPARE(QDBusConnection::sessionBus().call(absent).errorName(),
+             QStringLiteral("org.freedesktop.DBus.Error.UnknownObject"));
+}
+
+void tst_SimulatorProgram::theDefaultModelIsTheShippedFile()
+{
+    QFile shipped(QStringLiteral(SIMULATOR_SOURCE_DIR "/default-model.json"));
+    QVERIFY(shipped.open(QIODevice::ReadOnly));
+    const Run dump = run({QStringLiteral("--dump-model")});
+    QCOMPARE(dump.exitCode, 0);
+    QCOMPARE(dump.out, shipped.readAll());
+}
+
+void tst_SimulatorProgram::aNameAlreadyOwnedEndsWithStatusThree()
+{
+    SimulatorProcess first;
+    QVERIFY(first.waitForReady());
+    const Run second = run({QStringLiteral("--name"), SimulatorProcess::name});
+    QCOMPARE(second.exitCode, 3);
+    QCOMPARE(second.err,
+             QByteArray("dbusinterfaces-simulator: com.velk.mqx.app.simtest is already owned by another connection\n"));
+}
+
+void tst_SimulatorProgram::theRateSetsTheLengthOfATick()
+{
+    SimulatorProcess simulator({QStringLiteral("--rate"), QStringLiteral("5")});
+    QVERIFY(simulator.waitForReady());
+    QCOMPARE(simulator.control(QStringLiteral("tick"), {2}).arguments(), QVariantList{qlonglong(400)});
+}
+
+static QVariantList measuredAfterTicks(const QString &seed)
+{
+    SimulatorProcess simulator({QStringLiteral("--seed"), seed});
+    if (!simulator.waitForReady())
+        return {};
+    simulator.control(QStringLiteral("tick"), {5});
+    QDBusMessage call =
+        QDBusMessage::createMethodCall(SimulatorProcess::service, QStringLiteral("/Result/Spectrum/Bins"),
+                                       QStringLiteral("com.velk.mqx.MeasApplInterface"), QStringLiteral("getString"));
+    return QDBusConnection::sessionBus().call(call).arguments();
+}
+
+void tst_SimulatorProgram::theSameSeedRepeatsTheMeasurementAcrossRuns()
+{
+    const QVariantList first = measuredAfterTicks(QStringLiteral("3"));
+    QCOMPARE(first.size(), 1);
+    QCOMPARE(measuredAfterTicks(QStringLiteral("3")), first);
+    QVERIFY(measuredAfterTicks(QStringLiteral("4")) != first);
+}
+
+QTEST_GUILESS_MAIN(tst_SimulatorProgram)
+#include "tst_simulatorprogram.moc"
