@@ -7,6 +7,7 @@
 
 #include <QDBusMessage>
 #include <QDBusReply>
+#include <QDBusVariant>
 
 const QString Session::rootPath = QStringLiteral("/MEAS_APPL_OBJ");
 
@@ -15,6 +16,10 @@ Session::Session(const QString &appName, int timeoutMs)
     , m_timeoutMs(timeoutMs)
     , m_catalogue(KindCatalogue::builtIn())
 {
+    // Qt 6 finds the D-Bus type of a signal's argument by its type's name: unless
+    // "QDBusVariant" is registered before a proxy subscribes, its bus signals with a
+    // variant argument (device data, map-of-maps cells) never reach the proxy.
+    qRegisterMetaType<QDBusVariant>();
 }
 
 QString Session::service() const
