@@ -258,15 +258,17 @@ session() {
     run_client 0 exec resetMinMax /Result/Voltage/Peak
     run_client 7 exec calibrate now
 
-    step "An injected fault: the application answers 2 s late, the client gives up after 500 ms (exit status 8)"
-    run_control setFault string:/Setup/Acquisition/Averages string:delay string:2000
+    # --kind: inferring the kind would introspect the element, which answers late too.
+    step "An injected fault: the element answers 5 s late, the client gives up after 1 s (exit status 8)"
+    run_control setFault string:/Setup/Acquisition/Averages string:delay string:5000
     expect_output "true"
-    run_client 8 --timeout 500 --kind int get /Setup/Acquisition/Averages
+    run_client 8 --timeout 1000 --kind int get /Setup/Acquisition/Averages
 
     step "The fault cleared, the same call works again"
     run_control clearFault string:/Setup/Acquisition/Averages
-    run_client 0 --timeout 500 --kind int get /Setup/Acquisition/Averages
-    expect_output "64"
+    expect_output "true"
+    run_client 0 --timeout 1000 --kind int get /Setup/Acquisition/Averages
+    expect_output "value: 64"
 }
 
 # --- Main -------------------------------------------------------------------------------------
