@@ -64,8 +64,10 @@ work=""
 started_pids=()
 
 # Stops what the demo started, newest first, and waits for each; ends with the work directory.
+# A second Ctrl-C must not cut it short.
 cleanup() {
     local index
+    trap '' INT TERM
     for ((index = ${#started_pids[@]} - 1; index >= 0; index--)); do
         stop_process "${started_pids[index]}" || true
     done
