@@ -59,58 +59,63 @@ parse_options() {
 }
 
 # --- Processes --------------------------------------------------------------------------------
+# Every program runs in the background while the demo waits for it with the wait builtin: Ctrl-C
+# then reaches the demo's trap at once, whatever runs, and the clean-up ends what is still running.
 
 work=""
 started_pids=()
 
 # Stops what the demo started, newest first, and waits for each; ends with the work directory.
-# A second Ctrl-C must not cut it short.
+# A second Ctrl-C must not cut it short. Only a process that still exists is waited for: after
+# Ctrl-C broke off a wait, bash may hang waiting again for the process it had already reaped.
 cleanup() {
-    local index
+    local index pid
     trap '' INT TERM
     for ((index = ${#started_pids[@]} - 1; index >= 0; index--)); do
-        stop_process "${started_pids[index]}" || true
+        pid=${started_pids[index]}
+        if kill -TERM "$pid" 2>/dev/null; then
+            wait "$pid" 2>/dev/null || true
+        fi
     done
     started_pids=()
     [ -z "$work" ] || rm -rf "$work"
 }
 
-# Ends one process of ours (SIGTERM) and waits for it; answers its exit status.
-stop_process() {
-    local pid=$1 status=0
-    kill -TERM "$pid" 2>/dev/null || true
-    wait "$pid" 2>/dev/null || status=$?
-    return "$status"
+# Starts a command in the background, its stdout and stderr appended to the given files or pipes
+# (the same one for both keeps their order), and remembers it for the clean-up. Sets started_pid.
+start_process() {
+    local out=$1 err=$2
+    shift 2
+    "$@" >>"$out" 2>>"$err" &
+    started_pid=$!
+    started_pids+=("$started_pid")
+    [ -z "$pid_file" ] || echo "$started_pid" >>"$pid_file"
 }
 
-forget_process() {
+# Waits for a process of ours to end by itself; sets its exit status in ended_status.
+wait_for_end() {
     local pid=$1 index
+    ended_status=0
+    wait "$pid" || ended_status=$?
     for index in "${!started_pids[@]}"; do
         [ "${started_pids[index]}" != "$pid" ] || unset 'started_pids[index]'
     done
     started_pids=("${started_pids[@]}")
 }
 
-# Starts a command in the background with its stdout (and with "both" its stderr too) on a pipe
-# the demo reads; stderr goes to a log file otherwise. Sets spawned_pid and spawned_fd (the pipe's
-# reading end).
-spawn() {
+# Starts a program whose stdout the demo reads line by line through a pipe; its stderr goes to
+# $work/NAME.log, or with "both" through the pipe too. Sets started_pid and pipe_fd.
+start_piped() {
     local name=$1 streams=$2
     shift 2
-    local fifo=$work/$name.fifo log=$work/$name.log
+    local fifo=$work/$name.fifo err=$work/$name.log
+    [ "$streams" != both ] || err=$fifo
     mkfifo "$fifo"
-    if [ "$streams" = both ]; then
-        "$@" >"$fifo" 2>&1 &
-    else
-        "$@" >"$fifo" 2>"$log" &
-    fi
-    spawned_pid=$!
-    started_pids+=("$spawned_pid")
-    [ -z "$pid_file" ] || echo "$spawned_pid" >>"$pid_file"
-    exec {spawned_fd}<"$fifo"
+    start_process "$fifo" "$err" "$@"
+    exec {pipe_fd}<"$fifo"
 }
 
-# Reads lines from a spawned process until one is exactly the expected line.
+# Reads lines from a pipe until one is exactly the expected line.
 wait_for_line() {
     local fd=$1 expected=$2 line
     while IFS= read -r -t "$line_limit_s" -u "$fd" line; do
@@ -119,40 +124,41 @@ wait_for_line() {
     return 1
 }
 
+# Shows what comes through a pipe up to its end; false when it goes quiet for too long.
+# Keeps the lines in output_lines.
+show_until_end() {
+    local fd=$1 line status=0
+    output_lines=()
+    while IFS= read -r -t "$line_limit_s" -u "$fd" line || status=$?; [ "$status" -eq 0 ]; do
+        echo "$line"
+        output_lines+=("$line")
+    done
+    exec {fd}<&-
+    [ "$status" -eq 1 ]
+}
+
 start_bus() {
-    spawn bus stdout dbus-daemon --nofork --config-file="$source_dir/tests/session-bus.conf" --print-address=1
-    bus_pid=$spawned_pid
+    start_piped bus stdout dbus-daemon --nofork --config-file="$source_dir/tests/session-bus.conf" --print-address=1
     local address
-    IFS= read -r -t "$line_limit_s" -u "$spawned_fd" address ||
-        fail "the bus daemon printed no address: $(cat "$work/bus.log")"
-    exec {spawned_fd}<&-
+    IFS= read -r -t "$line_limit_s" -u "$pipe_fd" address ||
+        fail "the bus daemon printed no address: $(<"$work/bus.log")"
+    exec {pipe_fd}<&-
     # Every command below, measctl and dbus-send alike, uses this bus as its session bus.
     export DBUS_SESSION_BUS_ADDRESS=$address
-    echo "Private bus: $address (dbus-daemon, PID $bus_pid)"
+    echo "Private bus: $address (dbus-daemon, PID $started_pid)"
 }
 
 start_simulator() {
-    spawn simulator stdout dbusinterfaces-simulator --address "$DBUS_SESSION_BUS_ADDRESS" --name "$app"
-    simulator_pid=$spawned_pid
-    simulator_fd=$spawned_fd
-    wait_for_line "$simulator_fd" ready ||
-        fail "the simulator did not get ready: $(cat "$work/simulator.log")"
+    start_piped simulator stdout dbusinterfaces-simulator --address "$DBUS_SESSION_BUS_ADDRESS" --name "$app"
+    simulator_pid=$started_pid
+    simulator_fd=$pipe_fd
+    wait_for_line "$simulator_fd" ready || fail "the simulator did not get ready: $(<"$work/simulator.log")"
     echo "Simulator ready: $service, default model (dbusinterfaces-simulator, PID $simulator_pid)"
-}
-
-# Stops the simulator and the bus as a normal end; the simulator must end cleanly.
-shut_down() {
-    local status=0
-    stop_process "$simulator_pid" || status=$?
-    forget_process "$simulator_pid"
-    [ "$status" -eq 0 ] || fail "the simulator ended with status $status: $(cat "$work/simulator.log")"
-    cleanup
-    echo "Simulator and bus stopped."
 }
 
 # --- The session ------------------------------------------------------------------------------
 
-# Shows words as they would be typed: quoted only where the shell needs it.
+# Sets typed_line to the words as they would be typed: quoted only where the shell needs it.
 typed() {
     local word words=()
     for word in "$@"; do
@@ -162,7 +168,7 @@ typed() {
             words+=("'${word//\'/\'\\\'\'}'")
         fi
     done
-    echo "${words[*]}"
+    typed_line=${words[*]}
 }
 
 step() {
@@ -170,24 +176,41 @@ step() {
     echo "== $*"
 }
 
-# Runs a command as typed at a prompt, shows its output, and insists on its exit status.
-# The output stays in last_output for checks of its content.
-run_command() {
-    local expected=$1 status=0
+# Shows a command as typed at a prompt, with a suffix such as " &".
+show_prompt() {
+    typed "${@:2}"
+    echo "\$ $typed_line$1"
+}
+
+# Runs a command as typed at a prompt, its output kept in output_lines and its exit status insisted
+# on; the output is shown only by the caller.
+execute() {
+    local expected=$1 output=$work/output
     shift
-    echo "\$ $(typed "$@")"
-    last_output=$("$@" 2>&1) || status=$?
-    [ -z "$last_output" ] || echo "$last_output"
-    [ "$status" -eq 0 ] || echo "[exit status $status]"
-    [ "$status" -eq "$expected" ] || fail "expected exit status $expected from: $(typed "$@")"
+    show_prompt "" "$@"
+    : >"$output"
+    start_process "$output" "$output" "$@"
+    wait_for_end "$started_pid"
+    mapfile -t output_lines <"$output"
+    [ "$ended_status" -eq "$expected" ] || {
+        show_output
+        typed "$@"
+        fail "expected exit status $expected, not $ended_status, from: $typed_line"
+    }
+}
+
+show_output() {
+    [ ${#output_lines[@]} -eq 0 ] || printf '%s\n' "${output_lines[@]}"
+    [ "$ended_status" -eq 0 ] || echo "[exit status $ended_status]"
+}
+
+run_command() {
+    execute "$@"
+    show_output
 }
 
 run_client() {
     run_command "$1" measctl "${@:2}"
-}
-
-expect_output() {
-    [[ $last_output == *"$1"* ]] || fail "expected \"$1\" in the output above"
 }
 
 # A method of the simulator's own control interface, through the stock dbus-send.
@@ -196,30 +219,42 @@ run_control() {
         "com.velk.mqx.Simulator.$1" "${@:2}"
 }
 
+# Insists on a line of the last output that contains the text.
+expect_output() {
+    local line
+    for line in "${output_lines[@]}"; do
+        [[ $line != *"$1"* ]] || return 0
+    done
+    fail "expected \"$1\" in the output above"
+}
+
 # measctl watch in the background; returns once it is subscribed (its own line on stderr).
 start_watch() {
-    echo "\$ $(typed measctl watch "$@") &"
-    spawn watch both measctl watch "$@"
-    watch_pid=$spawned_pid
-    watch_fd=$spawned_fd
+    show_prompt " &" measctl watch "$@"
+    start_piped watch both measctl watch "$@"
+    watch_pid=$started_pid
+    watch_fd=$pipe_fd
     wait_for_line "$watch_fd" "measctl: watching 1 element(s)" || fail "measctl watch did not subscribe"
 }
 
 # Shows what the watcher printed after subscribing, up to its end, and insists on exit status 0.
 finish_watch() {
-    local line status=0
-    last_output=""
     echo "[measctl watch printed:]"
-    while IFS= read -r -t "$line_limit_s" -u "$watch_fd" line || status=$?; [ "$status" -eq 0 ]; do
-        echo "$line"
-        last_output+=$line$'\n'
-    done
-    [ "$status" -eq 1 ] || fail "measctl watch printed nothing more within $line_limit_s s"
-    exec {watch_fd}<&-
-    status=0
-    wait "$watch_pid" || status=$?
-    forget_process "$watch_pid"
-    [ "$status" -eq 0 ] || fail "measctl watch ended with status $status"
+    show_until_end "$watch_fd" || fail "measctl watch did not end"
+    wait_for_end "$watch_pid"
+    [ "$ended_status" -eq 0 ] || fail "measctl watch ended with status $ended_status"
+}
+
+# The normal end: the simulator quits when told through its control interface, then the bus stops.
+shut_down() {
+    step "Ending the simulator through its control interface (it exits with status 0), then the bus"
+    run_control quit
+    show_until_end "$simulator_fd" >/dev/null || fail "the simulator did not end after quit"
+    wait_for_end "$simulator_pid"
+    [ "$ended_status" -eq 0 ] ||
+        fail "the simulator ended with status $ended_status: $(<"$work/simulator.log")"
+    cleanup
+    echo "Simulator and bus stopped."
 }
 
 session() {
@@ -228,10 +263,9 @@ session() {
     expect_output "running"
 
     step "Its elements, each with the kind measctl inferred by introspection (the first lines)"
-    echo "\$ measctl list"
-    last_output=$(measctl list) || fail "measctl list failed"
-    head -n 6 <<<"$last_output"
-    echo "... ($(wc -l <<<"$last_output") lines in all)"
+    execute 0 measctl list
+    printf '%s\n' "${output_lines[@]:0:6}"
+    echo "... (${#output_lines[@]} lines in all)"
 
     step "Reading settings of several kinds: int, double, enumeration, bool, string, array, map"
     run_client 0 get /Setup/Acquisition/SampleRate
@@ -306,7 +340,6 @@ main() {
     start_bus
     start_simulator
     session
-    echo
     shut_down
     echo "Demo finished: every step gave what it should."
 }

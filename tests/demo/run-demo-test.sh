@@ -1,7 +1,7 @@
 #!/usr/bin/env bash
 # Runs tools/demo.sh on an existing build and checks what it leaves behind.
 #   complete:  the demo runs to its end; exit status 0 and the key lines of its session.
-#   interrupt: SIGINT once the demo reports its simulator ready; exit status 130, no session end.
+#   interrupt: Ctrl-C once the demo reports its simulator ready; exit status 130, no session end.
 # Either way every process the demo started (its --pid-file) must be gone once it has ended.
 # Usage: run-demo-test.sh complete|interrupt DEMO BUILD_DIR
 set -euo pipefail
@@ -33,19 +33,21 @@ expect_no_line() {
 }
 
 # Runs the demo with its output on a pipe read here line by line; in interrupt mode sends SIGINT
-# when the simulator-ready line arrives. Sets demo_status.
+# to its process group, as Ctrl-C in a terminal does, when the simulator-ready line arrives.
+# Sets demo_status.
 run_demo() {
     mkfifo "$work/demo.fifo"
-    # Job control: a background job then takes SIGINT as it would from a terminal.
+    # Job control: the demo gets a process group of its own. SIGINT at its default, even when this
+    # test was started with SIGINT ignored: a shell cannot trap a signal ignored on its entry.
     set -m
-    "$demo" --no-build --build-dir "$build_dir" --pid-file "$pid_file" >"$work/demo.fifo" 2>&1 &
+    env --default-signal=INT "$demo" --no-build --build-dir "$build_dir" --pid-file "$pid_file" >"$work/demo.fifo" 2>&1 &
     local demo_pid=$! line fd
     set +m
     exec {fd}<"$work/demo.fifo"
     while IFS= read -r -u "$fd" line; do
         echo "$line" | tee -a "$output"
         if [ "$mode" = interrupt ] && [[ $line == "Simulator ready:"* ]]; then
-            kill -INT "$demo_pid"
+            kill -INT -- "-$demo_pid" || failed "could not interrupt the demo's process group"
         fi
     done
     exec {fd}<&-
