@@ -333,10 +333,10 @@ prepare() {
 main() {
     parse_options "$@"
     prepare
-    work=$(mktemp -d "${TMPDIR:-/tmp}/measctl-demo.XXXXXX")
     trap cleanup EXIT
     trap 'echo "demo: interrupted" >&2; exit 130' INT
     trap 'echo "demo: terminated" >&2; exit 143' TERM
+    work=$(mktemp -d "${TMPDIR:-/tmp}/measctl-demo.XXXXXX")
     start_bus
     start_simulator
     session
