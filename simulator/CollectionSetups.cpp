@@ -21,6 +21,19 @@ Outcome outOfRange(const QString &what)
     return Outcome::error(ErrorNames::outOfRange, what);
 }
 
+Outcome noEntryAt(int position)
+{
+    return outOfRange(QStringLiteral("No entry at position %1").arg(position));
+}
+
+/// The lower or upper end of an item's range, in a variant.
+Outcome rangeLimit(const ItemRule &rule, bool minimum, const QString &item)
+{
+    if (!rule.range.bounded)
+        return unknownKey(QStringLiteral("range for \"%1\"").arg(item));
+    return Outcome::value(Wire::variant(minimum ? rule.range.min : rule.range.max));
+}
+
 QString keyValueText(const QVariantMap &map, const std::function<QString(const QString &)> &unitOf)
 {
     QStringList parts;
@@ -39,12 +52,8 @@ CollectionSetup::CollectionSetup(const QString &path, const QString &proxyClass,
 
 void CollectionSetup::addChangeableAndDefaultMembers()
 {
-    addMember(QStringLiteral("isChangeable"), QString(), QStringLiteral("b"),
-              [this](const QVariantList &) { return Outcome::value(m_changeable); });
-    addMember(QStringLiteral("setToDefault"), QString(), QString(), [this](const QVariantList &) {
-        restoreDefault();
-        return Outcome::reply();
-    });
+    addChangeableMember([this] { return m_changeable; });
+    addDefaultMember();
 }
 
 QString ItemRule::refusal(const QVariant &value) const
@@ -224,8 +233,8 @@ MapListSetup::MapListSetup(const QString &path, bool changeable, const QString &
               [this](const QVariantList &a) { return Outcome::value(position(a.at(0).toString())); });
     addMember(QStringLiteral("getValue"), QStringLiteral("i"), QStringLiteral("a{sv}"), [this](const QVariantList &a) {
         const int pos = a.at(0).toInt();
-        if (pos < 0 || pos >= m_entries.size())
-            return outOfRange(QStringLiteral("No entry at position %1").arg(pos));
+        if (!hasPosition(pos))
+            return noEntryAt(pos);
         return Outcome::value(m_entries.at(pos));
     });
     addMember(QStringLiteral("getValue"), QStringLiteral("is"), QStringLiteral("v"), [this](const QVariantList &a) {
@@ -241,18 +250,15 @@ MapListSetup::MapListSetup(const QString &path, bool changeable, const QString &
               });
     addMember(QStringLiteral("getString"), QStringLiteral("i"), QStringLiteral("s"), [this](const QVariantList &a) {
         const int pos = a.at(0).toInt();
-        if (pos < 0 || pos >= m_entries.size())
-            return outOfRange(QStringLiteral("No entry at position %1").arg(pos));
+        if (!hasPosition(pos))
+            return noEntryAt(pos);
         return Outcome::value(entryText(pos));
     });
     for (const bool minimum : {true, false}) {
         addMember(minimum ? QStringLiteral("getMin") : QStringLiteral("getMax"), QStringLiteral("is"),
                   QStringLiteral("v"), [this, minimum](const QVariantList &a) {
                       return withItem(a, [this, minimum](const QVariantMap &, const QString &item) {
-                          const NumericRange range = m_items.value(item).range;
-                          if (!range.bounded)
-                              return unknownKey(QStringLiteral("range for item \"%1\"").arg(item));
-                          return Outcome::value(Wire::variant(minimum ? range.min : range.max));
+                          return rangeLimit(m_items.value(item), minimum, item);
                       });
                   });
     }
@@ -260,18 +266,13 @@ MapListSetup::MapListSetup(const QString &path, bool changeable, const QString &
               [this](const QVariantList &) { return Outcome::value(int(m_entries.size())); });
     addMember(QStringLiteral("removeItem"), QStringLiteral("i"), QStringLiteral("b"), [this](const QVariantList &a) {
         const int pos = a.at(0).toInt();
-        if (!isChangeable() || pos < 0 || pos >= m_entries.size())
+        if (!isChangeable() || !hasPosition(pos))
             return Outcome::value(false);
         m_entries.removeAt(pos);
         emitSignal(changedSignal, {});
         return Outcome::value(true);
     });
-    addMember(QStringLiteral("isChangeable"), QString(), QStringLiteral("b"),
-              [this](const QVariantList &) { return Outcome::value(isChangeable()); });
-    addMember(QStringLiteral("setToDefault"), QString(), QString(), [this](const QVariantList &) {
-        restoreDefault();
-        return Outcome::reply();
-    });
+    addChangeableAndDefaultMembers();
     addSignal(changedSignal, QString(), [] { return QVariantList(); });
     addSignal(QStringLiteral("setupBoundsChanged"), QString(), [] { return QVariantList(); });
 }
@@ -281,8 +282,8 @@ Outcome MapListSetup::withItem(const QVariantList &arguments,
 {
     const int pos = arguments.at(0).toInt();
     const QString item = arguments.at(1).toString();
-    if (pos < 0 || pos >= m_entries.size())
-        return outOfRange(QStringLiteral("No entry at position %1").arg(pos));
+    if (!hasPosition(pos))
+        return noEntryAt(pos);
     if (!m_items.contains(item))
         return unknownKey(QStringLiteral("item \"%1\"").arg(item));
     return read(m_entries.at(pos), item);
@@ -320,7 +321,7 @@ bool MapListSetup::setEntry(const QString &name, const QVariantMap &entry)
 
 bool MapListSetup::setItem(int pos, const QString &item, const QVariant &value)
 {
-    if (!isChangeable() || pos < 0 || pos >= m_entries.size() || item == m_keyItem)
+    if (!isChangeable() || !hasPosition(pos) || item == m_keyItem)
         return false;
     QVariantMap entry = m_entries.at(pos);
     entry.insert(item, value);
@@ -331,6 +332,11 @@ bool MapListSetup::setItem(int pos, const QString &item, const QVariant &value)
         emitSignal(changedSignal, {});
     }
     return true;
+}
+
+bool MapListSetup::hasPosition(int pos) const
+{
+    return pos >= 0 && pos < m_entries.size();
 }
 
 int MapListSetup::position(const QString &name) const
@@ -455,10 +461,7 @@ MapMapSetup::MapMapSetup(const QString &path, bool changeable, const QMap<QStrin
         addMember(minimum ? QStringLiteral("getMin") : QStringLiteral("getMax"), sig_ss, QStringLiteral("v"),
                   [this, minimum](const QVariantList &a) {
                       return withCell(a, [this, minimum](const QString &, const QString &secondKey, const QVariant &) {
-                          const NumericRange range = m_items.value(secondKey).range;
-                          if (!range.bounded)
-                              return unknownKey(QStringLiteral("range for \"%1\"").arg(secondKey));
-                          return Outcome::value(Wire::variant(minimum ? range.min : range.max));
+                          return rangeLimit(m_items.value(secondKey), minimum, secondKey);
                       });
                   });
     }
@@ -901,10 +904,7 @@ StorageListSetup::StorageListSetup(const QString &path, const QStringList &defau
               [this](const QVariantList &) { return Outcome::value(values()); });
     addMember(QStringLiteral("count"), QString(), QStringLiteral("i"),
               [this](const QVariantList &) { return Outcome::value(int(m_names.size())); });
-    addMember(QStringLiteral("setToDefault"), QString(), QString(), [this](const QVariantList &) {
-        restoreDefault();
-        return Outcome::reply();
-    });
+    addDefaultMember();
     addMember(QStringLiteral("getSortOrder"), QString(), QStringLiteral("s"),
               [this](const QVariantList &) { return Outcome::value(m_sortOrder); });
     addMember(QStringLiteral("setSortOrder"), QStringLiteral("s"), QString(), [this](const QVariantList &a) {

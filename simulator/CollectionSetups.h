@@ -87,6 +87,7 @@ private:
     bool setItem(int position, const QString &item, const QVariant &value);
     QString refusal(const QVariantMap &entry) const;
     int position(const QString &name) const;
+    bool hasPosition(int position) const;
     QString entryText(int position) const;
     QString itemText(int position, const QString &item) const;
     /// Runs @p read on the entry at @p position and item @p item, or answers why it cannot.

@@ -70,6 +70,20 @@ void Element::addSignal(const QString &member, const QString &signature, const s
     m_signals.append({member, signature, current});
 }
 
+void Element::addChangeableMember(const std::function<bool()> &changeable)
+{
+    addMember(QStringLiteral("isChangeable"), QString(), QStringLiteral("b"),
+              [changeable](const QVariantList &) { return Outcome::value(changeable()); });
+}
+
+void Element::addDefaultMember()
+{
+    addMember(QStringLiteral("setToDefault"), QString(), QString(), [this](const QVariantList &) {
+        restoreDefault();
+        return Outcome::reply();
+    });
+}
+
 void Element::emitSignal(const QString &member, const QVariantList &arguments)
 {
     m_lastSignal.insert(member, arguments);

@@ -61,6 +61,10 @@ protected:
     void addMember(const QString &member, const QString &inSignature, const QString &outSignature,
                    const Operation &operation);
     void addSignal(const QString &member, const QString &signature, const std::function<QVariantList()> &current);
+    /// isChangeable → b, answering @p changeable.
+    void addChangeableMember(const std::function<bool()> &changeable);
+    /// setToDefault, which runs restoreDefault().
+    void addDefaultMember();
     void emitSignal(const QString &member, const QVariantList &arguments);
     /// Emits @p member with its current arguments.
     void emitSignal(const QString &member);

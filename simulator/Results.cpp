@@ -78,11 +78,9 @@ ScalarResult::ScalarResult(const QString &path, Type type, const ValueSource &so
                   [this](const QVariantList &) { return Outcome::value(m_limits.upper); });
     }
     // Only the double result goes without the min/max texts; the enumeration has no text Comp lists.
-    addReading(QStringLiteral("Value"), &ScalarResult::m_value, true, full);
-    addReading(QStringLiteral("MinValue"), &ScalarResult::m_min, type == Int || type == Bool, full);
-    addReading(QStringLiteral("MaxValue"), &ScalarResult::m_max, type == Int || type == Bool, full);
-    addMember(QStringLiteral("getValueComp"), QString(), QStringLiteral("av"),
-              [this](const QVariantList &) { return Outcome::value(comp(m_value, false)); });
+    addReading(QStringLiteral("Value"), &ScalarResult::m_value, {true, true, full});
+    addReading(QStringLiteral("MinValue"), &ScalarResult::m_min, {type == Int || type == Bool, full, full});
+    addReading(QStringLiteral("MaxValue"), &ScalarResult::m_max, {type == Int || type == Bool, full, full});
     if (!full)
         return;
     addMember(QStringLiteral("resetMinMaxValues"), QString(), QString(), [this](const QVariantList &) {
@@ -99,25 +97,25 @@ ScalarResult::ScalarResult(const QString &path, Type type, const ValueSource &so
     });
 }
 
-void ScalarResult::addReading(const QString &name, const Reading ScalarResult::*reading, bool withText, bool withComp)
+void ScalarResult::addReading(const QString &name, const Reading ScalarResult::*reading, ReadingMembers with)
 {
     // "Value" names getValue/getString; "MinValue" names getMinValue/getMinString and their Comp lists.
     const QString textName =
         name == QLatin1String("Value") ? QStringLiteral("String") : name.left(3) + QStringLiteral("String");
     addMember(QStringLiteral("get") + name, QString(), signatureOf(m_type),
               [this, reading](const QVariantList &) { return Outcome::value((this->*reading).value); });
-    if (withText) {
+    if (with.text) {
         addMember(QStringLiteral("get") + textName, QString(), QStringLiteral("s"),
                   [this, reading](const QVariantList &) { return Outcome::value(textOf((this->*reading).value)); });
     }
-    if (!withComp)
-        return;
-    if (name != QLatin1String("Value")) {
+    if (with.valueComp) {
         addMember(QStringLiteral("get") + name + QStringLiteral("Comp"), QString(), QStringLiteral("av"),
                   [this, reading](const QVariantList &) { return Outcome::value(comp(this->*reading, false)); });
     }
-    addMember(QStringLiteral("get") + textName + QStringLiteral("Comp"), QString(), QStringLiteral("av"),
-              [this, reading](const QVariantList &) { return Outcome::value(comp(this->*reading, true)); });
+    if (with.textComp) {
+        addMember(QStringLiteral("get") + textName + QStringLiteral("Comp"), QString(), QStringLiteral("av"),
+                  [this, reading](const QVariantList &) { return Outcome::value(comp(this->*reading, true)); });
+    }
 }
 
 QVariant ScalarResult::draw(QRandomGenerator &random) const

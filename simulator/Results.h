@@ -73,7 +73,14 @@ private:
     QString textOf(const QVariant &value) const;
     /// [value, status, time stamp] or, with @p asText, [text, status, time stamp].
     QVariantList comp(const Reading &reading, bool asText) const;
-    void addReading(const QString &member, const Reading ScalarResult::*reading, bool withText, bool withComp);
+    /// Which members one reading (value, minimum or maximum) has besides its getter.
+    struct ReadingMembers
+    {
+        bool text;      ///< getString, getMinString, getMaxString
+        bool valueComp; ///< getValueComp, getMinValueComp, getMaxValueComp
+        bool textComp;  ///< getStringComp, getMinStringComp, getMaxStringComp
+    };
+    void addReading(const QString &name, const Reading ScalarResult::*reading, ReadingMembers with);
 
     Type m_type;
     ValueSource m_source;

@@ -63,12 +63,8 @@ void SetupElement::addSetupMembers(const QString &signature, bool withChangeable
               [this](const QVariantList &) { return Outcome::value(text()); });
     if (!withChangeableAndDefault)
         return;
-    addMember(QStringLiteral("isChangeable"), QString(), QStringLiteral("b"),
-              [this](const QVariantList &) { return Outcome::value(m_changeable); });
-    addMember(QStringLiteral("setToDefault"), QString(), QString(), [this](const QVariantList &) {
-        restoreDefault();
-        return Outcome::reply();
-    });
+    addChangeableMember([this] { return m_changeable; });
+    addDefaultMember();
 }
 
 void SetupElement::addChangeSignal(const QString &signature)
@@ -185,12 +181,8 @@ EnumSetup::EnumSetup(const Common &common, const QStringList &choices)
               [this](const QVariantList &) { return Outcome::value(int(m_choices.size())); });
     // The application runs the chosen action; the simulator has none to run.
     addMember(QStringLiteral("execute"), QString(), QString(), [](const QVariantList &) { return Outcome::reply(); });
-    addMember(QStringLiteral("isChangeable"), QString(), QStringLiteral("b"),
-              [this](const QVariantList &) { return Outcome::value(isChangeable()); });
-    addMember(QStringLiteral("setToDefault"), QString(), QString(), [this](const QVariantList &) {
-        restoreDefault();
-        return Outcome::reply();
-    });
+    addChangeableMember([this] { return isChangeable(); });
+    addDefaultMember();
     addChangeSignal(QStringLiteral("is"));
 }
 

@@ -482,11 +482,16 @@ void tst_SimulatorBus::callLogHasOneLinePerCall()
 {
     auto setup = proxy<SetupIntInterface>(averages);
     QCOMPARE(setup->setValue(32).value(), true);
+    m_simulator->control("setFault", {averages, "error", "com.velk.mqx.Error.Busy Instrument busy"});
+    QVERIFY(!setup->getValue().isValid());
 
     QFile file(m_dir.filePath("calls.jsonl"));
     QVERIFY(file.open(QIODevice::ReadOnly));
     const QList<QByteArray> lines = file.readAll().split('\n');
-    QCOMPARE(lines.size(), 2); // one line, then the end after its newline
+    QCOMPARE(lines.size(), 4); // three lines, then the end after the last newline
+    QCOMPARE(QJsonDocument::fromJson(lines.at(1)).object().value("member").toString(), QStringLiteral("setFault"));
+    QCOMPARE(QJsonDocument::fromJson(lines.at(2)).object().value("answer").toObject(),
+             (QJsonObject{{"kind", "error"}, {"name", "com.velk.mqx.Error.Busy"}, {"message", "Instrument busy"}}));
     const QJsonObject line = QJsonDocument::fromJson(lines.at(0)).object();
     QCOMPARE(line.value("sender").toString(), bus().baseService());
     QCOMPARE(line.value("path").toString(), averages);

@@ -4,6 +4,7 @@
 #include "Model.h"
 #include "Results.h"
 #include "RootElement.h"
+#include "SimulatorService.h"
 
 #include <QDBusVariant>
 #include <QDirIterator>
@@ -84,8 +85,8 @@ QSet<QString> documentedMembers(const QString &xml)
     while (!reader.atEnd()) {
         reader.readNext();
         if (reader.isStartElement() && reader.name() == QLatin1String("interface"))
-            inMain =
-                reader.attributes().value(QLatin1String("name")) == QLatin1String("com.velk.mqx.MeasApplInterface");
+            inMain = reader.attributes().value(QLatin1String("name")) !=
+                QLatin1String("org.freedesktop.DBus.Introspectable");
         if (!inMain)
             continue;
         if (reader.isStartElement() &&
@@ -116,6 +117,51 @@ QSet<QString> servedMembers(const Element &element)
     return members;
 }
 
+/// A neutral argument of one complete D-Bus type.
+QVariant neutral(const QString &type)
+{
+    static const QHash<QString, QVariant> values{{"i", 0},
+                                                 {"d", 0.0},
+                                                 {"s", QString()},
+                                                 {"b", false},
+                                                 {"x", qlonglong(0)},
+                                                 {"v", QVariant::fromValue(QDBusVariant(0))},
+                                                 {"av", QVariantList()},
+                                                 {"as", QStringList()},
+                                                 {"a{sv}", QVariantMap()}};
+    return values.value(type);
+}
+
+/// The D-Bus type a reply value goes out as.
+QString wireType(const QVariant &value)
+{
+    const int type = value.userType();
+    if (type == qMetaTypeId<QDBusVariant>())
+        return QStringLiteral("v");
+    switch (type) {
+    case QMetaType::Int:
+        return QStringLiteral("i");
+    case QMetaType::Double:
+        return QStringLiteral("d");
+    case QMetaType::QString:
+        return QStringLiteral("s");
+    case QMetaType::Bool:
+        return QStringLiteral("b");
+    case QMetaType::LongLong:
+        return QStringLiteral("x");
+    case QMetaType::QStringList:
+        return QStringLiteral("as");
+    case QMetaType::QVariantList:
+        return QStringLiteral("av");
+    case QMetaType::QVariantMap:
+        return QStringLiteral("a{sv}");
+    case QMetaType::QDateTime:
+        return QStringLiteral("((iii)(iiii)i)");
+    default:
+        return QStringLiteral("?");
+    }
+}
+
 QString sorted(const QSet<QString> &set)
 {
     QStringList list = set.values();
@@ -132,6 +178,7 @@ class tst_SimulatorModel : public QObject
 private Q_SLOTS:
     void everyKindServesExactlyItsDocumentedMembersAndSignals();
     void theDefaultModelHasAnElementOfEveryKind();
+    void everyMemberAnswersWithItsDocumentedReplyTypes();
 
     void settersRefuseWhatTheInstrumentWouldRefuse_data();
     void settersRefuseWhatTheInstrumentWouldRefuse();
@@ -164,7 +211,9 @@ private Q_SLOTS:
 void tst_SimulatorModel::everyKindServesExactlyItsDocumentedMembersAndSignals()
 {
     Instrument instrument;
-    QList<const Element *> elements{instrument.root.get()};
+    QString error;
+    SimulatorService service(loadModel(defaultModelJson(), QStringLiteral("default model"), &error), {});
+    QList<const Element *> elements{instrument.root.get(), service.elementAt(SimulatorService::controlPath)};
     for (const auto &element : instrument.model->elements)
         elements.append(element.get());
     for (const Element *element : elements) {
@@ -180,12 +229,47 @@ void tst_SimulatorModel::theDefaultModelHasAnElementOfEveryKind()
     QSet<QString> documented;
     for (QDirIterator it(QStringLiteral(":/introspection")); it.hasNext();)
         documented.insert(QFileInfo(it.next()).baseName());
+    QVERIFY(documented.remove(QStringLiteral("Simulator"))); // the simulator's own, not an instrument kind
     QCOMPARE(documented.size(), 19);
     Instrument instrument;
     QSet<QString> served{instrument.root->proxyClass()};
     for (const auto &element : instrument.model->elements)
         served.insert(element->proxyClass());
     QCOMPARE(sorted(served), sorted(documented));
+}
+
+void tst_SimulatorModel::everyMemberAnswersWithItsDocumentedReplyTypes()
+{
+    Instrument instrument;
+    QList<const Element *> elements{instrument.root.get()};
+    for (const auto &element : instrument.model->elements)
+        elements.append(element.get());
+    const QSet<QString> knownErrors{"com.velk.mqx.Error.UnknownKey", "com.velk.mqx.Error.OutOfRange",
+                                    "org.freedesktop.DBus.Error.InvalidArgs"};
+    int replies = 0;
+    for (const Element *element : elements) {
+        for (const Element::MemberEntry &entry : element->members()) {
+            QVariantList arguments;
+            for (const QString &type : Introspection::splitSignature(entry.inSignature))
+                arguments.append(neutral(type));
+            const Outcome outcome = element->invoke(entry.member, entry.inSignature, arguments);
+            const QString where = element->path() + QLatin1Char(' ') + entry.member + QLatin1Char('(') +
+                entry.inSignature + QLatin1Char(')');
+            if (outcome.isError()) {
+                // Only a key, position or text that names nothing is refused; a member without
+                // arguments always answers.
+                QVERIFY2(!entry.inSignature.isEmpty() && knownErrors.contains(outcome.errorName),
+                         qPrintable(where + ": " + outcome.errorName));
+                continue;
+            }
+            QString sent;
+            for (const QVariant &value : outcome.values)
+                sent += wireType(value);
+            QVERIFY2(sent == entry.outSignature, qPrintable(where + " answered " + sent));
+            ++replies;
+        }
+    }
+    QVERIFY(replies > 0);
 }
 
 void tst_SimulatorModel::settersRefuseWhatTheInstrumentWouldRefuse_data()

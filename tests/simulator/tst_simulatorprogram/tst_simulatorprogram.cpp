@@ -49,6 +49,9 @@ private Q_SLOTS:
     void theDefaultModelIsTheShippedFile();
     void aNameAlreadyOwnedEndsWithStatusThree();
     void theRateSetsTheLengthOfATick();
+    void aBusAddressIsUsedInsteadOfTheSessionBus();
+    void anUnreachableBusEndsWithStatusThree();
+    void aModelFilesFaultActsOnItsElement();
     void theSameSeedRepeatsTheMeasurementAcrossRuns();
 
 private:
@@ -171,6 +174,39 @@ void tst_SimulatorProgram::theRateSetsTheLengthOfATick()
     SimulatorProcess simulator({QStringLiteral("--rate"), QStringLiteral("5")});
     QVERIFY(simulator.waitForReady());
     QCOMPARE(simulator.control(QStringLiteral("tick"), {2}).arguments(), QVariantList{qlonglong(400)});
+}
+
+void tst_SimulatorProgram::aBusAddressIsUsedInsteadOfTheSessionBus()
+{
+    SimulatorProcess simulator(
+        {QStringLiteral("--address"), QString::fromLocal8Bit(qgetenv("DBUS_SESSION_BUS_ADDRESS"))});
+    QVERIFY(simulator.waitForReady());
+    QVERIFY(QDBusConnection::sessionBus().interface()->isServiceRegistered(SimulatorProcess::service));
+}
+
+void tst_SimulatorProgram::anUnreachableBusEndsWithStatusThree()
+{
+    const Run result = run({QStringLiteral("--address"), QStringLiteral("unix:path=") + m_dir.filePath("no-bus")});
+    QCOMPARE(result.exitCode, 3);
+    QVERIFY2(result.err.startsWith("dbusinterfaces-simulator: cannot connect to the bus: "), result.err.constData());
+}
+
+void tst_SimulatorProgram::aModelFilesFaultActsOnItsElement()
+{
+    const QString fileName = m_dir.filePath(QStringLiteral("faulty.json"));
+    QFile file(fileName);
+    QVERIFY(file.open(QIODevice::WriteOnly | QIODevice::Truncate));
+    file.write(R"({"elements": [{"path": "/Setup/Gain", "kind": "int", "default": 4, "min": 0, "max": 8,
+                  "fault": {"kind": "error", "name": "com.velk.mqx.Error.Locked", "message": "Front panel lock"}}]})");
+    file.close();
+    SimulatorProcess simulator({QStringLiteral("--model"), fileName});
+    QVERIFY(simulator.waitForReady());
+
+    const QDBusMessage reply = QDBusConnection::sessionBus().call(
+        QDBusMessage::createMethodCall(SimulatorProcess::service, QStringLiteral("/Setup/Gain"),
+                                       QStringLiteral("com.velk.mqx.MeasApplInterface"), QStringLiteral("getValue")));
+    QCOMPARE(reply.errorName(), QStringLiteral("com.velk.mqx.Error.Locked"));
+    QCOMPARE(reply.errorMessage(), QStringLiteral("Front panel lock"));
 }
 
 static QVariantList measuredAfterTicks(const QString &seed)
