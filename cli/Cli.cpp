@@ -6,7 +6,6 @@
 #include "Session.h"
 
 #include <QCommandLineParser>
-#include <QTextStream>
 
 #include <cstdio>
 
@@ -51,12 +50,7 @@ QString kindForms(const QString &command)
 {
     QString text;
     for (const auto &kind : ElementKinds::all()) {
-        const KindSyntax &syntax = kind->syntax();
-        const QStringList &forms = command == QLatin1String("get") ? syntax.get
-            : command == QLatin1String("set")                      ? syntax.set
-            : command == QLatin1String("info")                     ? syntax.info
-                                                                   : QStringList();
-        for (const QString &form : forms)
+        for (const QString &form : kind->syntax().of(command))
             text += QStringLiteral("  %1 %2 PATH %3").arg(kind->shortName(), -17).arg(command, form).trimmed() +
                 QLatin1Char('\n');
     }
@@ -148,6 +142,7 @@ int run(const QStringList &arguments)
 
     Invocation invocation;
     invocation.args = parser.positionalArguments();
+    invocation.usage = (command->name + QLatin1Char(' ') + command->synopsis).trimmed();
     if (takes(*command, Commands::kindOption) && parser.isSet(Commands::kindOption))
         invocation.kind = parser.value(Commands::kindOption);
     if (takes(*command, Commands::countOption) && parser.isSet(Commands::countOption)) {

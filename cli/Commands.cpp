@@ -1,6 +1,5 @@
 #include "Commands.h"
 
-#include "ElementKinds.h"
 #include "Output.h"
 #include "Session.h"
 #include "Values.h"
@@ -9,7 +8,6 @@
 #include "DBusInterfaceManager.h"
 #include "RemoteCommandInterface.h"
 
-#include <QCoreApplication>
 #include <QDBusConnectionInterface>
 #include <QEventLoop>
 #include <QJsonArray>
@@ -39,15 +37,15 @@ Record elementRecord(const BoundElement &element)
     return record;
 }
 
-Outcome usage(const QString &synopsis)
+Outcome usage(const Invocation &invocation)
 {
-    return Outcome::failed(ExitCode::BadCommandLine, QStringLiteral("usage: measctl %1").arg(synopsis));
+    return Outcome::failed(ExitCode::BadCommandLine, QStringLiteral("usage: measctl %1").arg(invocation.usage));
 }
 
 int runStatus(const Session &session, const Invocation &invocation, const Output &output)
 {
     if (!invocation.args.isEmpty())
-        return output.finish(usage(QStringLiteral("status")));
+        return output.finish(usage(invocation));
     DBusInterfaceManager *manager = DBusInterfaceManager::getInstance();
     Outcome outcome;
     outcome.record.add(QStringLiteral("application"), session.appName());
@@ -64,7 +62,7 @@ int runStatus(const Session &session, const Invocation &invocation, const Output
 int runList(const Session &session, const Invocation &invocation, const Output &output)
 {
     if (!invocation.args.isEmpty())
-        return output.finish(usage(QStringLiteral("list")));
+        return output.finish(usage(invocation));
     if (auto failure = session.requireApplication())
         return output.finish(Outcome::failed(*failure));
     QVector<ListedElement> elements;
@@ -83,10 +81,10 @@ int runList(const Session &session, const Invocation &invocation, const Output &
 
 /// get, set and info: the same steps around the kind's own operation.
 template<Outcome (ElementKind::*operation)(QDBusAbstractInterface &, const QStringList &) const>
-int runOnElement(const Session &session, const Invocation &invocation, const Output &output, const char *synopsis)
+int runOnElement(const Session &session, const Invocation &invocation, const Output &output)
 {
     if (invocation.args.isEmpty())
-        return output.finish(usage(QString::fromLatin1(synopsis)));
+        return output.finish(usage(invocation));
     if (auto failure = session.requireApplication())
         return output.finish(Outcome::failed(*failure));
     const BoundElement element = session.bind(invocation.args.first(), invocation.kind);
@@ -101,25 +99,10 @@ int runOnElement(const Session &session, const Invocation &invocation, const Out
     return output.finish(outcome);
 }
 
-int runGet(const Session &session, const Invocation &invocation, const Output &output)
-{
-    return runOnElement<&ElementKind::get>(session, invocation, output, "get PATH [ARGS...]");
-}
-
-int runSet(const Session &session, const Invocation &invocation, const Output &output)
-{
-    return runOnElement<&ElementKind::set>(session, invocation, output, "set PATH VALUE...");
-}
-
-int runInfo(const Session &session, const Invocation &invocation, const Output &output)
-{
-    return runOnElement<&ElementKind::info>(session, invocation, output, "info PATH [ARGS...]");
-}
-
 int runWatch(const Session &session, const Invocation &invocation, const Output &output)
 {
     if (invocation.args.isEmpty())
-        return output.finish(usage(QStringLiteral("watch PATH...")));
+        return output.finish(usage(invocation));
     if (auto failure = session.requireApplication())
         return output.finish(Outcome::failed(*failure));
 
@@ -163,7 +146,7 @@ int runWatch(const Session &session, const Invocation &invocation, const Output 
 int runExec(const Session &session, const Invocation &invocation, const Output &output)
 {
     if (invocation.args.isEmpty() || invocation.args.size() > 5)
-        return output.finish(usage(QStringLiteral("exec COMMAND [P1 [P2 [P3 [P4]]]]")));
+        return output.finish(usage(invocation));
     if (auto failure = session.requireApplication())
         return output.finish(Outcome::failed(*failure));
 
@@ -212,17 +195,17 @@ const QList<Command> &all()
          QStringLiteral("PATH [ARGS...]"),
          QStringLiteral("Read an element's value."),
          {kindOption},
-         runGet},
+         runOnElement<&ElementKind::get>},
         {QStringLiteral("set"),
          QStringLiteral("PATH VALUE..."),
          QStringLiteral("Change an element's value; shows the application's answer."),
          {kindOption},
-         runSet},
+         runOnElement<&ElementKind::set>},
         {QStringLiteral("info"),
          QStringLiteral("PATH [ARGS...]"),
          QStringLiteral("Describe an element: text, limits, choices, changeability..."),
          {kindOption},
-         runInfo},
+         runOnElement<&ElementKind::info>},
         {QStringLiteral("watch"),
          QStringLiteral("PATH..."),
          QStringLiteral("Print the change signals of elements as they arrive, until Ctrl-C or --count."),

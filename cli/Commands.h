@@ -17,6 +17,7 @@ struct Invocation
     QString kind;     ///< --kind, empty to infer the kind
     int count = 0;    ///< --count, 0 for no limit
     QStringList args; ///< the words after the command's name
+    QString usage;    ///< the command's name and synopsis
 };
 
 /// One verb of measctl.

@@ -10,8 +10,9 @@ ElementKind::ElementKind(const char *className, const char *shortName, const cha
 
 ElementKind::~ElementKind() = default;
 
-Outcome ElementKind::usage(const QString &command, const QStringList &forms) const
+Outcome ElementKind::usage(const QString &command) const
 {
+    const QStringList forms = m_syntax.of(command);
     if (forms.isEmpty())
         return Outcome::failed(ExitCode::BadCommandLine,
                                QStringLiteral("%1 elements do not offer '%2'").arg(m_className, command));

@@ -21,6 +21,18 @@ struct KindSyntax
     QStringList get;
     QStringList set;
     QStringList info;
+
+    /// The forms of the command named @p command; none for commands that address no element.
+    QStringList of(const QString &command) const
+    {
+        if (command == QLatin1String("get"))
+            return get;
+        if (command == QLatin1String("set"))
+            return set;
+        if (command == QLatin1String("info"))
+            return info;
+        return {};
+    }
 };
 
 /**
@@ -49,7 +61,7 @@ public:
 
 protected:
     /// The bad-command-line outcome that lists this kind's forms of @p command.
-    Outcome usage(const QString &command, const QStringList &forms) const;
+    Outcome usage(const QString &command) const;
     /// The bad-value outcome for @p text that should have been @p expected.
     static Outcome badValue(const QString &text, const QString &expected);
 
@@ -90,14 +102,15 @@ public:
     }
 
 protected:
-    virtual Outcome read(P &, const QStringList &) const { return usage(QStringLiteral("get"), syntax().get); }
-    virtual Outcome write(P &, const QStringList &) const { return usage(QStringLiteral("set"), syntax().set); }
-    virtual Outcome describe(P &, const QStringList &) const { return usage(QStringLiteral("info"), syntax().info); }
+    // What the kind does not offer, or not with these words, is a bad command line.
+    virtual Outcome read(P &, const QStringList &) const { return usageOfGet(); }
+    virtual Outcome write(P &, const QStringList &) const { return usageOfSet(); }
+    virtual Outcome describe(P &, const QStringList &) const { return usageOfInfo(); }
     virtual int relay(P &, const SignalSink &) const { return 0; }
 
-    Outcome usageOfGet() const { return usage(QStringLiteral("get"), syntax().get); }
-    Outcome usageOfSet() const { return usage(QStringLiteral("set"), syntax().set); }
-    Outcome usageOfInfo() const { return usage(QStringLiteral("info"), syntax().info); }
+    Outcome usageOfGet() const { return usage(QStringLiteral("get")); }
+    Outcome usageOfSet() const { return usage(QStringLiteral("set")); }
+    Outcome usageOfInfo() const { return usage(QStringLiteral("info")); }
 };
 
 #endif

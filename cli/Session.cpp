@@ -8,6 +8,7 @@
 #include <QDBusMessage>
 #include <QDBusReply>
 #include <QDBusVariant>
+#include <QRegularExpression>
 
 const QString Session::rootPath = QStringLiteral("/MEAS_APPL_OBJ");
 
@@ -44,7 +45,11 @@ BoundElement Session::bind(const QString &path, const QString &kindName) const
 {
     BoundElement element;
     element.path = path;
-    if (!kindName.isEmpty()) {
+    static const QRegularExpression objectPath(QStringLiteral("^/([A-Za-z0-9_]+(/[A-Za-z0-9_]+)*)?$"));
+    if (!objectPath.match(path).hasMatch()) {
+        element.failure =
+            Failure{ExitCode::BadCommandLine, QStringLiteral("'%1' is not a D-Bus object path").arg(path)};
+    } else if (!kindName.isEmpty()) {
         element.kind = ElementKinds::find(kindName);
         if (!element.kind)
             element.failure = Failure{ExitCode::BadCommandLine, QStringLiteral("unknown kind '%1'").arg(kindName)};

@@ -1,10 +1,17 @@
 #include "Cli.h"
 
+#include "DBusConnector.h"
+#include "DBusInterfaceManager.h"
+
 #include <QCoreApplication>
 
 int main(int argc, char *argv[])
 {
     QCoreApplication application(argc, argv);
     QCoreApplication::setApplicationName(QStringLiteral("measctl"));
-    return Cli::run(QCoreApplication::arguments());
+    const int exitCode = Cli::run(QCoreApplication::arguments());
+    // The library never releases its singletons itself.
+    DBusInterfaceManager::releaseInstance();
+    DBusConnector::releaseInstance();
+    return exitCode;
 }

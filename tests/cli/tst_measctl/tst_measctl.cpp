@@ -31,9 +31,11 @@ struct Run
     }
 };
 
-Run measctl(const QStringList &arguments)
+Run measctl(const QStringList &arguments,
+            const QProcessEnvironment &environment = QProcessEnvironment::systemEnvironment())
 {
     QProcess process;
+    process.setProcessEnvironment(environment);
     process.start(QStringLiteral(MEASCTL_PATH), arguments);
     Run run;
     if (!process.waitForFinished(processTimeoutMs) || process.exitStatus() != QProcess::NormalExit) {
@@ -117,6 +119,10 @@ private Q_SLOTS:
     void getReadsEveryResultKind_data();
     void getReadsEveryResultKind();
     void getWritesNameValueLinesForPeople();
+    void kindGivenByClassOrShortNameSkipsInference_data();
+    void kindGivenByClassOrShortNameSkipsInference();
+    void optionsMayFollowTheCommand();
+    void theApplicationComesFromTheEnvironmentByDefault();
     void setChangesEverySettingKind_data();
     void setChangesEverySettingKind();
     void setReportsARefusal_data();
@@ -128,6 +134,7 @@ private Q_SLOTS:
     void infoDescribesEveryKind();
     void watchPrintsEachSignalAsItArrives_data();
     void watchPrintsEachSignalAsItArrives();
+    void watchWritesOneLinePerSignalForPeople();
     void watchEndsCleanlyOnSignal_data();
     void watchEndsCleanlyOnSignal();
     void execShowsTheApplicationsAnswer();
@@ -343,6 +350,49 @@ void tst_Measctl::getWritesNameValueLinesForPeople()
     QCOMPARE(run.exitCode, 0);
     QVERIFY2(run.out.startsWith("path: /Setup/Acquisition/SampleRate\nkind: SetupIntInterface\nvalue: 48000\ntext: "),
              run.out.constData());
+}
+
+void tst_Measctl::kindGivenByClassOrShortNameSkipsInference_data()
+{
+    QTest::addColumn<QString>("kind");
+    QTest::newRow("short name") << "int";
+    QTest::newRow("class name") << "SetupIntInterface";
+    QTest::newRow("any letter case") << "setupINTinterface";
+}
+
+void tst_Measctl::kindGivenByClassOrShortNameSkipsInference()
+{
+    QFETCH(QString, kind);
+    // An enumeration answers the integer setting's getValue and getString too, so reading
+    // it as one works; inference would have said enumeration.
+    const Run run = measctl({"--json", "--kind", kind, "get", "/Setup/Acquisition/InputCoupling"});
+    QCOMPARE(run.exitCode, 0);
+    QCOMPARE(run.json(),
+             QJsonObject({{"path", "/Setup/Acquisition/InputCoupling"},
+                          {"kind", "SetupIntInterface"},
+                          {"value", 1},
+                          {"text", "DC"}}));
+}
+
+void tst_Measctl::optionsMayFollowTheCommand()
+{
+    const Run run = measctl({"get", "--json", "--timeout", "5000", "/Setup/Acquisition/SampleRate"});
+    QCOMPARE(run.exitCode, 0);
+    QCOMPARE(run.json().value("value"), QJsonValue(48000));
+}
+
+void tst_Measctl::theApplicationComesFromTheEnvironmentByDefault()
+{
+    QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
+    environment.insert("MEASCTL_APP", "Elsewhere");
+    const Run absent = measctl({"--json", "status"}, environment);
+    QCOMPARE(absent.exitCode, 3);
+    QCOMPARE(absent.json().value("service"), QJsonValue("com.velk.mqx.app.elsewhere"));
+
+    environment.insert("MEASCTL_APP", "SIM");
+    QCOMPARE(measctl({"status"}, environment).exitCode, 0);
+    environment.remove("MEASCTL_APP");
+    QCOMPARE(measctl({"status"}, environment).exitCode, 0);
 }
 
 void tst_Measctl::setChangesEverySettingKind_data()
@@ -626,6 +676,20 @@ void tst_Measctl::watchPrintsEachSignalAsItArrives()
     QVERIFY2(events.contains(expected), out.constData());
 }
 
+void tst_Measctl::watchWritesOneLinePerSignalForPeople()
+{
+    const std::unique_ptr<QProcess> watch =
+        startWatch({"--count", "2", "/Setup/Acquisition/Averages", "/Setup/Acquisition/TriggerMode"});
+    QVERIFY(watch);
+    QCOMPARE(measctl({"set", "/Setup/Acquisition/Averages", "64"}).exitCode, 0);
+    QCOMPARE(measctl({"set", "/Setup/Acquisition/TriggerMode", "External"}).exitCode, 0);
+    QVERIFY(watch->waitForFinished(processTimeoutMs));
+    QCOMPARE(watch->exitCode(), 0);
+    QCOMPARE(watch->readAllStandardOutput(),
+             QByteArray("/Setup/Acquisition/Averages setupChanged 64\n"
+                        "/Setup/Acquisition/TriggerMode setupChanged 3 External\n"));
+}
+
 void tst_Measctl::watchEndsCleanlyOnSignal_data()
 {
     QTest::addColumn<int>("signalNumber");
@@ -690,6 +754,7 @@ void tst_Measctl::eachFailureHasItsExitCode_data()
     QTest::newRow("2: no command") << none << QStringList() << 2;
     QTest::newRow("2: get without a path") << none << QStringList{"get"} << 2;
     QTest::newRow("2: too many words") << none << QStringList{"get", "/Setup/Acquisition/SampleRate", "x"} << 2;
+    QTest::newRow("2: not an object path") << none << QStringList{"get", "Setup/Device/Label"} << 2;
     QTest::newRow("2: unknown kind") << none << QStringList{"--kind", "integer", "get", "/Setup/Acquisition/SampleRate"}
                                      << 2;
     QTest::newRow("2: a result is read-only") << none << QStringList{"set", "/Result/Voltage/RMS", "1"} << 2;
