@@ -132,6 +132,8 @@ private Q_SLOTS:
     void setOfAValueThatDoesNotParseSendsNothing();
     void infoDescribesEveryKind_data();
     void infoDescribesEveryKind();
+    void infoOfResultsListsWhatEachKindReads_data();
+    void infoOfResultsListsWhatEachKindReads();
     void watchPrintsEachSignalAsItArrives_data();
     void watchPrintsEachSignalAsItArrives();
     void watchWritesOneLinePerSignalForPeople();
@@ -485,6 +487,8 @@ void tst_Measctl::setReportsARefusal_data()
     QTest::newRow("enum index out of range") << "/Setup/Acquisition/TriggerMode" << QStringList{"9"};
     QTest::newRow("devdata of another type") << "/Setup/Device/CalibrationFactor" << QStringList{"high"};
     QTest::newRow("array of another length") << "/Setup/Filter/Coefficients" << QStringList{"[0.1, 0.2]"};
+    QTest::newRow("map value of another type") << "/Setup/Display/ChannelColors" << QStringList{"A", "5"};
+    QTest::newRow("map-list item out of range") << "/Setup/Sequence/Steps" << QStringList{"0", "level", "10"};
     QTest::newRow("map-map cell out of range") << "/Setup/Channels/Config" << QStringList{"A", "gain", "1000"};
     QTest::newRow("threshold of a fixed location")
         << "/Setup/Limits/Thresholds" << QStringList{"Factory/Temperature", "50"};
@@ -573,6 +577,8 @@ void tst_Measctl::infoDescribesEveryKind_data()
     QTest::newRow("threshold attributes")
         << "/Setup/Limits/Thresholds" << QStringList{"Line 2/Pressure"} << "attributes"
         << "2";
+    QTest::newRow("devdata text") << "/Setup/Device/CalibrationFactor" << QStringList() << "text"
+                                  << "\"1.0023\"";
     QTest::newRow("storage sort order") << "/Setup/Storage/Elements" << QStringList() << "sortOrder"
                                         << "\"ascending\"";
     QTest::newRow("result-double limits") << "/Result/Voltage/RMS" << QStringList() << "upperLimit"
@@ -597,6 +603,42 @@ void tst_Measctl::infoDescribesEveryKind()
     QVERIFY2(run.exitCode == 0, run.err.constData());
     QVERIFY(run.isOneJsonDocument());
     QCOMPARE(run.json().value(field), json(expected));
+}
+
+void tst_Measctl::infoOfResultsListsWhatEachKindReads_data()
+{
+    QTest::addColumn<QString>("path");
+    QTest::addColumn<QStringList>("fields");
+    const QStringList comps{"valueComp",  "minValueComp",  "maxValueComp",
+                            "stringComp", "minStringComp", "maxStringComp"};
+    const QStringList scalar{"path", "kind", "value", "text", "lowerLimit", "upperLimit", "min", "max"};
+    QTest::newRow("result-int") << "/Result/Counter/Events" << scalar + QStringList{"minText", "maxText"} + comps;
+    QTest::newRow("result-bool") << "/Result/Status/Overload" << scalar + QStringList{"minText", "maxText"} + comps;
+    QTest::newRow("result-double") << "/Result/Voltage/RMS" << scalar + comps;
+    QTest::newRow("result-enum") << "/Result/Status/RangeState"
+                                 << QStringList{"path", "kind", "value", "text", "min", "max", "valueComp"};
+    QTest::newRow("result-int-array") << "/Result/Spectrum/Bins"
+                                      << QStringList{"path", "kind", "size", "text", "resultStatus", "timeStamp"};
+    QTest::newRow("result-var-array") << "/Result/Spectrum/Peaks"
+                                      << QStringList{"path",       "kind",         "size",
+                                                     "lowerLimit", "upperLimit",   "resultStatus",
+                                                     "timeStamp",  "valuesStatus", "valueComp"};
+}
+
+void tst_Measctl::infoOfResultsListsWhatEachKindReads()
+{
+    QFETCH(QString, path);
+    QFETCH(QStringList, fields);
+    const Run run = measctl({"--json", "info", path});
+    QCOMPARE(run.exitCode, 0);
+    QStringList keys = run.json().keys();
+    keys.sort();
+    fields.sort();
+    QCOMPARE(keys, fields);
+    for (const QString &field : fields) {
+        if (field.endsWith("Comp"))
+            QVERIFY2(!run.json().value(field).toArray().isEmpty(), qPrintable(field));
+    }
 }
 
 void tst_Measctl::watchPrintsEachSignalAsItArrives_data()
