@@ -1,8 +1,56 @@
 #!/usr/bin/env bash
-# Builds and runs the benchmarks (release build, Qt 5) on a private bus.
+# Builds the benchmarks (release, Qt 5), runs every scenario on a private bus, counts
+# instructions per call under callgrind and writes build/bench/results.json and the
+# start-up plot docs/performance-startup.png. Options go to Google Benchmark
+# (e.g. --benchmark_filter=call/).
 set -euo pipefail
 cd "$(dirname "$0")/.."
-tools/install-deps.sh
-cmake -S . -B build/bench -DCMAKE_BUILD_TYPE=Release -DBUILD_BENCHMARKS=ON >/dev/null
-cmake --build build/bench -j "$(nproc)" --target bench_proxycalls
-dbus-run-session --config-file=tests/session-bus.conf -- build/bench/bench/bench_proxycalls "$@"
+out=build/bench
+bench="$out/bench/bench_dbusinterfaces"
+
+if [ "${1:-}" != "--on-private-bus" ]; then
+    tools/install-deps.sh valgrind python3-matplotlib
+    cmake -S . -B "$out" -DCMAKE_BUILD_TYPE=Release -DQT_MAJOR_VERSION=5 -DBUILD_BENCHMARKS=ON >/dev/null
+    cmake --build "$out" -j "$(nproc)" --target bench_dbusinterfaces
+    dbus-run-session --config-file=tests/session-bus.conf -- "$0" --on-private-bus "$@"
+    /usr/bin/python3 tools/plot-bench.py "$out/results.json" docs/performance-startup.png "$out/tables.md"
+    exit 0
+fi
+shift
+
+# Scenarios 1 and 3 to 6, wall clock.
+"$bench" --benchmark_out="$out/gbench.json" --benchmark_out_format=json --startup-json="$out/startup.json" "$@"
+
+# Scenario 2: instructions per call in the calling thread, from the difference of two
+# runs (so that set-up and first-use costs cancel out).
+small=500
+large=1000
+{
+    echo "["
+    first=1
+    while IFS= read -r contender; do
+        case "$contender" in *":library" | *":bare QDBusAbstractInterface") ;; *) continue ;; esac
+        counts=()
+        for calls in $small $large; do
+            valgrind --tool=callgrind --collect-atstart=no --toggle-collect=measuredCalls \
+                --callgrind-out-file="$out/callgrind.out" "$bench" "--callgrind=$contender:$calls" 2>/dev/null
+            counts+=("$(sed -n 's/^totals: *//p' "$out/callgrind.out")")
+        done
+        [ $first -eq 1 ] || echo ","
+        first=0
+        printf '{"contender": "%s", "instructions_per_call": %s}' "$contender" \
+            "$(( (counts[1] - counts[0]) / (large - small) ))"
+    done < <("$bench" --list-contenders)
+    echo "]"
+} > "$out/callgrind.json"
+
+/usr/bin/python3 - "$out" <<'PY'
+import json, sys
+out = sys.argv[1]
+results = {
+    "benchmarks": json.load(open(f"{out}/gbench.json")),
+    "startup": json.load(open(f"{out}/startup.json"))["startup"],
+    "callgrind": json.load(open(f"{out}/callgrind.json")),
+}
+json.dump(results, open(f"{out}/results.json", "w"), indent=1)
+PY
