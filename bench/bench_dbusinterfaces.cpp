@@ -4,7 +4,8 @@
 // Own options (the rest go to Google Benchmark):
 //   --server=PATH          the bench_server program (default: beside this one)
 //   --smoke                smallest sizes and counts, to show that everything runs
-//   --startup-json=FILE    scenario 5's rows, written as JSON
+//   --results-json=FILE    per-call medians and 99th percentiles over all repetitions, and
+//                          scenario 5's rows, written as JSON
 //   --startup-sizes=N,...  scenario 5's numbers of proxies (default 1,10,100,1000,5000)
 //   --list-contenders      PATTERN:IMPLEMENTATION of every call contender, one a line
 //   --callgrind=PATTERN:IMPLEMENTATION:CALLS
@@ -22,6 +23,7 @@
 #include <QCoreApplication>
 #include <QDBusMessage>
 #include <QFile>
+#include <QJsonArray>
 #include <QJsonDocument>
 #include <QJsonObject>
 
@@ -33,6 +35,7 @@
 #include <chrono>
 #include <cstdio>
 #include <cstring>
+#include <map>
 #include <vector>
 
 namespace {
@@ -41,7 +44,7 @@ struct Settings
 {
     bool smoke = false;
     QString server;
-    QString startupJson;
+    QString resultsJson;
     QList<int> startupSizes{1, 10, 100, 1000, 5000};
     QString callgrind;
     bool listContenders = false;
@@ -67,10 +70,21 @@ double percentile(std::vector<double> &samples, double fraction)
     return samples[index];
 }
 
+const QString fireAndForgetPattern = QStringLiteral("fire-and-forget call");
+
+/// Every call's time of every repetition, by contender: the repetitions of all
+/// contenders run interleaved, so that a change of load hits all of them alike.
+std::map<std::pair<QString, QString>, std::vector<double>> pooledSamples;
+
+void waitUntilServerCounted(uint count);
+
 // Scenarios 1 and 2: each call timed on its own, for its median and 99th percentile.
 void timeEachCall(benchmark::State &state, const Contender &contender)
 {
     const Call call = contender.makeCall(*clients);
+    const bool sendsOnly = contender.pattern == fireAndForgetPattern;
+    if (sendsOnly)
+        server->reset(clients->qt);
     std::vector<double> samples;
     samples.reserve(1 << 16);
     for (auto _ : state) {
@@ -82,8 +96,28 @@ void timeEachCall(benchmark::State &state, const Contender &contender)
             break;
         }
     }
+    // Messages still queued would slow down whatever runs next.
+    if (sendsOnly)
+        waitUntilServerCounted(uint(state.iterations()));
+    std::vector<double> &pool = pooledSamples[{contender.pattern, contender.implementation}];
+    pool.insert(pool.end(), samples.begin(), samples.end());
     state.counters["median_us"] = percentile(samples, 0.5);
     state.counters["p99_us"] = percentile(samples, 0.99);
+}
+
+QJsonArray pooledCallResults()
+{
+    QJsonArray rows;
+    for (auto &[contender, samples] : pooledSamples) {
+        QJsonObject row;
+        row[QStringLiteral("pattern")] = contender.first;
+        row[QStringLiteral("implementation")] = contender.second;
+        row[QStringLiteral("calls")] = double(samples.size());
+        row[QStringLiteral("median_us")] = percentile(samples, 0.5);
+        row[QStringLiteral("p99_us")] = percentile(samples, 0.99);
+        rows.append(row);
+    }
+    return rows;
 }
 
 // Scenario 3: setValue messages per second that the server receives.
@@ -241,8 +275,10 @@ void registerBenchmarks(const std::vector<Contender> &contenders)
         registered->Unit(benchmark::kMicrosecond)->UseRealTime();
         if (smoke)
             registered->Iterations(3);
+        else if (contender.pattern == fireAndForgetPattern)
+            registered->Iterations(5000)->Repetitions(8)->ReportAggregatesOnly(true);
         else
-            registered->MinTime(1.0);
+            registered->MinTime(0.15)->Repetitions(8)->ReportAggregatesOnly(true);
     }
     for (const QString &implementation : {Impl::library, Impl::rawQt, Impl::sdBus}) {
         const std::string suffix = implementation.toStdString();
@@ -321,8 +357,8 @@ Settings takeOwnOptions(int &argc, char **argv)
             settings.startupSizes.clear();
             for (const QString &size : argument.mid(16).split(QLatin1Char(',')))
                 settings.startupSizes.append(std::max(1, size.toInt()));
-        } else if (argument.startsWith(QLatin1String("--startup-json=")))
-            settings.startupJson = argument.mid(15);
+        } else if (argument.startsWith(QLatin1String("--results-json=")))
+            settings.resultsJson = argument.mid(15);
         else if (argument == QLatin1String("--list-contenders"))
             settings.listContenders = true;
         else if (argument.startsWith(QLatin1String("--callgrind=")))
@@ -334,13 +370,14 @@ Settings takeOwnOptions(int &argc, char **argv)
     return settings;
 }
 
-bool writeJson(const QString &fileName, const QJsonArray &rows)
+bool writeJson(const QString &fileName, const QJsonArray &calls, const QJsonArray &startup)
 {
     QFile file(fileName);
     if (!file.open(QIODevice::WriteOnly | QIODevice::Truncate))
         return false;
     QJsonObject root;
-    root[QStringLiteral("startup")] = rows;
+    root[QStringLiteral("calls")] = calls;
+    root[QStringLiteral("startup")] = startup;
     file.write(QJsonDocument(root).toJson());
     return true;
 }
@@ -382,8 +419,8 @@ int main(int argc, char **argv)
         benchmark::RunSpecifiedBenchmarks();
         benchmark::Shutdown();
         const QJsonArray rows = StartupScenario().run(smoke ? QList<int>{1, 10} : settings.startupSizes);
-        if (!settings.startupJson.isEmpty() && !writeJson(settings.startupJson, rows)) {
-            std::fprintf(stderr, "cannot write %s\n", qPrintable(settings.startupJson));
+        if (!settings.resultsJson.isEmpty() && !writeJson(settings.resultsJson, pooledCallResults(), rows)) {
+            std::fprintf(stderr, "cannot write %s\n", qPrintable(settings.resultsJson));
             status = 1;
         }
     }

@@ -26,24 +26,19 @@ def milliseconds(benchmark):
     return benchmark["real_time"] * UNIT_TO_MS[benchmark["time_unit"]]
 
 
-def round_trip_tables(benchmarks):
-    calls = {}
-    order = []
-    for b in benchmarks:
-        p = parts(b)
-        if p[0] != "call" or b.get("error_occurred"):
-            continue
-        pattern, impl = p[1], p[2]
-        if pattern not in calls:
-            calls[pattern] = {}
-            order.append(pattern)
-        calls[pattern][impl] = b
+def round_trip_table(calls):
+    by_pattern = {}
+    for row in calls:
+        by_pattern.setdefault(row["pattern"], {})[row["implementation"]] = row
+    order = ["library", BARE, "QDBusConnection::call", "sdbus-c++", "sd_bus_call"]
     lines = ["| call | implementation | median µs | p99 µs | median ÷ bare subclass |", "|---|---|---:|---:|---:|"]
-    for pattern in order:
-        bare = calls[pattern].get(BARE)
-        for impl, b in calls[pattern].items():
-            ratio = b["median_us"] / bare["median_us"] if bare else float("nan")
-            lines.append(f"| {pattern} | {impl} | {b['median_us']:.1f} | {b['p99_us']:.1f} | {ratio:.2f} |")
+    for pattern, rows in by_pattern.items():
+        bare = rows.get(BARE)
+        for impl in order:
+            if impl in rows:
+                r = rows[impl]
+                ratio = r["median_us"] / bare["median_us"] if bare else float("nan")
+                lines.append(f"| {pattern} | {impl} | {r['median_us']:.1f} | {r['p99_us']:.1f} | {ratio:.2f} |")
     return "\n".join(lines)
 
 
@@ -128,7 +123,7 @@ def main():
     benchmarks = results["benchmarks"]["benchmarks"]
     plot_startup(results["startup"], png)
     sections = [
-        ("Round trips (scenarios 1 and 2, wall clock)", round_trip_tables(benchmarks)),
+        ("Calls (scenarios 1 and 2, wall clock)", round_trip_table(results["calls"])),
         ("Instructions per call in the calling thread (scenario 2, callgrind)", callgrind_table(results["callgrind"])),
         ("Fire-and-forget (scenario 3)", rate_table(benchmarks, "fire-and-forget", "messages_per_s",
                                                     "setValue messages per second received by the server")),

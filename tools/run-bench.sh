@@ -19,7 +19,8 @@ fi
 shift
 
 # Scenarios 1 and 3 to 6, wall clock.
-"$bench" --benchmark_out="$out/gbench.json" --benchmark_out_format=json --startup-json="$out/startup.json" "$@"
+"$bench" --benchmark_out="$out/gbench.json" --benchmark_out_format=json --benchmark_enable_random_interleaving=true \
+    --results-json="$out/own.json" "$@"
 
 # Scenario 2: instructions per call in the calling thread, from the difference of two
 # runs (so that set-up and first-use costs cancel out).
@@ -49,7 +50,7 @@ import json, sys
 out = sys.argv[1]
 results = {
     "benchmarks": json.load(open(f"{out}/gbench.json")),
-    "startup": json.load(open(f"{out}/startup.json"))["startup"],
+    **json.load(open(f"{out}/own.json")),
     "callgrind": json.load(open(f"{out}/callgrind.json")),
 }
 json.dump(results, open(f"{out}/results.json", "w"), indent=1)
