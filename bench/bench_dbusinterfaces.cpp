@@ -9,8 +9,8 @@
 //   --startup-sizes=N,...  scenario 5's numbers of proxies (default 1,10,100,1000,5000)
 //   --list-contenders      PATTERN:IMPLEMENTATION of every call contender, one a line
 //   --callgrind=PATTERN:IMPLEMENTATION:CALLS
-//                          only CALLS calls of one contender inside measuredCalls(),
-//                          for valgrind --tool=callgrind --toggle-collect=measuredCalls
+//                          nothing but CALLS calls of one contender, for counting
+//                          instructions under valgrind --tool=callgrind
 
 #include "BenchServer.h"
 #include "Contenders.h"
@@ -308,18 +308,13 @@ void registerBenchmarks(const std::vector<Contender> &contenders)
     }
 }
 
-} // namespace
-
-// Kept out of line under its own name: callgrind counts only inside it.
-extern "C" __attribute__((noinline)) bool measuredCalls(const Call *call, int count)
+bool measuredCalls(const Call *call, int count)
 {
     bool right = true;
     for (int i = 0; i < count; ++i)
         right = (*call)() && right;
     return right;
 }
-
-namespace {
 
 int runUnderCallgrind(const std::vector<Contender> &contenders, const QString &which)
 {
@@ -332,8 +327,7 @@ int runUnderCallgrind(const std::vector<Contender> &contenders, const QString &w
         if (contender.pattern != parts.at(0) || contender.implementation != parts.at(1))
             continue;
         const Call call = contender.makeCall(*clients);
-        measuredCalls(&call, 0); // one call outside, so that first-use costs stay out
-        call();
+        call(); // first-use costs are the same for any number of calls
         const bool right = measuredCalls(&call, parts.at(2).toInt());
         QCoreApplication::processEvents();
         return right ? 0 : 1;
