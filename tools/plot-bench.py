@@ -52,6 +52,9 @@ def callgrind_table(callgrind):
         lib, bare = by_impl.get("library"), by_impl.get(BARE)
         if lib and bare:
             lines.append(f"| {pattern} | {lib} | {bare} | {lib / bare:.3f} |")
+    int_read = counts.get("int read", {})
+    lines += ["", "| int read through | instructions per call |", "|---|---:|"]
+    lines += [f"| {impl} | {count} |" for impl, count in int_read.items()]
     return "\n".join(lines)
 
 
@@ -124,7 +127,7 @@ def main():
     plot_startup(results["startup"], png)
     sections = [
         ("Calls (scenarios 1 and 2, wall clock)", round_trip_table(results["calls"])),
-        ("Instructions per call in the calling thread (scenario 2, callgrind)", callgrind_table(results["callgrind"])),
+        ("Instructions per call of the client process, both threads (scenario 2, callgrind)", callgrind_table(results["callgrind"])),
         ("Fire-and-forget (scenario 3)", rate_table(benchmarks, "fire-and-forget", "messages_per_s",
                                                     "setValue messages per second received by the server")),
         ("Signals (scenario 4)", rate_table(benchmarks, "signals", "signals_per_s",
