@@ -318,17 +318,22 @@ bool measuredCalls(const Call *call, int count)
 
 int runUnderCallgrind(const std::vector<Contender> &contenders, const QString &which)
 {
-    const QStringList parts = which.split(QLatin1Char(':'));
-    if (parts.size() != 3) {
+    // The implementation's name may hold colons itself ("QDBusConnection::call").
+    const int patternEnd = which.indexOf(QLatin1Char(':'));
+    const int callsStart = which.lastIndexOf(QLatin1Char(':'));
+    if (patternEnd < 0 || callsStart <= patternEnd) {
         std::fprintf(stderr, "--callgrind wants PATTERN:IMPLEMENTATION:CALLS\n");
         return 2;
     }
+    const QString pattern = which.left(patternEnd);
+    const QString implementation = which.mid(patternEnd + 1, callsStart - patternEnd - 1);
+    const int calls = which.mid(callsStart + 1).toInt();
     for (const Contender &contender : contenders) {
-        if (contender.pattern != parts.at(0) || contender.implementation != parts.at(1))
+        if (contender.pattern != pattern || contender.implementation != implementation)
             continue;
         const Call call = contender.makeCall(*clients);
         call(); // first-use costs are the same for any number of calls
-        const bool right = measuredCalls(&call, parts.at(2).toInt());
+        const bool right = measuredCalls(&call, calls);
         QCoreApplication::processEvents();
         return right ? 0 : 1;
     }

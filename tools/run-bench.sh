@@ -2,7 +2,8 @@
 # Builds the benchmarks (release, Qt 5), runs every scenario on a private bus, counts
 # instructions per call under callgrind and writes build/bench/results.json and the
 # start-up plot docs/performance-startup.png. Options go to Google Benchmark
-# (e.g. --benchmark_filter=call/).
+# (e.g. --benchmark_filter=call/), except a first --no-callgrind, which keeps the
+# instruction counts of the previous run.
 set -euo pipefail
 cd "$(dirname "$0")/.."
 out=build/bench
@@ -17,6 +18,11 @@ if [ "${1:-}" != "--on-private-bus" ]; then
     exit 0
 fi
 shift
+callgrind=1
+if [ "${1:-}" = "--no-callgrind" ]; then
+    callgrind=0
+    shift
+fi
 
 # Scenarios 1 and 3 to 6, wall clock.
 "$bench" --benchmark_out="$out/gbench.json" --benchmark_out_format=json --benchmark_enable_random_interleaving=true \
@@ -27,11 +33,11 @@ shift
 # median of three such differences, since the threads' interleaving varies a little.
 small=1000
 large=3000
-instructions() { # contender calls
-    valgrind --tool=callgrind --callgrind-out-file="$out/callgrind.out" "$bench" "--callgrind=$1:$2" 2>/dev/null
-    sed -n 's/^totals: *//p' "$out/callgrind.out"
+instructions() { # contender calls; prints nothing if the calls failed
+    valgrind --tool=callgrind --callgrind-out-file="$out/callgrind.out" "$bench" "--callgrind=$1:$2" 2>/dev/null &&
+        sed -n 's/^totals: *//p' "$out/callgrind.out"
 }
-{
+[ $callgrind -eq 0 ] || {
     echo "["
     first=1
     while IFS= read -r contender; do
@@ -39,7 +45,13 @@ instructions() { # contender calls
         case "$contender" in *":library" | *":bare QDBusAbstractInterface" | "int read:"*) ;; *) continue ;; esac
         per_call=()
         for _ in 1 2 3; do
-            per_call+=($(( ($(instructions "$contender" $large) - $(instructions "$contender" $small)) / (large - small) )))
+            many=$(instructions "$contender" $large)
+            few=$(instructions "$contender" $small)
+            if [ -z "$many" ] || [ -z "$few" ]; then
+                echo "the calls of $contender failed under callgrind" >&2
+                exit 1
+            fi
+            per_call+=($(((many - few) / (large - small))))
         done
         median=$(printf '%s\n' "${per_call[@]}" | sort -n | sed -n 2p)
         [ $first -eq 1 ] || echo ","
