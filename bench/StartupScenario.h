@@ -15,8 +15,8 @@
 class StartupScenario
 {
 public:
-    /// One row per size and path: times per proxy (median of the runs), messages, match
-    /// rules and heap bytes per proxy (from one extra counted run).
+    /// One row per size and path: times per proxy (median and best of the runs),
+    /// messages, match rules and heap bytes per proxy (from one extra counted run).
     QJsonArray run(const QList<int> &sizes) const;
 };
 
