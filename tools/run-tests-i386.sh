@@ -17,7 +17,7 @@ fi
 src=$(cd "$(dirname "$0")/.." && pwd)
 root=$(realpath -m "${DBUSINTERFACES_I386_ROOT:-$src/build/i386-root}")
 suite=bookworm
-packages=(cmake g++ make pkg-config qtbase5-dev dbus-daemon dbus-bin)
+packages=(cmake g++ make pkg-config qtbase5-dev dbus-daemon dbus-bin libsystemd-dev)
 jobs=$(nproc)
 # The source appears read-only at /source (not at its host path, which may lie under the
 # root's private /tmp); the build tree stays in the root, one per source tree, and is reused.
