@@ -289,7 +289,7 @@ void FakeMeasApplication::emitForeignSignalTo(const QString &destination, const 
     signal.setArguments(arguments);
     const QDBusConnection connection = m_peer->foreignConnection();
     connection.send(signal);
-    waitUntilRouted(connection);
+    syncWithBus(connection);
 }
 
 QString FakeMeasApplication::foreignUniqueName() const
