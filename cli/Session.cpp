@@ -7,7 +7,6 @@
 
 #include <QDBusMessage>
 #include <QDBusReply>
-#include <QDBusVariant>
 #include <QRegularExpression>
 
 const QString Session::rootPath = QStringLiteral("/MEAS_APPL_OBJ");
@@ -17,10 +16,6 @@ Session::Session(const QString &appName, int timeoutMs)
     , m_timeoutMs(timeoutMs)
     , m_catalogue(KindCatalogue::builtIn())
 {
-    // Qt 6 finds the D-Bus type of a signal's argument by its type's name: unless
-    // "QDBusVariant" is registered before a proxy subscribes, its bus signals with a
-    // variant argument (device data, map-of-maps cells) never reach the proxy.
-    qRegisterMetaType<QDBusVariant>();
 }
 
 QString Session::service() const

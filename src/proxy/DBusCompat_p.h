@@ -3,6 +3,8 @@
 
 // The one place where Qt 5 and Qt 6 differ for this library.
 
+#include "DBusTypes.h"
+
 #include <QDBusMetaType>
 #include <QMap>
 #include <QMetaType>
@@ -17,6 +19,16 @@ inline void registerMarshallOperators(int typeId, QDBusMetaType::MarshallFunctio
     QDBusMetaType::registerMarshallOperators(QMetaType(typeId), marshall, demarshall);
 #else
     QDBusMetaType::registerMarshallOperators(typeId, marshall, demarshall);
+#endif
+}
+
+/// Qt 6 looks up a relayed bus signal's argument types by name when it subscribes, and
+/// drops a signal whose variant argument it cannot place: a proxy whose signal carries a
+/// D-Bus variant registers "QDBusVariant" before anything can connect. Qt 5 needs nothing.
+inline void registerVariantForSignals()
+{
+#if QT_VERSION >= QT_VERSION_CHECK(6, 0, 0)
+    DBusTypes::dbusVariantTypeId();
 #endif
 }
 

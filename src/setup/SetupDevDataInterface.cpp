@@ -1,5 +1,6 @@
 #include "SetupDevDataInterface.h"
 
+#include "DBusCompat_p.h"
 #include "MeasApplNames_p.h"
 #include "ProxyCall_p.h"
 
@@ -9,6 +10,7 @@ SetupDevDataInterface::SetupDevDataInterface(const QString &service, const QStri
     , m_service(service)
     , m_path(path)
 {
+    DBusCompat::registerVariantForSignals();
 }
 
 SetupDevDataInterface::~SetupDevDataInterface() = default;

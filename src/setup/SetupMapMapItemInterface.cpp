@@ -1,5 +1,6 @@
 #include "SetupMapMapItemInterface.h"
 
+#include "DBusCompat_p.h"
 #include "MeasApplNames_p.h"
 #include "ProxyCall_p.h"
 
@@ -43,6 +44,7 @@ SetupMapMapItemInterface::SetupMapMapItemInterface(const QString &service, const
 {
     DBusTypes::registerSettingsMap();
     DBusTypes::registerSettingsStringMap();
+    DBusCompat::registerVariantForSignals();
     // Connected from the start, so QtDBus subscribes to the bus signal at once and every
     // cell change is re-emitted with its value unwrapped, whoever listens. The texts are
     // kept normalised, which spares the lookup a normalisation pass.
