@@ -6,7 +6,8 @@
 //   --smoke                smallest sizes and counts, to show that everything runs
 //   --results-json=FILE    per-call medians and 99th percentiles over all repetitions, and
 //                          scenario 5's rows, written as JSON
-//   --startup-sizes=N,...  scenario 5's numbers of proxies (default 1,10,100,1000,5000)
+//   --startup-sizes=N,...  scenario 5's numbers of proxies (default 1,10,100,1000,5000;
+//                          none: no scenario 5)
 //   --list-contenders      PATTERN:IMPLEMENTATION of every call contender, one a line
 //   --callgrind=PATTERN:IMPLEMENTATION:CALLS
 //                          nothing but CALLS calls of one contender, for counting
@@ -354,7 +355,7 @@ Settings takeOwnOptions(int &argc, char **argv)
             settings.server = argument.mid(9);
         else if (argument.startsWith(QLatin1String("--startup-sizes="))) {
             settings.startupSizes.clear();
-            for (const QString &size : argument.mid(16).split(QLatin1Char(',')))
+            for (const QString &size : argument.mid(16).split(QLatin1Char(','), Qt::SkipEmptyParts))
                 settings.startupSizes.append(std::max(1, size.toInt()));
         } else if (argument.startsWith(QLatin1String("--results-json=")))
             settings.resultsJson = argument.mid(15);

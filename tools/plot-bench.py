@@ -62,19 +62,17 @@ def rate_table(benchmarks, scenario, counter, label):
     lines = [f"| implementation | {label} |", "|---|---:|"]
     for b in benchmarks:
         p = parts(b)
-        if p[0] == scenario and not b.get("error_occurred"):
+        if p[0] == scenario and not b.get("error_occurred") and b.get("run_type") == "iteration":
             lines.append(f"| {p[1]} | {b[counter]:,.0f} |")
     return "\n".join(lines)
 
 
 def custom_type_table(benchmarks):
     lines = ["| operation | entries | ms per call | µs per entry |", "|---|---:|---:|---:|"]
-    for b in benchmarks:
-        p = parts(b)
-        if p[0] == "custom types" and not b.get("error_occurred"):
-            entries = int(b["entries"])
-            ms = milliseconds(b)
-            lines.append(f"| {p[1]} | {entries:,} | {ms:.3f} | {1000 * ms / entries:.3f} |")
+    rows = sorted((parts(b)[1], int(b["entries"]), milliseconds(b)) for b in benchmarks
+                  if parts(b)[0] == "custom types" and not b.get("error_occurred"))
+    for operation, entries, ms in rows:
+        lines.append(f"| {operation} | {entries:,} | {ms:.3f} | {1000 * ms / entries:.3f} |")
     return "\n".join(lines)
 
 
