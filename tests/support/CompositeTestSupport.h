@@ -106,45 +106,25 @@ struct WireRow
 template<typename Proxy, typename Arguments = QStringList>
 void addWireRows(const std::vector<WireRow<Proxy, Arguments>> &rows)
 {
-    QTest::addColumn<ProxyOperation>("operation");
-    QTest::addColumn<QString>("member");
-    QTest::addColumn<QString>("signature");
-    QTest::addColumn<Arguments>("arguments");
-    for (const auto &row : rows) {
-        const std::function<void(Proxy &)> call = row.call;
-        const std::function<Seen(Proxy &)> operation = [call](Proxy &proxy) {
-            call(proxy);
-            return Seen{};
-        };
-        QTest::newRow(row.name) << onProxy<Proxy>(operation) << row.member << row.signature << row.arguments;
+    QTest::addColumn<OperationRow>("row");
+    for (const auto &wire : rows) {
+        OperationRow row{.operation = wire.name,
+                         .run = onProxy<Proxy>(wire.call),
+                         .member = wire.member,
+                         .signature = wire.signature};
+        if constexpr (std::is_same_v<Arguments, QStringList>)
+            row.wireArguments = wire.arguments;
+        else
+            row.arguments = wire.arguments;
+        QTest::newRow(wire.name) << row;
     }
 }
 
-inline void verifyReceivedCall(const FakeMeasApplication &fake, const QString &path, const QString &member,
-                               const QString &signature, const QStringList &arguments)
-{
-    verifySingleCall(fake, path, member, signature, arguments);
-}
-
-inline void verifyReceivedCall(const FakeMeasApplication &fake, const QString &path, const QString &member,
-                               const QString &signature, const QList<QVariant> &arguments)
-{
-    verifySingleCall(fake, path, member, signature, wireTexts(arguments));
-}
-
 /// Runs the current row of addWireRows() and compares the call the application received.
-template<typename Arguments = QStringList>
-void verifyWireRow(FakeMeasApplication &fake, QDBusAbstractInterface &proxy, const QString &path)
+inline void verifyWireRow(FakeMeasApplication &fake, QDBusAbstractInterface &proxy)
 {
-    QFETCH(ProxyOperation, operation);
-    QFETCH(QString, member);
-    QFETCH(QString, signature);
-    QFETCH(Arguments, arguments);
-
-    LogCapture log;
-    fake.answer(member, ScriptedAnswer::reply());
-    operation(proxy);
-    verifyReceivedCall(fake, path, member, signature, arguments);
+    QFETCH(OperationRow, row);
+    verifySentAsItsRow(fake, proxy, row);
 }
 
 // ---- replies ------------------------------------------------------------------------------

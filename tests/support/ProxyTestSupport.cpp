@@ -100,6 +100,10 @@ void verifyReceivedCall(const ReceivedCall &call, const QString &path, const Ope
     QCOMPARE(call.interface, FakeMeasApplication::interfaceName);
     QCOMPARE(call.member, row.wireMember());
     QCOMPARE(call.signature, row.signature);
+    if (!row.wireArguments.isEmpty()) {
+        QCOMPARE(wireTexts(call.arguments), row.wireArguments);
+        return;
+    }
     QCOMPARE(wireTexts(call.arguments), wireTexts(row.arguments));
     // The Qt types as they arrive: a D-Bus variant stays a QDBusVariant.
     QCOMPARE(argumentTypeNames(call.arguments), argumentTypeNames(row.arguments));

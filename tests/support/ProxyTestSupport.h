@@ -175,6 +175,8 @@ struct OperationRow
     QString report = {};
     /// The lines the operation logs when it fails, "%1" standing for the quoted error message.
     QStringList logLines = {};
+    /// The arguments as wire texts (WireText.h), where they are custom types; replaces .arguments.
+    QStringList wireArguments = {};
 
     QString wireMember() const { return member.isEmpty() ? QString::fromLatin1(operation) : member; }
 };

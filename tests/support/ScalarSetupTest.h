@@ -73,8 +73,6 @@ private Q_SLOTS:
 
     void checkedGettersLogTheirLinesOnAnErrorReply_data();
     void checkedGettersLogTheirLinesOnAnErrorReply();
-    void checkedGettersLogTheirLinesWhenTheServiceIsAbsent_data();
-    void checkedGettersLogTheirLinesWhenTheServiceIsAbsent();
     void checkedGettersLogNothingForAWrongTypedReply_data();
     void checkedGettersLogNothingForAWrongTypedReply();
     void plainOperationsLogNothingOnAnErrorReply();

@@ -122,7 +122,7 @@ void tst_SetupArrayItemInterface::sendsEachOperationWithItsWireForm_data()
 
 void tst_SetupArrayItemInterface::sendsEachOperationWithItsWireForm()
 {
-    verifyWireRow(*m_fake, *m_proxy, path);
+    verifyWireRow(*m_fake, *m_proxy);
 }
 
 void tst_SetupArrayItemInterface::mapsEachReply_data()

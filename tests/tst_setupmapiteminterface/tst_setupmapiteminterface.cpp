@@ -114,7 +114,7 @@ void tst_SetupMapItemInterface::sendsEachOperationWithItsWireForm_data()
 
 void tst_SetupMapItemInterface::sendsEachOperationWithItsWireForm()
 {
-    verifyWireRow(*m_fake, *m_proxy, path);
+    verifyWireRow(*m_fake, *m_proxy);
 }
 
 void tst_SetupMapItemInterface::mapsEachReply_data()

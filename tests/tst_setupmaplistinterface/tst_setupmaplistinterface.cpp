@@ -165,7 +165,7 @@ void tst_SetupMapListInterface::sendsEachOperationWithItsWireForm_data()
 
 void tst_SetupMapListInterface::sendsEachOperationWithItsWireForm()
 {
-    verifyWireRow(*m_fake, *m_proxy, path);
+    verifyWireRow(*m_fake, *m_proxy);
 }
 
 void tst_SetupMapListInterface::sendsTheMapInsideAVariantNeverBare()

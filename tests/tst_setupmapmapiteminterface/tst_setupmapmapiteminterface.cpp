@@ -288,7 +288,7 @@ void tst_SetupMapMapItemInterface::sendsEachOperationWithItsWireForm_data()
 
 void tst_SetupMapMapItemInterface::sendsEachOperationWithItsWireForm()
 {
-    verifyWireRow(*m_fake, *m_proxy, path);
+    verifyWireRow(*m_fake, *m_proxy);
 }
 
 void tst_SetupMapMapItemInterface::mapsOfMapsTravelAsJsonTextsInAscendingPrimaryKeyOrder()

@@ -216,7 +216,7 @@ void tst_SetupThresholdManagerInterface::sendsEachOperationWithItsWireForm_data(
 
 void tst_SetupThresholdManagerInterface::sendsEachOperationWithItsWireForm()
 {
-    verifyWireRow<QList<QVariant>>(*m_fake, *m_proxy, path);
+    verifyWireRow(*m_fake, *m_proxy);
 }
 
 void tst_SetupThresholdManagerInterface::mapsEachReplyWithoutLogging_data()

@@ -85,7 +85,7 @@ void tst_StorageElemsMapInterface::sendsEachOperationWithItsWireForm_data()
 
 void tst_StorageElemsMapInterface::sendsEachOperationWithItsWireForm()
 {
-    verifyWireRow<QList<QVariant>>(*m_fake, *m_proxy, path);
+    verifyWireRow(*m_fake, *m_proxy);
 }
 
 void tst_StorageElemsMapInterface::mapsEachReplyWithoutLogging_data()
