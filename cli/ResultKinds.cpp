@@ -104,7 +104,7 @@ protected:
             return KindOf::read(p, args);
         const auto position = Values::parseInt(args.first());
         if (!position)
-            return badValue(args.first(), QStringLiteral("a position (whole number)"));
+            return badValue(args.first(), Expected::position);
         Reading reading(p);
         reading.field("value", "getValue", [&] { return p.getValue(*position); });
         reading.field("status", "getValueStatus", [&] { return p.getValueStatus(*position); });

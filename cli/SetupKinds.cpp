@@ -21,9 +21,6 @@
 
 namespace {
 
-const QString wholeNumber = QStringLiteral("a whole number");
-const QString realNumber = QStringLiteral("a real number");
-
 /// Integer and real-number settings: value and text, limits, granularity.
 template<class P, typename T>
 class NumberSetupKind : public KindOf<P>
@@ -48,14 +45,16 @@ protected:
     {
         const auto value = parse(args.first());
         if (!value)
-            return ElementKind::badValue(args.first(), std::is_same<T, int>::value ? wholeNumber : realNumber);
+            return ElementKind::badValue(args.first(), whole ? Expected::wholeNumber : Expected::realNumber);
         return this->accepted(p, [&] { return p.setValue(*value); });
     }
 
 private:
+    static constexpr bool whole = std::is_same<T, int>::value;
+
     static std::optional<T> parse(const QString &text)
     {
-        if constexpr (std::is_same<T, int>::value)
+        if constexpr (whole)
             return Values::parseInt(text);
         else
             return Values::parseDouble(text);
@@ -205,7 +204,7 @@ protected:
         const auto start = Values::parseInt(args.at(0));
         const auto end = Values::parseInt(args.at(1));
         if (!start || !end)
-            return badValue(args.join(QLatin1Char(' ')), QStringLiteral("a range START END of whole numbers"));
+            return badValue(args.join(QLatin1Char(' ')), Expected::range);
         return reading.field("value", "getValue", [&] { return p.getValue(*start, *end); }).outcome();
     }
     Outcome write(P &p, const QStringList &args) const override
@@ -220,9 +219,9 @@ protected:
         const auto start = Values::parseInt(args.at(1));
         const auto end = Values::parseInt(args.at(2));
         if (!value)
-            return badValue(args.at(0), QStringLiteral("a value"));
+            return badValue(args.at(0), Expected::value);
         if (!start || !end)
-            return badValue(args.mid(1).join(QLatin1Char(' ')), QStringLiteral("a range START END of whole numbers"));
+            return badValue(args.mid(1).join(QLatin1Char(' ')), Expected::range);
         return accepted(p, [&] { return p.setValue(*value, *start, *end); });
     }
 };
@@ -271,7 +270,7 @@ protected:
     {
         const auto value = Values::parseAny(args.at(1));
         if (!value)
-            return badValue(args.at(1), QStringLiteral("a value"));
+            return badValue(args.at(1), Expected::value);
         return accepted(p, [&] { return p.setValue(args.at(0), *value); });
     }
 };
@@ -309,7 +308,7 @@ protected:
         }
         const auto position = Values::parseInt(args.first());
         if (!position)
-            return badValue(args.first(), QStringLiteral("a position (whole number)"));
+            return badValue(args.first(), Expected::position);
         if (args.size() == 1) {
             reading.field("value", "getValue", [&] { return p.getValue(*position); });
             reading.field("text", "getString", [&] { return p.getString(*position); });
@@ -325,15 +324,15 @@ protected:
         if (args.size() == 2) {
             const auto map = Values::parseObject(args.at(1));
             if (!map)
-                return badValue(args.at(1), QStringLiteral("a JSON object"));
+                return badValue(args.at(1), Expected::jsonObject);
             return accepted(p, [&] { return p.setValue(args.at(0), *map); });
         }
         const auto position = Values::parseInt(args.at(0));
         const auto value = Values::parseAny(args.at(2));
         if (!position)
-            return badValue(args.at(0), QStringLiteral("a position (whole number)"));
+            return badValue(args.at(0), Expected::position);
         if (!value)
-            return badValue(args.at(2), QStringLiteral("a value"));
+            return badValue(args.at(2), Expected::value);
         return accepted(p, [&] { return p.setValue(*position, args.at(1), *value); });
     }
     Outcome describe(P &p, const QStringList &args) const override
@@ -342,7 +341,7 @@ protected:
             return KindOf::describe(p, args);
         const auto position = Values::parseInt(args.first());
         if (!position)
-            return badValue(args.first(), QStringLiteral("a position (whole number)"));
+            return badValue(args.first(), Expected::position);
         const QString item = args.at(1);
         Reading reading(p);
         reading.field("text", "getStringValue", [&] { return p.getStringValue(*position, item); });
@@ -403,12 +402,12 @@ protected:
         if (args.size() == 2) {
             const auto map = Values::parseObject(args.at(1));
             if (!map)
-                return badValue(args.at(1), QStringLiteral("a JSON object"));
+                return badValue(args.at(1), Expected::jsonObject);
             return accepted(p, [&] { return p.setValue(args.at(0), *map); });
         }
         const auto value = Values::parseAny(args.at(2));
         if (!value)
-            return badValue(args.at(2), QStringLiteral("a value"));
+            return badValue(args.at(2), Expected::value);
         return accepted(p, [&] { return p.setValue(args.at(0), args.at(1), *value); });
     }
     Outcome describe(P &p, const QStringList &args) const override
@@ -466,7 +465,7 @@ protected:
     {
         const auto value = Values::parseDouble(args.at(1));
         if (!value)
-            return badValue(args.at(1), realNumber);
+            return badValue(args.at(1), Expected::realNumber);
         return accepted(p, [&] { return p.setValue(args.at(0), *value); });
     }
     Outcome describe(P &p, const QStringList &args) const override
