@@ -39,15 +39,15 @@ public:
     }
     Outcome get(QDBusAbstractInterface &proxy, const QStringList &args) const final
     {
-        return fits(QStringLiteral("get"), args) ? read(static_cast<P &>(proxy), args) : usageOfGet();
+        return perform(QStringLiteral("get"), &KindOf::read, proxy, args);
     }
     Outcome set(QDBusAbstractInterface &proxy, const QStringList &args) const final
     {
-        return fits(QStringLiteral("set"), args) ? write(static_cast<P &>(proxy), args) : usageOfSet();
+        return perform(QStringLiteral("set"), &KindOf::write, proxy, args);
     }
     Outcome info(QDBusAbstractInterface &proxy, const QStringList &args) const final
     {
-        return fits(QStringLiteral("info"), args) ? describe(static_cast<P &>(proxy), args) : usageOfInfo();
+        return perform(QStringLiteral("info"), &KindOf::describe, proxy, args);
     }
     int watch(QDBusAbstractInterface &proxy, const SignalSink &sink) const final
     {
@@ -89,7 +89,8 @@ protected:
     std::vector<Relay> relays;
 
     virtual Outcome read(P &p, const QStringList &) const { return readFields(p, reads); }
-    virtual Outcome write(P &, const QStringList &) const { return usageOfSet(); }
+    // Only a kind that declares forms of set without saying what they do gets here.
+    virtual Outcome write(P &, const QStringList &) const { return usage(QStringLiteral("set")); }
     virtual Outcome describe(P &p, const QStringList &) const { return readFields(p, infos); }
 
     static void readFields(Reading &reading, P &p, const Fields &fields)
@@ -110,9 +111,15 @@ protected:
         return Reading(p).accepted("setValue", call).outcome();
     }
 
-    Outcome usageOfGet() const { return usage(QStringLiteral("get")); }
-    Outcome usageOfSet() const { return usage(QStringLiteral("set")); }
-    Outcome usageOfInfo() const { return usage(QStringLiteral("info")); }
+private:
+    using Operation = Outcome (KindOf::*)(P &, const QStringList &) const;
+
+    /// The kind's @p operation when @p args fit one of its forms of @p command; else the forms it takes.
+    Outcome perform(const QString &command, Operation operation, QDBusAbstractInterface &proxy,
+                    const QStringList &args) const
+    {
+        return fits(command, args) ? (this->*operation)(static_cast<P &>(proxy), args) : usage(command);
+    }
 };
 
 #endif
