@@ -110,6 +110,14 @@ protected:
     {
         return Reading(p).accepted("setValue", call).outcome();
     }
+    /// Sets the whole value to @p value, parsed from @p word; a bad value, @p expected, when it did not parse.
+    template<typename T>
+    static Outcome setParsed(P &p, const QString &word, const std::optional<T> &value, const QString &expected)
+    {
+        if (!value)
+            return badValue(word, expected);
+        return accepted(p, [&] { return p.setValue(*value); });
+    }
 
 private:
     using Operation = Outcome (KindOf::*)(P &, const QStringList &) const;

@@ -43,10 +43,8 @@ public:
 protected:
     Outcome write(P &p, const QStringList &args) const override
     {
-        const auto value = parse(args.first());
-        if (!value)
-            return ElementKind::badValue(args.first(), whole ? Expected::wholeNumber : Expected::realNumber);
-        return this->accepted(p, [&] { return p.setValue(*value); });
+        return this->setParsed(p, args.first(), parse(args.first()),
+                               whole ? Expected::wholeNumber : Expected::realNumber);
     }
 
 private:
@@ -78,10 +76,7 @@ public:
 protected:
     Outcome write(P &p, const QStringList &args) const override
     {
-        const auto value = Values::parseBool(args.first());
-        if (!value)
-            return badValue(args.first(), QStringLiteral("true, false, 1 or 0"));
-        return accepted(p, [&] { return p.setValue(*value); });
+        return setParsed(p, args.first(), Values::parseBool(args.first()), QStringLiteral("true, false, 1 or 0"));
     }
 };
 
@@ -163,10 +158,8 @@ public:
 protected:
     Outcome write(P &p, const QStringList &args) const override
     {
-        const auto value = Values::parseAny(args.first());
-        if (!value)
-            return badValue(args.first(), QStringLiteral("a value (number, true/false, JSON or text)"));
-        return accepted(p, [&] { return p.setValue(*value); });
+        return setParsed(p, args.first(), Values::parseAny(args.first()),
+                         QStringLiteral("a value (number, true/false, JSON or text)"));
     }
 };
 
@@ -209,12 +202,8 @@ protected:
     }
     Outcome write(P &p, const QStringList &args) const override
     {
-        if (args.size() == 1) {
-            const auto list = Values::parseArray(args.first());
-            if (!list)
-                return badValue(args.first(), QStringLiteral("a JSON array"));
-            return accepted(p, [&] { return p.setValue(*list); });
-        }
+        if (args.size() == 1)
+            return setParsed(p, args.first(), Values::parseArray(args.first()), QStringLiteral("a JSON array"));
         const auto value = Values::parseAny(args.at(0));
         const auto start = Values::parseInt(args.at(1));
         const auto end = Values::parseInt(args.at(2));
@@ -393,12 +382,9 @@ protected:
     }
     Outcome write(P &p, const QStringList &args) const override
     {
-        if (args.size() == 1) {
-            const auto maps = Values::parseMapOfMaps(args.first());
-            if (!maps)
-                return badValue(args.first(), QStringLiteral("a JSON object of JSON objects"));
-            return accepted(p, [&] { return p.setValue(*maps); });
-        }
+        if (args.size() == 1)
+            return setParsed(p, args.first(), Values::parseMapOfMaps(args.first()),
+                             QStringLiteral("a JSON object of JSON objects"));
         if (args.size() == 2) {
             const auto map = Values::parseObject(args.at(1));
             if (!map)
