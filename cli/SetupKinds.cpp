@@ -21,6 +21,18 @@
 
 namespace {
 
+/// The value under each of @p keys, read one by one with @p valueOf, as one JSON object.
+template<typename ValueOf>
+QJsonObject readEntries(Reading &reading, const std::optional<QStringList> &keys, ValueOf &&valueOf)
+{
+    QJsonObject entries;
+    for (const QString &key : keys.value_or(QStringList())) {
+        if (const auto value = reading.value("getValue", [&] { return valueOf(key); }))
+            entries.insert(key, Values::toJson(*value));
+    }
+    return entries;
+}
+
 /// Integer and real-number settings: value and text, limits, granularity.
 template<class P, typename T>
 class NumberSetupKind : public KindOf<P>
@@ -214,18 +226,6 @@ protected:
         return accepted(p, [&] { return p.setValue(*value, *start, *end); });
     }
 };
-
-/// The value under each of @p keys, read one by one with @p valueOf, as one JSON object.
-template<typename ValueOf>
-QJsonObject readEntries(Reading &reading, const std::optional<QStringList> &keys, ValueOf &&valueOf)
-{
-    QJsonObject entries;
-    for (const QString &key : keys.value_or(QStringList())) {
-        if (const auto value = reading.value("getValue", [&] { return valueOf(key); }))
-            entries.insert(key, Values::toJson(*value));
-    }
-    return entries;
-}
 
 class MapSetupKind : public KindOf<SetupMapItemInterface>
 {
