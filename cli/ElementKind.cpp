@@ -10,6 +10,15 @@ ElementKind::ElementKind(const char *className, const char *shortName, const cha
 
 ElementKind::~ElementKind() = default;
 
+bool ElementKind::fits(const QString &command, const QStringList &args) const
+{
+    for (const QString &form : m_syntax.of(command)) {
+        if (form.split(QLatin1Char(' '), Qt::SkipEmptyParts).size() == args.size())
+            return true;
+    }
+    return false;
+}
+
 Outcome ElementKind::usage(const QString &command) const
 {
     const QStringList forms = m_syntax.of(command);

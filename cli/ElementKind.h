@@ -52,7 +52,8 @@ public:
 
     virtual std::unique_ptr<QDBusAbstractInterface> createProxy(const QString &service, const QString &path,
                                                                 const QDBusConnection &connection) const = 0;
-    /// @p args are the command's words after PATH.
+    /// @p args are the command's words after PATH; words that fit none of the kind's forms are a bad
+    /// command line.
     virtual Outcome get(QDBusAbstractInterface &proxy, const QStringList &args) const = 0;
     virtual Outcome set(QDBusAbstractInterface &proxy, const QStringList &args) const = 0;
     virtual Outcome info(QDBusAbstractInterface &proxy, const QStringList &args) const = 0;
@@ -60,6 +61,8 @@ public:
     virtual int watch(QDBusAbstractInterface &proxy, const SignalSink &sink) const = 0;
 
 protected:
+    /// Whether @p args have as many words as one of this kind's forms of @p command.
+    bool fits(const QString &command, const QStringList &args) const;
     /// The bad-command-line outcome that lists this kind's forms of @p command.
     Outcome usage(const QString &command) const;
     /// The bad-value outcome for @p text that should have been @p expected.
@@ -70,47 +73,6 @@ private:
     QString m_shortName;
     QString m_summary;
     KindSyntax m_syntax;
-};
-
-/// An ElementKind for proxy class P: the typed operations receive the proxy as a P.
-template<class P>
-class KindOf : public ElementKind
-{
-public:
-    using ElementKind::ElementKind;
-
-    std::unique_ptr<QDBusAbstractInterface> createProxy(const QString &service, const QString &path,
-                                                        const QDBusConnection &connection) const final
-    {
-        return std::make_unique<P>(service, path, connection);
-    }
-    Outcome get(QDBusAbstractInterface &proxy, const QStringList &args) const final
-    {
-        return read(static_cast<P &>(proxy), args);
-    }
-    Outcome set(QDBusAbstractInterface &proxy, const QStringList &args) const final
-    {
-        return write(static_cast<P &>(proxy), args);
-    }
-    Outcome info(QDBusAbstractInterface &proxy, const QStringList &args) const final
-    {
-        return describe(static_cast<P &>(proxy), args);
-    }
-    int watch(QDBusAbstractInterface &proxy, const SignalSink &sink) const final
-    {
-        return relay(static_cast<P &>(proxy), sink);
-    }
-
-protected:
-    // What the kind does not offer, or not with these words, is a bad command line.
-    virtual Outcome read(P &, const QStringList &) const { return usageOfGet(); }
-    virtual Outcome write(P &, const QStringList &) const { return usageOfSet(); }
-    virtual Outcome describe(P &, const QStringList &) const { return usageOfInfo(); }
-    virtual int relay(P &, const SignalSink &) const { return 0; }
-
-    Outcome usageOfGet() const { return usage(QStringLiteral("get")); }
-    Outcome usageOfSet() const { return usage(QStringLiteral("set")); }
-    Outcome usageOfInfo() const { return usage(QStringLiteral("info")); }
 };
 
 #endif

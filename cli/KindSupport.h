@@ -1,31 +1,29 @@
 #ifndef MEASCTL_KINDSUPPORT_H
 #define MEASCTL_KINDSUPPORT_H
 
-// Shared pieces of the element kinds' adapters.
+// What the element kinds' adapters share, and where each group of them is added.
 
-#include "ElementKind.h"
-#include "Reading.h"
-#include "Values.h"
+#include "KindOf.h"
 
-#include <QJsonArray>
-#include <QObject>
+#include <QString>
 
 #include <memory>
 #include <vector>
+
+/// What a word should have been, as the kinds' bad-value answers say it.
+namespace Expected {
+inline const QString value = QStringLiteral("a value");
+inline const QString wholeNumber = QStringLiteral("a whole number");
+inline const QString realNumber = QStringLiteral("a real number");
+inline const QString position = QStringLiteral("a position (whole number)");
+inline const QString range = QStringLiteral("a range START END of whole numbers");
+inline const QString jsonObject = QStringLiteral("a JSON object");
+} // namespace Expected
 
 using KindList = std::vector<std::unique_ptr<ElementKind>>;
 
 void addSetupKinds(KindList &kinds);
 void addResultKinds(KindList &kinds);
 void addCommandKind(KindList &kinds);
-
-/// Relays the Qt signal @p signal of @p proxy to @p sink under @p name, each argument in its JSON form.
-template<class P, typename... A>
-void relaySignal(P &proxy, void (P::*signal)(A...), const char *name, const SignalSink &sink)
-{
-    QObject::connect(&proxy, signal, &proxy, [sink, name](A... arguments) {
-        sink(QString::fromLatin1(name), QJsonArray{Values::toJson(QVariant::fromValue(arguments))...});
-    });
-}
 
 #endif

@@ -23,143 +23,91 @@ public:
     ScalarResultKind(const char *className, const char *shortName, const char *summary)
         : KindOf<P>(className, shortName, summary, readOnly)
     {
-    }
-
-protected:
-    Outcome read(P &p, const QStringList &args) const override
-    {
-        if (!args.isEmpty())
-            return this->usageOfGet();
-        Reading reading(p);
-        reading.field("value", "getValue", [&] { return p.getValue(); });
-        reading.field("text", "getString", [&] { return p.getString(); });
-        return reading.outcome();
-    }
-    Outcome describe(P &p, const QStringList &args) const override
-    {
-        if (!args.isEmpty())
-            return this->usageOfInfo();
-        Reading reading(p);
-        reading.field("value", "getValue", [&] { return p.getValue(); });
-        reading.field("text", "getString", [&] { return p.getString(); });
-        reading.field("lowerLimit", "getLowerLimit", [&] { return p.getLowerLimit(); });
-        reading.field("upperLimit", "getUpperLimit", [&] { return p.getUpperLimit(); });
-        reading.field("min", "getMinValue", [&] { return p.getMinValue(); });
-        reading.field("max", "getMaxValue", [&] { return p.getMaxValue(); });
+        this->reads = {{"value", "getValue", &P::getValue}, {"text", "getString", &P::getString}};
+        this->infos = {{"value", "getValue", &P::getValue},
+                       {"text", "getString", &P::getString},
+                       {"lowerLimit", "getLowerLimit", &P::getLowerLimit},
+                       {"upperLimit", "getUpperLimit", &P::getUpperLimit},
+                       {"min", "getMinValue", &P::getMinValue},
+                       {"max", "getMaxValue", &P::getMaxValue}};
         // The real-number result has no min/max texts, only their Comp lists.
         if constexpr (!std::is_same<P, ResultDoubleInterface>::value) {
-            reading.field("minText", "getMinString", [&] { return p.getMinString(); });
-            reading.field("maxText", "getMaxString", [&] { return p.getMaxString(); });
+            this->infos.push_back({"minText", "getMinString", &P::getMinString});
+            this->infos.push_back({"maxText", "getMaxString", &P::getMaxString});
         }
-        reading.field("valueComp", "getValueComp", [&] { return p.getValueComp(); });
-        reading.field("minValueComp", "getMinValueComp", [&] { return p.getMinValueComp(); });
-        reading.field("maxValueComp", "getMaxValueComp", [&] { return p.getMaxValueComp(); });
-        reading.field("stringComp", "getStringComp", [&] { return p.getStringComp(); });
-        reading.field("minStringComp", "getMinStringComp", [&] { return p.getMinStringComp(); });
-        reading.field("maxStringComp", "getMaxStringComp", [&] { return p.getMaxStringComp(); });
-        return reading.outcome();
+        this->infos.insert(this->infos.end(),
+                           {{"valueComp", "getValueComp", &P::getValueComp},
+                            {"minValueComp", "getMinValueComp", &P::getMinValueComp},
+                            {"maxValueComp", "getMaxValueComp", &P::getMaxValueComp},
+                            {"stringComp", "getStringComp", &P::getStringComp},
+                            {"minStringComp", "getMinStringComp", &P::getMinStringComp},
+                            {"maxStringComp", "getMaxStringComp", &P::getMaxStringComp}});
     }
 };
 
 class EnumResultKind : public KindOf<ResultEnumInterface>
 {
 public:
+    using P = ResultEnumInterface;
+
     EnumResultKind()
         : KindOf("ResultEnumInterface", "result-enum", "measured enumerated result", readOnly)
     {
-    }
-
-protected:
-    Outcome read(ResultEnumInterface &p, const QStringList &args) const override
-    {
-        if (!args.isEmpty())
-            return usageOfGet();
-        Reading reading(p);
-        reading.field("value", "getValue", [&] { return p.getValue(); });
-        reading.field("text", "getString", [&] { return p.getString(); });
-        return reading.outcome();
-    }
-    Outcome describe(ResultEnumInterface &p, const QStringList &args) const override
-    {
-        if (!args.isEmpty())
-            return usageOfInfo();
-        Reading reading(p);
-        reading.field("value", "getValue", [&] { return p.getValue(); });
-        reading.field("text", "getString", [&] { return p.getString(); });
-        reading.field("min", "getMinValue", [&] { return p.getMinValue(); });
-        reading.field("max", "getMaxValue", [&] { return p.getMaxValue(); });
-        reading.field("valueComp", "getValueComp", [&] { return p.getValueComp(); });
-        return reading.outcome();
+        reads = {{"value", "getValue", &P::getValue}, {"text", "getString", &P::getString}};
+        infos = {{"value", "getValue", &P::getValue},
+                 {"text", "getString", &P::getString},
+                 {"min", "getMinValue", &P::getMinValue},
+                 {"max", "getMaxValue", &P::getMaxValue},
+                 {"valueComp", "getValueComp", &P::getValueComp}};
     }
 };
 
 class IntArrayResultKind : public KindOf<ResultIntArrayInterface>
 {
 public:
+    using P = ResultIntArrayInterface;
+
     IntArrayResultKind()
         : KindOf("ResultIntArrayInterface", "result-int-array", "measured row of integers", readOnly)
     {
-    }
-
-protected:
-    Outcome read(ResultIntArrayInterface &p, const QStringList &args) const override
-    {
-        if (!args.isEmpty())
-            return usageOfGet();
-        Reading reading(p);
-        reading.field("value", "getValues", [&] { return p.getValues(); });
-        reading.field("text", "getString", [&] { return p.getString(); });
-        return reading.outcome();
-    }
-    Outcome describe(ResultIntArrayInterface &p, const QStringList &args) const override
-    {
-        if (!args.isEmpty())
-            return usageOfInfo();
-        Reading reading(p);
-        reading.field("size", "size", [&] { return p.size(); });
-        reading.field("text", "getString", [&] { return p.getString(); });
-        reading.field("resultStatus", "getResultStatus", [&] { return p.getResultStatus(); });
-        reading.field("timeStamp", "getTimeStamp", [&] { return p.getTimeStamp(); });
-        return reading.outcome();
+        reads = {{"value", "getValues", &P::getValues}, {"text", "getString", &P::getString}};
+        infos = {{"size", "size", &P::size},
+                 {"text", "getString", &P::getString},
+                 {"resultStatus", "getResultStatus", &P::getResultStatus},
+                 {"timeStamp", "getTimeStamp", &P::getTimeStamp}};
     }
 };
 
 class VarArrayResultKind : public KindOf<ResultVarArrayInterface>
 {
 public:
+    using P = ResultVarArrayInterface;
+
     VarArrayResultKind()
         : KindOf("ResultVarArrayInterface", "result-var-array", "measured row of values of any type",
                  {{QString(), QStringLiteral("POSITION")}, {}, {QString()}})
     {
+        reads = {{"value", "getValues", &P::getValues}};
+        infos = {{"size", "size", &P::size},
+                 {"lowerLimit", "getLowerLimit", &P::getLowerLimit},
+                 {"upperLimit", "getUpperLimit", &P::getUpperLimit},
+                 {"resultStatus", "getResultStatus", &P::getResultStatus},
+                 {"timeStamp", "getTimeStamp", &P::getTimeStamp},
+                 {"valuesStatus", "getValuesStatus", &P::getValuesStatus},
+                 {"valueComp", "getValueComp", &P::getValueComp}};
     }
 
 protected:
-    Outcome read(ResultVarArrayInterface &p, const QStringList &args) const override
+    Outcome read(P &p, const QStringList &args) const override
     {
-        Reading reading(p);
         if (args.isEmpty())
-            return reading.field("value", "getValues", [&] { return p.getValues(); }).outcome();
-        if (args.size() != 1)
-            return usageOfGet();
+            return KindOf::read(p, args);
         const auto position = Values::parseInt(args.first());
         if (!position)
-            return badValue(args.first(), QStringLiteral("a position (whole number)"));
+            return badValue(args.first(), Expected::position);
+        Reading reading(p);
         reading.field("value", "getValue", [&] { return p.getValue(*position); });
         reading.field("status", "getValueStatus", [&] { return p.getValueStatus(*position); });
-        return reading.outcome();
-    }
-    Outcome describe(ResultVarArrayInterface &p, const QStringList &args) const override
-    {
-        if (!args.isEmpty())
-            return usageOfInfo();
-        Reading reading(p);
-        reading.field("size", "size", [&] { return p.size(); });
-        reading.field("lowerLimit", "getLowerLimit", [&] { return p.getLowerLimit(); });
-        reading.field("upperLimit", "getUpperLimit", [&] { return p.getUpperLimit(); });
-        reading.field("resultStatus", "getResultStatus", [&] { return p.getResultStatus(); });
-        reading.field("timeStamp", "getTimeStamp", [&] { return p.getTimeStamp(); });
-        reading.field("valuesStatus", "getValuesStatus", [&] { return p.getValuesStatus(); });
-        reading.field("valueComp", "getValueComp", [&] { return p.getValueComp(); });
         return reading.outcome();
     }
 };
