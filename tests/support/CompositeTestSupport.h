@@ -231,18 +231,6 @@ void verifyAbsentRow(const QString &path, LogCheck logging = LogCheck::Unchecked
         QCOMPARE(log.lines(), QList<LogLine>());
 }
 
-/// @p calls, each failing for want of a service, log nothing.
-template<typename Proxy>
-void verifyNothingLoggedWhenTheServiceIsAbsent(const QString &path, const std::function<void(Proxy &)> &calls)
-{
-    LogCapture log;
-    Proxy proxy(absentService(), path, QDBusConnection::sessionBus());
-
-    calls(proxy);
-
-    QCOMPARE(log.lines(), QList<LogLine>());
-}
-
 // ---- checked getters and their log lines --------------------------------------------------
 
 /**
@@ -260,14 +248,6 @@ struct CheckedGetter
     QString line;
     QVariant wrongType = QVariant();
     QString typeError = QString();
-};
-
-/// An error answer and its message as the log line quotes it.
-struct LoggedError
-{
-    const char *name;
-    QString message;
-    QString quoted;
 };
 
 /**

@@ -122,6 +122,12 @@ void verifySentAsItsRow(FakeMeasApplication &fake, QDBusAbstractInterface &proxy
     verifyReceivedCall(calls.first(), proxy.path(), row);
 }
 
+void verifySentAsItsRow(FakeMeasApplication &fake, QDBusAbstractInterface &proxy)
+{
+    QFETCH(OperationRow, row);
+    verifySentAsItsRow(fake, proxy, row);
+}
+
 void verifyAsyncCallsReturnAtOnce(FakeMeasApplication &fake, QDBusAbstractInterface &proxy,
                                   const OperationRow &failingCall, const QList<OperationRow> &asyncs)
 {
@@ -181,14 +187,18 @@ void addMappedReplyRow(const QByteArray &tag, const ProxyOperation &operation, c
     QTest::newRow(tag.constData()) << operation << member << answer << valid << value << log;
 }
 
-void addMappedReplyRows(const QByteArray &prefix, const OperationRow &row, LogCheck errorLogs)
+void addMappedReplyRows(const QByteArray &prefix, const OperationRow &row, LogCheck errorLogs,
+                        LogCheck otherFailureLogs)
 {
     const QString member = row.wireMember();
     const ScriptedAnswer error = ScriptedAnswer::error(failedErrorName(), QStringLiteral("refused"));
-    addMappedReplyRow(prefix + "answered", row.run, member, ScriptedAnswer::value(row.answered), true, row.answered);
+    const QVariant seen = row.seen.isValid() ? row.seen : row.answered;
+    addMappedReplyRow(prefix + "answered", row.run, member, ScriptedAnswer::value(row.answered), true, seen);
     addMappedReplyRow(prefix + "error reply", row.run, member, error, false, row.empty, errorLogs);
-    addMappedReplyRow(prefix + "wrong type", row.run, member, ScriptedAnswer::value(row.wrongType), false, row.empty);
-    addMappedReplyRow(prefix + "empty return", row.run, member, ScriptedAnswer::reply(), false, row.empty);
+    addMappedReplyRow(prefix + "wrong type", row.run, member, ScriptedAnswer::value(row.wrongType), false, row.empty,
+                      otherFailureLogs);
+    addMappedReplyRow(prefix + "empty return", row.run, member, ScriptedAnswer::reply(), false, row.empty,
+                      otherFailureLogs);
 }
 
 void addMappedVoidReplyRows(const QByteArray &prefix, const OperationRow &row)
@@ -218,4 +228,105 @@ void verifyMappedReply(FakeMeasApplication &fake, QDBusAbstractInterface &proxy)
     QCOMPARE(seen.value, value);
     if (log == LogCheck::Nothing)
         QCOMPARE(capture.lines(), QList<LogLine>());
+}
+
+void addOperationRows(const QList<OperationRow> &rows)
+{
+    QTest::addColumn<OperationRow>("row");
+    for (const OperationRow &row : rows)
+        QTest::newRow(row.operation) << row;
+}
+
+void verifyFailsWhenTheServiceIsAbsent(const ProxyFactory &make, const QString &path, LogCheck logCheck)
+{
+    QFETCH(OperationRow, row);
+
+    LogCapture log;
+    const std::unique_ptr<QDBusAbstractInterface> proxy(make(absentService(), path, nullptr));
+    const Seen seen = row.run(*proxy);
+
+    QVERIFY(!seen.valid);
+    QCOMPARE(seen.value.userType(), row.empty.userType());
+    QCOMPARE(seen.value, row.empty);
+    if (seen.error) {
+        QCOMPARE(seen.error->type(), QDBusError::ServiceUnknown);
+        QVERIFY(seen.error->message().contains(absentService()));
+    }
+    QCOMPARE(proxy->lastError().type(), QDBusError::ServiceUnknown);
+    QVERIFY(proxy->lastError().message().contains(absentService()));
+    if (logCheck == LogCheck::Nothing)
+        QCOMPARE(log.lines(), QList<LogLine>());
+}
+
+void addLoggedFailureRows(const QList<OperationRow> &getters, const QList<LoggedError> &errors)
+{
+    QTest::addColumn<OperationRow>("row");
+    QTest::addColumn<ScriptedAnswer>("answer");
+    QTest::addColumn<QString>("quotedMessage");
+    for (const OperationRow &getter : getters) {
+        for (const LoggedError &error : errors) {
+            QTest::addRow("%s %s", getter.operation, error.name)
+                << getter << ScriptedAnswer::error(failedErrorName(), error.message) << error.quoted;
+        }
+        QVERIFY(!getter.typeError.isEmpty());
+        QTest::addRow("%s wrong type", getter.operation)
+            << getter << ScriptedAnswer::value(getter.wrongType) << quoted(getter.typeError);
+    }
+}
+
+void verifyLoggedFailure(FakeMeasApplication &fake, QDBusAbstractInterface &proxy)
+{
+    QFETCH(OperationRow, row);
+    QFETCH(ScriptedAnswer, answer);
+    QFETCH(QString, quotedMessage);
+
+    verifyLoggedFailure(fake, proxy, row, answer, quotedMessage);
+}
+
+namespace {
+
+/// A checked getter's line: its opening, then service, path and the quoted message.
+QString loggedLine(const OperationRow &getter, const QString &service, const QString &path,
+                   const QString &quotedMessage)
+{
+    return getter.report + QLatin1Char(' ') + quoted(service) + QStringLiteral("  /  ") + quoted(path) +
+        QStringLiteral("  / Error: ") + quotedMessage;
+}
+
+} // namespace
+
+void verifyLoggedFailure(FakeMeasApplication &fake, QDBusAbstractInterface &proxy, const OperationRow &getter,
+                         const ScriptedAnswer &answer, const QString &quotedMessage)
+{
+    QCOMPARE(fake.service(), FakeMeasApplication::serviceFor(QStringLiteral("fake")));
+    QVERIFY(quotedMessage.size() > 2);
+    LogCapture log;
+    fake.answer(getter.wireMember(), answer);
+
+    const QVariant value = getter.run(proxy).value;
+
+    QCOMPARE(value.userType(), getter.empty.userType());
+    QCOMPARE(value, getter.empty);
+    QCOMPARE(log.lines(), debugLines({loggedLine(getter, fake.service(), proxy.path(), quotedMessage)}));
+}
+
+void verifyLoggedFailureWhenTheServiceIsAbsent(const ProxyFactory &make, const QString &path)
+{
+    QFETCH(OperationRow, row);
+    const std::unique_ptr<QDBusAbstractInterface> absent(make(absentService(), path, nullptr));
+    verifyLoggedFailureWhenTheServiceIsAbsent(*absent, row);
+}
+
+void verifyLoggedFailureWhenTheServiceIsAbsent(QDBusAbstractInterface &absent, const OperationRow &getter)
+{
+    LogCapture log;
+
+    const QVariant value = getter.run(absent).value;
+
+    QCOMPARE(value.userType(), getter.empty.userType());
+    QCOMPARE(value, getter.empty);
+    QCOMPARE(absent.lastError().type(), QDBusError::ServiceUnknown);
+    const QString message = absent.lastError().message();
+    QVERIFY(message.contains(absentService()));
+    QCOMPARE(log.lines(), debugLines({loggedLine(getter, absentService(), absent.path(), quoted(message))}));
 }

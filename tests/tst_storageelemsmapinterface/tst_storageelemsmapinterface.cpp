@@ -16,6 +16,9 @@ const QString failure = QStringLiteral("com.velk.mqx.Error.Failed");
 const QStringList signalSignatures{"setupChanged(QString,int,int,QStringList)", "sortOrderChanged(QString)"};
 const QStringList slotSignatures{"getValues()",         "count()",        "setToDefault()",
                                  "setToDefaultAsync()", "getSortOrder()", "setSortOrder(QString)"};
+
+const OperationRow setToDefaultAsync{
+    .operation = "setToDefaultAsync", .run = onProxy(&P::setToDefaultAsync), .member = "setToDefault"};
 } // namespace
 
 class tst_StorageElemsMapInterface : public QObject, private ProxyFixture<StorageElemsMapInterface>
@@ -69,42 +72,47 @@ void tst_StorageElemsMapInterface::constructionMakesNoBusCallAndLogsNothing()
 
 void tst_StorageElemsMapInterface::sendsEachOperationWithItsWireForm_data()
 {
-    addWireRows<P, QList<QVariant>>({
-        {"getValues", [](P &p) { p.getValues(); }, "getValues", "", {}},
-        {"count", [](P &p) { p.count(); }, "count", "", {}},
-        {"setToDefault", [](P &p) { p.setToDefault(); }, "setToDefault", "", {}},
-        {"setToDefaultAsync", [](P &p) { p.setToDefaultAsync(); }, "setToDefault", "", {}},
-        {"getSortOrder", [](P &p) { p.getSortOrder(); }, "getSortOrder", "", {}},
-        {"setSortOrder",
-         [](P &p) { p.setSortOrder(QStringLiteral("byDate")); },
-         "setSortOrder",
-         "s",
-         {QStringLiteral("byDate")}},
+    addOperationRows({
+        {.operation = "getValues", .run = onProxy(&P::getValues)},
+        {.operation = "count", .run = onProxy(&P::count)},
+        {.operation = "setToDefault", .run = onProxy(&P::setToDefault)},
+        setToDefaultAsync,
+        {.operation = "getSortOrder", .run = onProxy(&P::getSortOrder)},
+        {.operation = "setSortOrder",
+         .run = onProxy<P>([](P &p) { return p.setSortOrder(QStringLiteral("byDate")); }),
+         .signature = "s",
+         .arguments = {QStringLiteral("byDate")}},
     });
 }
 
 void tst_StorageElemsMapInterface::sendsEachOperationWithItsWireForm()
 {
-    verifyWireRow(*m_fake, *m_proxy);
+    verifySentAsItsRow(*m_fake, *m_proxy);
 }
 
 void tst_StorageElemsMapInterface::mapsEachReplyWithoutLogging_data()
 {
-    ReplyTable<P> table(ScriptedAnswer::error(failure, QStringLiteral("refused")), LogCheck::Nothing);
-    table.reply(
-        "getValues", [](P &p) { return seenOf(p.getValues()); },
-        QStringList{QStringLiteral("Trace 2"), QStringLiteral("Trace 1")}, QStringLiteral("Trace 2"), QStringList());
-    table.reply(
-        "count", [](P &p) { return seenOf(p.count()); }, 2, QStringLiteral("2"), 0);
-    table.reply(
-        "getSortOrder", [](P &p) { return seenOf(p.getSortOrder()); }, QStringLiteral("byName"), 1, QString());
-
+    addMappedReplyColumns();
+    addMappedReplyRows("getValues ",
+                       {.operation = "getValues",
+                        .run = onProxy(&P::getValues),
+                        .answered = QStringList{QStringLiteral("Trace 2"), QStringLiteral("Trace 1")},
+                        .wrongType = QStringLiteral("Trace 2"),
+                        .empty = QStringList()});
+    addMappedReplyRows(
+        "count ",
+        {.operation = "count", .run = onProxy(&P::count), .answered = 2, .wrongType = QStringLiteral("2"), .empty = 0});
+    addMappedReplyRows("getSortOrder ",
+                       {.operation = "getSortOrder",
+                        .run = onProxy(&P::getSortOrder),
+                        .answered = QStringLiteral("byName"),
+                        .wrongType = 1,
+                        .empty = QString()});
     // A void reply accepts any method return and only fails on an error.
-    const auto setSortOrder = [](P &p) { return seenOf(p.setSortOrder(QStringLiteral("byName"))); };
-    table.row("setSortOrder", "answered", "setSortOrder", setSortOrder, ScriptedAnswer::reply(), true, QVariant());
-    table.row("setSortOrder", "answered with a value", "setSortOrder", setSortOrder, ScriptedAnswer::value(true), true,
-              QVariant());
-    table.row("setSortOrder", "error", "setSortOrder", setSortOrder, table.error(), false, QVariant());
+    addMappedVoidReplyRows("setSortOrder ",
+                           {.operation = "setSortOrder",
+                            .run = onProxy<P>([](P &p) { return p.setSortOrder(QStringLiteral("byName")); }),
+                            .answered = true});
 }
 
 void tst_StorageElemsMapInterface::mapsEachReplyWithoutLogging()
@@ -114,23 +122,20 @@ void tst_StorageElemsMapInterface::mapsEachReplyWithoutLogging()
 
 void tst_StorageElemsMapInterface::givesInvalidRepliesAndLogsNothingWhenTheServiceIsAbsent_data()
 {
-    addAbsentRows<P>({
-        {"getValues", [](P &p) { return seenOf(p.getValues()); }, QStringList()},
-        {"count", [](P &p) { return seenOf(p.count()); }, 0},
-        {"getSortOrder", [](P &p) { return seenOf(p.getSortOrder()); }, QString()},
-        {"setSortOrder", [](P &p) { return seenOf(p.setSortOrder(QStringLiteral("byName"))); }, QVariant()},
-        {"setToDefault",
-         [](P &p) {
-             p.setToDefault();
-             return Seen{};
-         },
-         QVariant()},
+    addOperationRows({
+        {.operation = "getValues", .run = onProxy(&P::getValues), .empty = QStringList()},
+        {.operation = "count", .run = onProxy(&P::count), .empty = 0},
+        {.operation = "getSortOrder", .run = onProxy(&P::getSortOrder), .empty = QString()},
+        {.operation = "setSortOrder",
+         .run = onProxy<P>([](P &p) { return p.setSortOrder(QStringLiteral("byName")); }),
+         .empty = QVariant()},
+        {.operation = "setToDefault", .run = onProxy(&P::setToDefault), .empty = QVariant()},
     });
 }
 
 void tst_StorageElemsMapInterface::givesInvalidRepliesAndLogsNothingWhenTheServiceIsAbsent()
 {
-    verifyAbsentRow<P>(path, LogCheck::Nothing);
+    verifyFailsWhenTheServiceIsAbsent(factoryOf<P>(), path, LogCheck::Nothing);
 }
 
 void tst_StorageElemsMapInterface::setToDefaultWaitsForTheAnswerAndDropsIt()
@@ -142,13 +147,14 @@ void tst_StorageElemsMapInterface::setToDefaultAsyncReturnsAtOnceAndSendsSetToDe
 {
     // Should the proxy send its own name instead, that call gets its answer at once.
     m_fake->answer("setToDefaultAsync", ScriptedAnswer::reply());
-    verifyAsyncCallsReturnAtOnce(*m_fake, *m_proxy, path, {"count", [](P &p) { p.count(); }},
-                                 {{[](P &p) { p.setToDefaultAsync(); }, "setToDefault", ""}});
+    verifyAsyncCallsReturnAtOnce(*m_fake, *m_proxy, {.operation = "count", .run = onProxy(&P::count)},
+                                 {setToDefaultAsync});
 }
 
 void tst_StorageElemsMapInterface::setToDefaultAsyncReturnsAtOnceWhenTheServiceIsAbsent()
 {
-    verifyAsyncCallsToAnAbsentServiceLogNothing<P>(path, [](P &p) { p.setToDefaultAsync(); });
+    P absent(absentService(), path, QDBusConnection::sessionBus());
+    verifyAsyncCallsShowNothing(absent, {setToDefaultAsync});
 }
 
 void tst_StorageElemsMapInterface::metaObjectPlacesEachMethodAtItsIndex_data()
