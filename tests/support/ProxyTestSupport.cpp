@@ -1,6 +1,9 @@
 #include "ProxyTestSupport.h"
 
+#include "DBusCompat_p.h"
+
 #include <QCoreApplication>
+#include <QDBusArgument>
 #include <QDBusVariant>
 
 void verifyConstructionContract(const ProxyFactory &make, FakeMeasApplication &fake, const QString &path)
@@ -329,4 +332,103 @@ void verifyLoggedFailureWhenTheServiceIsAbsent(QDBusAbstractInterface &absent, c
     const QString message = absent.lastError().message();
     QVERIFY(message.contains(absentService()));
     QCOMPARE(log.lines(), debugLines({loggedLine(getter, absentService(), absent.path(), quoted(message))}));
+}
+
+QDBusArgument settingsMapArgument(const QList<QPair<QString, QVariant>> &entries)
+{
+    QDBusArgument argument;
+    argument.beginMap(QMetaType::QString, qMetaTypeId<QDBusVariant>());
+    for (const auto &entry : entries) {
+        argument.beginMapEntry();
+        argument << entry.first << QDBusVariant(entry.second);
+        argument.endMapEntry();
+    }
+    argument.endMap();
+    return argument;
+}
+
+void verifyRepeatedKeysKeptAsQMapDoes(FakeMeasApplication &fake, const QString &member,
+                                      const std::function<SettingsMap()> &get,
+                                      const QList<QPair<QString, QVariant>> &entries)
+{
+    fake.answer(member, ScriptedAnswer::value(QVariant::fromValue(settingsMapArgument(entries))));
+    SettingsMap expected;
+    SettingsMap lastValues;
+    for (const auto &entry : entries) {
+        DBusCompat::insertMulti(expected, entry.first, entry.second);
+        lastValues.insert(entry.first, entry.second);
+    }
+
+    LogCapture log;
+    const SettingsMap map = get();
+
+    QCOMPARE(map, expected);
+    for (auto last = lastValues.constBegin(); last != lastValues.constEnd(); ++last) {
+        QCOMPARE(map.count(last.key()), expected.count(last.key()));
+        QCOMPARE(map.value(last.key()), last.value());
+    }
+    QCOMPARE(log.lines(), QList<LogLine>());
+}
+
+void verifySetToDefaultWaitsAndDropsTheAnswer(FakeMeasApplication &fake, QDBusAbstractInterface &proxy,
+                                              const ProxyOperation &setToDefault, const QString &errorName,
+                                              const QString &message)
+{
+    LogCapture log;
+    fake.answer(QStringLiteral("setToDefault"), ScriptedAnswer::error(errorName, message));
+
+    setToDefault(proxy);
+
+    // Nothing was run in between: the call came back only once the application had answered.
+    QCOMPARE(fake.callCount(), 1);
+    QCOMPARE(proxy.lastError().name(), errorName);
+    QCOMPARE(proxy.lastError().message(), message);
+    QCOMPARE(log.lines(), QList<LogLine>());
+}
+
+void verifySignalsThenSlots(const QMetaObject &meta, const QObject &proxy, const QStringList &signalSignatures,
+                            const QStringList &slotSignatures)
+{
+    QCOMPARE(ownMethodSignatures(meta), signalSignatures + slotSignatures);
+    QCOMPARE(ownMethodSignatures(meta, QMetaMethod::Signal), signalSignatures);
+    QCOMPARE(ownMethodSignatures(meta, QMetaMethod::Slot), slotSignatures);
+    QCOMPARE(meta.superClass(), &QDBusAbstractInterface::staticMetaObject);
+    QCOMPARE(proxy.metaObject(), &meta);
+    QCOMPARE(meta.propertyCount(), meta.propertyOffset());
+    QCOMPARE(meta.enumeratorCount(), meta.enumeratorOffset());
+    QCOMPARE(meta.classInfoCount(), meta.classInfoOffset());
+}
+
+void verifyReturnTypes(const QMetaObject &meta, const QList<QPair<const char *, const char *>> &returnTypes)
+{
+    for (const auto &expected : returnTypes) {
+        const int index = meta.indexOfMethod(expected.first);
+        QVERIFY2(index >= meta.methodOffset(), expected.first);
+        QCOMPARE(meta.method(index).typeName(), expected.second);
+    }
+}
+
+void addMethodPlacementRows(const QStringList &signalSignatures, const QStringList &slotSignatures)
+{
+    QTest::addColumn<int>("index");
+    QTest::addColumn<QString>("signature");
+    QTest::addColumn<int>("type");
+    int index = 0;
+    for (const QString &signature : signalSignatures + slotSignatures) {
+        const bool isSignal = index < signalSignatures.size();
+        QTest::addRow("%d", index) << index << signature << int(isSignal ? QMetaMethod::Signal : QMetaMethod::Slot);
+        ++index;
+    }
+}
+
+void verifyMethodPlacementRow(const QMetaObject &meta)
+{
+    QFETCH(int, index);
+    QFETCH(QString, signature);
+    QFETCH(int, type);
+
+    const QMetaMethod method = meta.method(meta.methodOffset() + index);
+    QCOMPARE(QString::fromLatin1(method.methodSignature()), signature);
+    QCOMPARE(int(method.methodType()), type);
+    QCOMPARE(meta.indexOfMethod(signature.toLatin1().constData()), meta.methodOffset() + index);
 }

@@ -2,17 +2,21 @@
 #define TESTS_PROXYTESTSUPPORT_H
 
 #include "BusTestSupport.h"
+#include "DBusTypes.h"
 #include "FakeMeasApplication.h"
 #include "LogCapture.h"
 #include "WireText.h"
 
 #include <QDBusAbstractInterface>
+#include <QDBusArgument>
 #include <QDBusConnection>
 #include <QDBusError>
 #include <QDBusReply>
+#include <QDBusVariant>
 #include <QDebug>
 #include <QMetaMethod>
 #include <QMetaObject>
+#include <QPair>
 #include <QPointer>
 #include <QSignalSpy>
 #include <QStringList>
@@ -417,5 +421,69 @@ void verifyLoggedFailureWhenTheServiceIsAbsent(QDBusAbstractInterface &absent, c
  */
 void verifySignalRelay(QDBusAbstractInterface &proxy, FakeMeasApplication &fake, const char *qtSignal,
                        const QString &member, const QList<QVariant> &arguments);
+
+// ---- the composite classes: variants, maps, setToDefault() and the meta-object ------------
+
+inline QVariant wrappedValue(const QVariant &value)
+{
+    return QVariant::fromValue(QDBusVariant(value));
+}
+
+/// An a{sv} with @p entries in this order, repeated keys included, as only a peer can send it.
+QDBusArgument settingsMapArgument(const QList<QPair<QString, QVariant>> &entries);
+
+/**
+ * @p get reads a map that the application answers to @p member with @p entries, in this
+ * order, some keys repeated, as only a peer can send it. The result is what QMap makes of
+ * them: Qt 5's keeps every entry of a repeated key, Qt 6's the later one. Nothing is logged.
+ */
+void verifyRepeatedKeysKeptAsQMapDoes(FakeMeasApplication &fake, const QString &member,
+                                      const std::function<SettingsMap()> &get,
+                                      const QList<QPair<QString, QVariant>> &entries);
+
+/// @p setToDefault waits for the answer: its error is in lastError() when it returns, and is not logged.
+void verifySetToDefaultWaitsAndDropsTheAnswer(FakeMeasApplication &fake, QDBusAbstractInterface &proxy,
+                                              const ProxyOperation &setToDefault, const QString &errorName,
+                                              const QString &message);
+
+template<typename Proxy>
+void verifySetToDefaultWaitsAndDropsTheAnswer(FakeMeasApplication &fake, Proxy &proxy, const QString &errorName,
+                                              const QString &message)
+{
+    verifySetToDefaultWaitsAndDropsTheAnswer(fake, proxy, onProxy(&Proxy::setToDefault), errorName, message);
+}
+
+/// The class declares @p signalSignatures, then @p slotSignatures, in this order and nothing
+/// else; it derives from QDBusAbstractInterface directly and adds no property, enumerator or
+/// class info.
+void verifySignalsThenSlots(const QMetaObject &meta, const QObject &proxy, const QStringList &signalSignatures,
+                            const QStringList &slotSignatures);
+
+template<typename Proxy>
+void verifyOwnMethods(const Proxy &proxy, const QStringList &signalSignatures, const QStringList &slotSignatures)
+{
+    verifySignalsThenSlots(Proxy::staticMetaObject, proxy, signalSignatures, slotSignatures);
+}
+
+/// Each method (by signature) returns the type of that name.
+void verifyReturnTypes(const QMetaObject &meta, const QList<QPair<const char *, const char *>> &returnTypes);
+
+template<typename Proxy>
+void verifyReturnTypes(const QList<QPair<const char *, const char *>> &returnTypes)
+{
+    verifyReturnTypes(Proxy::staticMetaObject, returnTypes);
+}
+
+/// A row per own method: its index after the base's, its signature and its kind.
+void addMethodPlacementRows(const QStringList &signalSignatures, const QStringList &slotSignatures);
+
+/// The current row's method is at that index, and found there by its signature too.
+void verifyMethodPlacementRow(const QMetaObject &meta);
+
+template<typename Proxy>
+void verifyMethodPlacementRow()
+{
+    verifyMethodPlacementRow(Proxy::staticMetaObject);
+}
 
 #endif

@@ -1,7 +1,7 @@
 #include "SetupArrayItemInterface.h"
 
-#include "CompositeTestSupport.h"
 #include "DBusTypes.h"
+#include "ProxyTestSupport.h"
 
 #include <QDBusArgument>
 #include <QDBusConnection>

@@ -1,8 +1,8 @@
 #include "SetupMapListInterface.h"
 
-#include "CompositeTestSupport.h"
 #include "DBusCompat_p.h"
 #include "DBusTypes.h"
+#include "ProxyTestSupport.h"
 
 #include <QDBusArgument>
 #include <QDBusConnection>

@@ -1,9 +1,9 @@
 #include "SetupMapMapItemInterface.h"
 
 #include "BusTestSupport.h"
-#include "CompositeTestSupport.h"
 #include "DBusCompat_p.h"
 #include "DBusTypes.h"
+#include "ProxyTestSupport.h"
 
 #include <JsonFormatter.h>
 

@@ -1,6 +1,6 @@
 #include "StorageElemsMapInterface.h"
 
-#include "CompositeTestSupport.h"
+#include "ProxyTestSupport.h"
 
 #include <QDBusConnection>
 #include <QtTest/QTest>
