@@ -1,6 +1,6 @@
 #include "StorageElemsMapInterface.h"
 
-#include "ProxyTestSupport.h"
+#include "CompositeTest.h"
 
 #include <QDBusConnection>
 #include <QtTest/QTest>
@@ -19,28 +19,61 @@ const QStringList slotSignatures{"getValues()",         "count()",        "setTo
 
 const OperationRow setToDefaultAsync{
     .operation = "setToDefaultAsync", .run = onProxy(&P::setToDefaultAsync), .member = "setToDefault"};
+
+CompositeClass storageElemsMap()
+{
+    return {
+        .className = "StorageElemsMapInterface",
+        .path = path,
+        .make = factoryOf<P>(),
+        .sent =
+            {
+                {.operation = "getValues", .run = onProxy(&P::getValues)},
+                {.operation = "count", .run = onProxy(&P::count)},
+                {.operation = "setToDefault", .run = onProxy(&P::setToDefault)},
+                setToDefaultAsync,
+                {.operation = "getSortOrder", .run = onProxy(&P::getSortOrder)},
+                {.operation = "setSortOrder",
+                 .run = onProxy<P>([](P &p) { return p.setSortOrder(QStringLiteral("byDate")); }),
+                 .signature = "s",
+                 .arguments = {QStringLiteral("byDate")}},
+            },
+        .absent =
+            {
+                {.operation = "getValues", .run = onProxy(&P::getValues), .empty = QStringList()},
+                {.operation = "count", .run = onProxy(&P::count), .empty = 0},
+                {.operation = "getSortOrder", .run = onProxy(&P::getSortOrder), .empty = QString()},
+                {.operation = "setSortOrder",
+                 .run = onProxy<P>([](P &p) { return p.setSortOrder(QStringLiteral("byName")); }),
+                 .empty = QVariant()},
+                {.operation = "setToDefault", .run = onProxy(&P::setToDefault), .empty = QVariant()},
+            },
+        .absentLog = LogCheck::Nothing,
+        .setToDefault = onProxy(&P::setToDefault),
+        .asyncs = {setToDefaultAsync},
+        .failingCall = {.operation = "count", .run = onProxy(&P::count)},
+    };
+}
 } // namespace
 
-class tst_StorageElemsMapInterface : public QObject, private ProxyFixture<StorageElemsMapInterface>
+class tst_StorageElemsMapInterface : public CompositeTest
 {
     Q_OBJECT
 
+public:
+    tst_StorageElemsMapInterface()
+        : CompositeTest(storageElemsMap())
+    {
+    }
+
+private:
+    P &proxy() { return ProxyTableTest::proxy<P>(); }
+
 private Q_SLOTS:
-    void init();
-    void cleanup();
+    void constructionForAnAbsentServiceLogsNothing();
 
-    void constructionMakesNoBusCallAndLogsNothing();
-
-    void sendsEachOperationWithItsWireForm_data();
-    void sendsEachOperationWithItsWireForm();
     void mapsEachReplyWithoutLogging_data();
     void mapsEachReplyWithoutLogging();
-    void givesInvalidRepliesAndLogsNothingWhenTheServiceIsAbsent_data();
-    void givesInvalidRepliesAndLogsNothingWhenTheServiceIsAbsent();
-
-    void setToDefaultWaitsForTheAnswerAndDropsIt();
-    void setToDefaultAsyncReturnsAtOnceAndSendsSetToDefault();
-    void setToDefaultAsyncReturnsAtOnceWhenTheServiceIsAbsent();
 
     void metaObjectPlacesEachMethodAtItsIndex_data();
     void metaObjectPlacesEachMethodAtItsIndex();
@@ -53,41 +86,10 @@ private Q_SLOTS:
     void relaysSortOrderChanged();
 };
 
-void tst_StorageElemsMapInterface::init()
+void tst_StorageElemsMapInterface::constructionForAnAbsentServiceLogsNothing()
 {
-    startFakeAndProxy(path);
-}
-
-void tst_StorageElemsMapInterface::cleanup()
-{
-    stopFakeAndProxy();
-}
-
-void tst_StorageElemsMapInterface::constructionMakesNoBusCallAndLogsNothing()
-{
-    verifyConstructionContract<StorageElemsMapInterface>(*m_fake, path);
     verifyConstructionForAnAbsentService<StorageElemsMapInterface>(path);
-    QVERIFY(m_proxy->isValid());
-}
-
-void tst_StorageElemsMapInterface::sendsEachOperationWithItsWireForm_data()
-{
-    addOperationRows({
-        {.operation = "getValues", .run = onProxy(&P::getValues)},
-        {.operation = "count", .run = onProxy(&P::count)},
-        {.operation = "setToDefault", .run = onProxy(&P::setToDefault)},
-        setToDefaultAsync,
-        {.operation = "getSortOrder", .run = onProxy(&P::getSortOrder)},
-        {.operation = "setSortOrder",
-         .run = onProxy<P>([](P &p) { return p.setSortOrder(QStringLiteral("byDate")); }),
-         .signature = "s",
-         .arguments = {QStringLiteral("byDate")}},
-    });
-}
-
-void tst_StorageElemsMapInterface::sendsEachOperationWithItsWireForm()
-{
-    verifySentAsItsRow(*m_fake, *m_proxy);
+    QVERIFY(proxy().isValid());
 }
 
 void tst_StorageElemsMapInterface::mapsEachReplyWithoutLogging_data()
@@ -117,44 +119,7 @@ void tst_StorageElemsMapInterface::mapsEachReplyWithoutLogging_data()
 
 void tst_StorageElemsMapInterface::mapsEachReplyWithoutLogging()
 {
-    verifyMappedReply(*m_fake, *m_proxy);
-}
-
-void tst_StorageElemsMapInterface::givesInvalidRepliesAndLogsNothingWhenTheServiceIsAbsent_data()
-{
-    addOperationRows({
-        {.operation = "getValues", .run = onProxy(&P::getValues), .empty = QStringList()},
-        {.operation = "count", .run = onProxy(&P::count), .empty = 0},
-        {.operation = "getSortOrder", .run = onProxy(&P::getSortOrder), .empty = QString()},
-        {.operation = "setSortOrder",
-         .run = onProxy<P>([](P &p) { return p.setSortOrder(QStringLiteral("byName")); }),
-         .empty = QVariant()},
-        {.operation = "setToDefault", .run = onProxy(&P::setToDefault), .empty = QVariant()},
-    });
-}
-
-void tst_StorageElemsMapInterface::givesInvalidRepliesAndLogsNothingWhenTheServiceIsAbsent()
-{
-    verifyFailsWhenTheServiceIsAbsent(factoryOf<P>(), path, LogCheck::Nothing);
-}
-
-void tst_StorageElemsMapInterface::setToDefaultWaitsForTheAnswerAndDropsIt()
-{
-    verifySetToDefaultWaitsAndDropsTheAnswer(*m_fake, *m_proxy, failure, QStringLiteral("reset refused"));
-}
-
-void tst_StorageElemsMapInterface::setToDefaultAsyncReturnsAtOnceAndSendsSetToDefault()
-{
-    // Should the proxy send its own name instead, that call gets its answer at once.
-    m_fake->answer("setToDefaultAsync", ScriptedAnswer::reply());
-    verifyAsyncCallsReturnAtOnce(*m_fake, *m_proxy, {.operation = "count", .run = onProxy(&P::count)},
-                                 {setToDefaultAsync});
-}
-
-void tst_StorageElemsMapInterface::setToDefaultAsyncReturnsAtOnceWhenTheServiceIsAbsent()
-{
-    P absent(absentService(), path, QDBusConnection::sessionBus());
-    verifyAsyncCallsShowNothing(absent, {setToDefaultAsync});
+    verifyMappedReply(*m_fake, proxy());
 }
 
 void tst_StorageElemsMapInterface::metaObjectPlacesEachMethodAtItsIndex_data()
@@ -169,14 +134,14 @@ void tst_StorageElemsMapInterface::metaObjectPlacesEachMethodAtItsIndex()
 
 void tst_StorageElemsMapInterface::metaObjectListsSignalsThenSlotsInDeclarationOrder()
 {
-    verifyOwnMethods(*m_proxy, signalSignatures, slotSignatures);
+    verifyOwnMethods(proxy(), signalSignatures, slotSignatures);
     verifyReturnTypes<P>({{"setSortOrder(QString)", "QDBusReply<void>"}, {"setToDefault()", "void"}});
 }
 
 void tst_StorageElemsMapInterface::metaCastKnowsTheClassAndLeavesTheRestToTheBase()
 {
-    verifyMetaCast(*m_proxy, "StorageElemsMapInterface");
-    QCOMPARE(m_proxy->qt_metacast("SetupThresholdManagerInterface"), nullptr);
+    verifyMetaCast(proxy(), "StorageElemsMapInterface");
+    QCOMPARE(proxy().qt_metacast("SetupThresholdManagerInterface"), nullptr);
 }
 
 void tst_StorageElemsMapInterface::holdsNothingBesideTheBase()
@@ -190,13 +155,13 @@ void tst_StorageElemsMapInterface::invokingSlotsByNameGivesTheDirectResult()
     m_fake->answer("setSortOrder", ScriptedAnswer::error(failure, QStringLiteral("unknown order")));
 
     QDBusReply<QStringList> values;
-    QVERIFY(QMetaObject::invokeMethod(m_proxy.get(), "getValues", Qt::DirectConnection,
+    QVERIFY(QMetaObject::invokeMethod(&proxy(), "getValues", Qt::DirectConnection,
                                       Q_RETURN_ARG(QDBusReply<QStringList>, values)));
-    QCOMPARE(values.value(), m_proxy->getValues().value());
+    QCOMPARE(values.value(), proxy().getValues().value());
     QCOMPARE(values.value(), QStringList({QStringLiteral("a"), QStringLiteral("b")}));
 
     QDBusReply<void> set;
-    QVERIFY(QMetaObject::invokeMethod(m_proxy.get(), "setSortOrder", Qt::DirectConnection,
+    QVERIFY(QMetaObject::invokeMethod(&proxy(), "setSortOrder", Qt::DirectConnection,
                                       Q_RETURN_ARG(QDBusReply<void>, set), Q_ARG(QString, QStringLiteral("bogus"))));
     QVERIFY(!set.isValid());
     QCOMPARE(set.error().message(), QStringLiteral("unknown order"));
@@ -205,14 +170,14 @@ void tst_StorageElemsMapInterface::invokingSlotsByNameGivesTheDirectResult()
 
 void tst_StorageElemsMapInterface::relaysSetupChanged()
 {
-    verifySignalRelay(*m_proxy, *m_fake, SIGNAL(setupChanged(QString, int, int, QStringList)), "setupChanged",
+    verifySignalRelay(proxy(), *m_fake, SIGNAL(setupChanged(QString, int, int, QStringList)), "setupChanged",
                       {QStringLiteral("insert"), 2, 3,
                        QStringList{QStringLiteral("Trace 4"), QStringLiteral("Trace 5"), QStringLiteral("Trace 6")}});
 }
 
 void tst_StorageElemsMapInterface::relaysSortOrderChanged()
 {
-    verifySignalRelay(*m_proxy, *m_fake, SIGNAL(sortOrderChanged(QString)), "sortOrderChanged",
+    verifySignalRelay(proxy(), *m_fake, SIGNAL(sortOrderChanged(QString)), "sortOrderChanged",
                       {QStringLiteral("byDate")});
 }
 
