@@ -1,8 +1,8 @@
 #include "SetupThresholdManagerInterface.h"
 
+#include "CompositeTest.h"
 #include "DBusCompat_p.h"
 #include "DBusTypes.h"
-#include "ProxyTestSupport.h"
 
 #include <QDBusArgument>
 #include <QDBusConnection>
@@ -14,7 +14,6 @@
 namespace {
 using P = SetupThresholdManagerInterface;
 const QString path = QStringLiteral("/Setup/Thresholds");
-const QString failure = QStringLiteral("com.velk.mqx.Error.Failed");
 
 // The class's own methods, in meta-object order.
 const QStringList signalSignatures{"locationNameChanged(QString,QString)", "locationsChanged()", "setupChanged()",
@@ -83,29 +82,158 @@ void readDoubles(const QDBusArgument &argument, void *value)
 
 const OperationRow setToDefaultAsync{
     .operation = "setToDefaultAsync", .run = onProxy(&P::setToDefaultAsync), .member = "setToDefault"};
+CompositeClass thresholdManager()
+{
+    const QString key = QStringLiteral("Limits/Upper/3");
+    const QString location = QStringLiteral("Hall A");
+    const QString other = QStringLiteral("Hall B");
+    return {
+        .className = "SetupThresholdManagerInterface",
+        .path = path,
+        .make = factoryOf<P>(),
+        .sent =
+            {
+                {.operation = "setValue",
+                 .run = onProxy<P>([=](P &p) { p.setValue(key, 2.5); }),
+                 .signature = "sd",
+                 .arguments = {key, 2.5}},
+                {.operation = "getAllThresholdElements", .run = onProxy(&P::getAllThresholdElements)},
+                {.operation = "getAttributes",
+                 .run = onProxy<P>([=](P &p) { p.getAttributes(key); }),
+                 .signature = "s",
+                 .arguments = {key}},
+                {.operation = "getMaxLocationDescriptionCharacterCount",
+                 .run = onProxy(&P::getMaxLocationDescriptionCharacterCount)},
+                {.operation = "getMaxLocationNameCharacterCount", .run = onProxy(&P::getMaxLocationNameCharacterCount)},
+                {.operation = "getMaxValue",
+                 .run = onProxy<P>([=](P &p) { p.getMaxValue(key); }),
+                 .signature = "s",
+                 .arguments = {key}},
+                {.operation = "getMinValue",
+                 .run = onProxy<P>([=](P &p) { p.getMinValue(key); }),
+                 .signature = "s",
+                 .arguments = {key}},
+                {.operation = "getThresholdElementsForLocation",
+                 .run = onProxy<P>([=](P &p) { p.getThresholdElementsForLocation(location); }),
+                 .signature = "s",
+                 .arguments = {location}},
+                {.operation = "getValue",
+                 .run = onProxy<P>([=](P &p) { p.getValue(key); }),
+                 .signature = "s",
+                 .arguments = {key}},
+                {.operation = "getString",
+                 .run = onProxy<P>([=](P &p) { p.getString(key); }),
+                 .signature = "s",
+                 .arguments = {key}},
+                {.operation = "getLocationNames", .run = onProxy(&P::getLocationNames)},
+                {.operation = "getLocationDescription",
+                 .run = onProxy<P>([=](P &p) { p.getLocationDescription(location); }),
+                 .signature = "s",
+                 .arguments = {location}},
+                {.operation = "isLocationEditable",
+                 .run = onProxy<P>([=](P &p) { p.isLocationEditable(location); }),
+                 .signature = "s",
+                 .arguments = {location}},
+                {.operation = "size", .run = onProxy(&P::size)},
+                {.operation = "isChangeable", .run = onProxy(&P::isChangeable)},
+                {.operation = "setLocationDescription",
+                 .run = onProxy<P>([=](P &p) { p.setLocationDescription(location, QStringLiteral("north wall")); }),
+                 .signature = "ss",
+                 .arguments = {location, QStringLiteral("north wall")}},
+                {.operation = "setToDefault", .run = onProxy(&P::setToDefault)},
+                {.operation = "setToDefaultAsync", .run = onProxy(&P::setToDefaultAsync), .member = "setToDefault"},
+                {.operation = "createLocation",
+                 .run = onProxy<P>([=](P &p) { p.createLocation(other, location); }),
+                 .signature = "ss",
+                 .arguments = {other, location}},
+                {.operation = "deleteLocation",
+                 .run = onProxy<P>([=](P &p) { p.deleteLocation(other); }),
+                 .signature = "s",
+                 .arguments = {other}},
+                {.operation = "renameLocation",
+                 .run = onProxy<P>([=](P &p) { p.renameLocation(location, other); }),
+                 .signature = "ss",
+                 .arguments = {location, other}},
+            },
+        .absent =
+            {
+                {.operation = "setValue",
+                 .run = onProxy<P>([=](P &p) { return p.setValue(key, 1.0); }),
+                 .empty = false},
+                {.operation = "getAllThresholdElements",
+                 .run = onProxy(&P::getAllThresholdElements),
+                 .empty = QString()},
+                {.operation = "getAttributes",
+                 .run = onProxy<P>([=](P &p) { return p.getAttributes(key); }),
+                 .empty = 0},
+                {.operation = "getMaxLocationDescriptionCharacterCount",
+                 .run = onProxy(&P::getMaxLocationDescriptionCharacterCount),
+                 .empty = 0},
+                {.operation = "getMaxLocationNameCharacterCount",
+                 .run = onProxy(&P::getMaxLocationNameCharacterCount),
+                 .empty = 0},
+                {.operation = "getMaxValue", .run = onProxy<P>([=](P &p) { return p.getMaxValue(key); }), .empty = 0.0},
+                {.operation = "getMinValue", .run = onProxy<P>([=](P &p) { return p.getMinValue(key); }), .empty = 0.0},
+                {.operation = "getThresholdElementsForLocation",
+                 .run = onProxy<P>([=](P &p) { return p.getThresholdElementsForLocation(location); }),
+                 .empty = QString()},
+                {.operation = "getValue", .run = onProxy<P>([=](P &p) { return p.getValue(key); }), .empty = 0.0},
+                {.operation = "getString",
+                 .run = onProxy<P>([=](P &p) { return p.getString(key); }),
+                 .empty = QString()},
+                {.operation = "getLocationNames", .run = onProxy(&P::getLocationNames), .empty = QStringList()},
+                {.operation = "getLocationDescription",
+                 .run = onProxy<P>([=](P &p) { return p.getLocationDescription(location); }),
+                 .empty = QString()},
+                {.operation = "isLocationEditable",
+                 .run = onProxy<P>([=](P &p) { return p.isLocationEditable(location); }),
+                 .empty = false},
+                {.operation = "size", .run = onProxy(&P::size), .empty = 0},
+                {.operation = "isChangeable", .run = onProxy(&P::isChangeable), .empty = false},
+                {.operation = "setLocationDescription",
+                 .run = onProxy<P>([=](P &p) { return p.setLocationDescription(location, QStringLiteral("d")); }),
+                 .empty = false},
+                {.operation = "setToDefault", .run = onProxy(&P::setToDefault), .empty = QVariant()},
+                {.operation = "createLocation",
+                 .run = onProxy<P>([=](P &p) { return p.createLocation(location, QStringLiteral("Hall B")); }),
+                 .empty = false},
+                {.operation = "deleteLocation",
+                 .run = onProxy<P>([=](P &p) { return p.deleteLocation(location); }),
+                 .empty = false},
+                {.operation = "renameLocation",
+                 .run = onProxy<P>([=](P &p) { return p.renameLocation(location, QStringLiteral("Hall B")); }),
+                 .empty = false},
+            },
+        .absentLog = LogCheck::Nothing,
+        .setToDefault = onProxy(&P::setToDefault),
+        .asyncs = {setToDefaultAsync},
+        .failingCall = {.operation = "getValue",
+                        .run = onProxy<P>([](P &p) { return p.getValue(QStringLiteral("k")); }),
+                        .signature = "s",
+                        .arguments = {QStringLiteral("k")}},
+    };
+}
 } // namespace
 
-class tst_SetupThresholdManagerInterface : public QObject, private ProxyFixture<SetupThresholdManagerInterface>
+class tst_SetupThresholdManagerInterface : public CompositeTest
 {
     Q_OBJECT
 
-private Q_SLOTS:
-    void init();
-    void cleanup();
+public:
+    tst_SetupThresholdManagerInterface()
+        : CompositeTest(thresholdManager())
+    {
+    }
 
-    void constructionMakesNoBusCallAndLogsNothing();
+private:
+    P &proxy() { return ProxyTableTest::proxy<P>(); }
+
+private Q_SLOTS:
+    void constructionForAnAbsentServiceLogsNothing();
     void everyConstructionKeepsTheOneDoubleListTypeAndRestoresItsMarshalling();
 
-    void sendsEachOperationWithItsWireForm_data();
-    void sendsEachOperationWithItsWireForm();
     void mapsEachReplyWithoutLogging_data();
     void mapsEachReplyWithoutLogging();
-    void givesInvalidDefaultRepliesAndLogsNothingWhenTheServiceIsAbsent_data();
-    void givesInvalidDefaultRepliesAndLogsNothingWhenTheServiceIsAbsent();
-
-    void setToDefaultWaitsForTheAnswerAndDropsIt();
-    void setToDefaultAsyncReturnsAtOnceWithoutWaiting();
-    void setToDefaultAsyncReturnsAtOnceWhenTheServiceIsAbsent();
 
     void metaObjectPlacesEachMethodAtItsIndex_data();
     void metaObjectPlacesEachMethodAtItsIndex();
@@ -122,21 +250,10 @@ private Q_SLOTS:
     void setupChangedOverloadsShareTheBusSignalByItsArguments();
 };
 
-void tst_SetupThresholdManagerInterface::init()
+void tst_SetupThresholdManagerInterface::constructionForAnAbsentServiceLogsNothing()
 {
-    startFakeAndProxy(path);
-}
-
-void tst_SetupThresholdManagerInterface::cleanup()
-{
-    stopFakeAndProxy();
-}
-
-void tst_SetupThresholdManagerInterface::constructionMakesNoBusCallAndLogsNothing()
-{
-    verifyConstructionContract<SetupThresholdManagerInterface>(*m_fake, path);
     verifyConstructionForAnAbsentService<SetupThresholdManagerInterface>(path);
-    QVERIFY(m_proxy->isValid());
+    QVERIFY(proxy().isValid());
 }
 
 void tst_SetupThresholdManagerInterface::everyConstructionKeepsTheOneDoubleListTypeAndRestoresItsMarshalling()
@@ -164,82 +281,6 @@ void tst_SetupThresholdManagerInterface::everyConstructionKeepsTheOneDoubleListT
     }
     QCOMPARE(DBusTypes::registerDoubleList(), id);
     QCOMPARE(log.lines(), QList<LogLine>());
-}
-
-void tst_SetupThresholdManagerInterface::sendsEachOperationWithItsWireForm_data()
-{
-    const QString key = QStringLiteral("Limits/Upper/3");
-    const QString location = QStringLiteral("Hall A");
-    const QString other = QStringLiteral("Hall B");
-
-    addOperationRows({
-        {.operation = "setValue",
-         .run = onProxy<P>([=](P &p) { p.setValue(key, 2.5); }),
-         .signature = "sd",
-         .arguments = {key, 2.5}},
-        {.operation = "getAllThresholdElements", .run = onProxy(&P::getAllThresholdElements)},
-        {.operation = "getAttributes",
-         .run = onProxy<P>([=](P &p) { p.getAttributes(key); }),
-         .signature = "s",
-         .arguments = {key}},
-        {.operation = "getMaxLocationDescriptionCharacterCount",
-         .run = onProxy(&P::getMaxLocationDescriptionCharacterCount)},
-        {.operation = "getMaxLocationNameCharacterCount", .run = onProxy(&P::getMaxLocationNameCharacterCount)},
-        {.operation = "getMaxValue",
-         .run = onProxy<P>([=](P &p) { p.getMaxValue(key); }),
-         .signature = "s",
-         .arguments = {key}},
-        {.operation = "getMinValue",
-         .run = onProxy<P>([=](P &p) { p.getMinValue(key); }),
-         .signature = "s",
-         .arguments = {key}},
-        {.operation = "getThresholdElementsForLocation",
-         .run = onProxy<P>([=](P &p) { p.getThresholdElementsForLocation(location); }),
-         .signature = "s",
-         .arguments = {location}},
-        {.operation = "getValue",
-         .run = onProxy<P>([=](P &p) { p.getValue(key); }),
-         .signature = "s",
-         .arguments = {key}},
-        {.operation = "getString",
-         .run = onProxy<P>([=](P &p) { p.getString(key); }),
-         .signature = "s",
-         .arguments = {key}},
-        {.operation = "getLocationNames", .run = onProxy(&P::getLocationNames)},
-        {.operation = "getLocationDescription",
-         .run = onProxy<P>([=](P &p) { p.getLocationDescription(location); }),
-         .signature = "s",
-         .arguments = {location}},
-        {.operation = "isLocationEditable",
-         .run = onProxy<P>([=](P &p) { p.isLocationEditable(location); }),
-         .signature = "s",
-         .arguments = {location}},
-        {.operation = "size", .run = onProxy(&P::size)},
-        {.operation = "isChangeable", .run = onProxy(&P::isChangeable)},
-        {.operation = "setLocationDescription",
-         .run = onProxy<P>([=](P &p) { p.setLocationDescription(location, QStringLiteral("north wall")); }),
-         .signature = "ss",
-         .arguments = {location, QStringLiteral("north wall")}},
-        {.operation = "setToDefault", .run = onProxy(&P::setToDefault)},
-        {.operation = "setToDefaultAsync", .run = onProxy(&P::setToDefaultAsync), .member = "setToDefault"},
-        {.operation = "createLocation",
-         .run = onProxy<P>([=](P &p) { p.createLocation(other, location); }),
-         .signature = "ss",
-         .arguments = {other, location}},
-        {.operation = "deleteLocation",
-         .run = onProxy<P>([=](P &p) { p.deleteLocation(other); }),
-         .signature = "s",
-         .arguments = {other}},
-        {.operation = "renameLocation",
-         .run = onProxy<P>([=](P &p) { p.renameLocation(location, other); }),
-         .signature = "ss",
-         .arguments = {location, other}},
-    });
-}
-
-void tst_SetupThresholdManagerInterface::sendsEachOperationWithItsWireForm()
-{
-    verifySentAsItsRow(*m_fake, *m_proxy);
 }
 
 void tst_SetupThresholdManagerInterface::mapsEachReplyWithoutLogging_data()
@@ -365,79 +406,7 @@ void tst_SetupThresholdManagerInterface::mapsEachReplyWithoutLogging_data()
 
 void tst_SetupThresholdManagerInterface::mapsEachReplyWithoutLogging()
 {
-    verifyMappedReply(*m_fake, *m_proxy);
-}
-
-void tst_SetupThresholdManagerInterface::givesInvalidDefaultRepliesAndLogsNothingWhenTheServiceIsAbsent_data()
-{
-    const QString key = QStringLiteral("k");
-    const QString location = QStringLiteral("Hall A");
-    addOperationRows({
-        {.operation = "setValue", .run = onProxy<P>([=](P &p) { return p.setValue(key, 1.0); }), .empty = false},
-        {.operation = "getAllThresholdElements", .run = onProxy(&P::getAllThresholdElements), .empty = QString()},
-        {.operation = "getAttributes", .run = onProxy<P>([=](P &p) { return p.getAttributes(key); }), .empty = 0},
-        {.operation = "getMaxLocationDescriptionCharacterCount",
-         .run = onProxy(&P::getMaxLocationDescriptionCharacterCount),
-         .empty = 0},
-        {.operation = "getMaxLocationNameCharacterCount",
-         .run = onProxy(&P::getMaxLocationNameCharacterCount),
-         .empty = 0},
-        {.operation = "getMaxValue", .run = onProxy<P>([=](P &p) { return p.getMaxValue(key); }), .empty = 0.0},
-        {.operation = "getMinValue", .run = onProxy<P>([=](P &p) { return p.getMinValue(key); }), .empty = 0.0},
-        {.operation = "getThresholdElementsForLocation",
-         .run = onProxy<P>([=](P &p) { return p.getThresholdElementsForLocation(location); }),
-         .empty = QString()},
-        {.operation = "getValue", .run = onProxy<P>([=](P &p) { return p.getValue(key); }), .empty = 0.0},
-        {.operation = "getString", .run = onProxy<P>([=](P &p) { return p.getString(key); }), .empty = QString()},
-        {.operation = "getLocationNames", .run = onProxy(&P::getLocationNames), .empty = QStringList()},
-        {.operation = "getLocationDescription",
-         .run = onProxy<P>([=](P &p) { return p.getLocationDescription(location); }),
-         .empty = QString()},
-        {.operation = "isLocationEditable",
-         .run = onProxy<P>([=](P &p) { return p.isLocationEditable(location); }),
-         .empty = false},
-        {.operation = "size", .run = onProxy(&P::size), .empty = 0},
-        {.operation = "isChangeable", .run = onProxy(&P::isChangeable), .empty = false},
-        {.operation = "setLocationDescription",
-         .run = onProxy<P>([=](P &p) { return p.setLocationDescription(location, QStringLiteral("d")); }),
-         .empty = false},
-        {.operation = "setToDefault", .run = onProxy(&P::setToDefault), .empty = QVariant()},
-        {.operation = "createLocation",
-         .run = onProxy<P>([=](P &p) { return p.createLocation(location, QStringLiteral("Hall B")); }),
-         .empty = false},
-        {.operation = "deleteLocation",
-         .run = onProxy<P>([=](P &p) { return p.deleteLocation(location); }),
-         .empty = false},
-        {.operation = "renameLocation",
-         .run = onProxy<P>([=](P &p) { return p.renameLocation(location, QStringLiteral("Hall B")); }),
-         .empty = false},
-    });
-}
-
-void tst_SetupThresholdManagerInterface::givesInvalidDefaultRepliesAndLogsNothingWhenTheServiceIsAbsent()
-{
-    verifyFailsWhenTheServiceIsAbsent(factoryOf<P>(), path, LogCheck::Nothing);
-}
-
-void tst_SetupThresholdManagerInterface::setToDefaultWaitsForTheAnswerAndDropsIt()
-{
-    verifySetToDefaultWaitsAndDropsTheAnswer(*m_fake, *m_proxy, failure, QStringLiteral("reset refused"));
-}
-
-void tst_SetupThresholdManagerInterface::setToDefaultAsyncReturnsAtOnceWithoutWaiting()
-{
-    verifyAsyncCallsReturnAtOnce(*m_fake, *m_proxy,
-                                 {.operation = "getValue",
-                                  .run = onProxy<P>([](P &p) { return p.getValue(QStringLiteral("k")); }),
-                                  .signature = "s",
-                                  .arguments = {QStringLiteral("k")}},
-                                 {setToDefaultAsync});
-}
-
-void tst_SetupThresholdManagerInterface::setToDefaultAsyncReturnsAtOnceWhenTheServiceIsAbsent()
-{
-    P absent(absentService(), path, QDBusConnection::sessionBus());
-    verifyAsyncCallsShowNothing(absent, {setToDefaultAsync});
+    verifyMappedReply(*m_fake, proxy());
 }
 
 void tst_SetupThresholdManagerInterface::metaObjectPlacesEachMethodAtItsIndex_data()
@@ -452,7 +421,7 @@ void tst_SetupThresholdManagerInterface::metaObjectPlacesEachMethodAtItsIndex()
 
 void tst_SetupThresholdManagerInterface::metaObjectListsSignalsThenSlotsInDeclarationOrder()
 {
-    verifyOwnMethods(*m_proxy, signalSignatures, slotSignatures);
+    verifyOwnMethods(proxy(), signalSignatures, slotSignatures);
     const QMetaObject &meta = SetupThresholdManagerInterface::staticMetaObject;
     QCOMPARE(meta.methodCount() - meta.methodOffset(), 25);
     QCOMPARE(ownMethodSignatures(meta, QMetaMethod::Slot).size(), 21);
@@ -460,8 +429,8 @@ void tst_SetupThresholdManagerInterface::metaObjectListsSignalsThenSlotsInDeclar
 
 void tst_SetupThresholdManagerInterface::metaCastKnowsTheClassAndLeavesTheRestToTheBase()
 {
-    verifyMetaCast(*m_proxy, "SetupThresholdManagerInterface");
-    QCOMPARE(m_proxy->qt_metacast("StorageElemsMapInterface"), nullptr);
+    verifyMetaCast(proxy(), "SetupThresholdManagerInterface");
+    QCOMPARE(proxy().qt_metacast("StorageElemsMapInterface"), nullptr);
 }
 
 void tst_SetupThresholdManagerInterface::keepsServiceAndPathBesideTheBase()
@@ -476,25 +445,25 @@ void tst_SetupThresholdManagerInterface::invokingSlotsByNameGivesTheDirectResult
     m_fake->answer("getLocationNames", ScriptedAnswer::value(QStringList{QStringLiteral("Hall A")}));
 
     QDBusReply<double> value;
-    QVERIFY(QMetaObject::invokeMethod(m_proxy.get(), "getValue", Qt::DirectConnection,
+    QVERIFY(QMetaObject::invokeMethod(&proxy(), "getValue", Qt::DirectConnection,
                                       Q_RETURN_ARG(QDBusReply<double>, value), Q_ARG(QString, QStringLiteral("k"))));
     QVERIFY(value.isValid());
-    QCOMPARE(value.value(), m_proxy->getValue(QStringLiteral("k")).value());
+    QCOMPARE(value.value(), proxy().getValue(QStringLiteral("k")).value());
     QCOMPARE(value.value(), 4.5);
 
     QDBusReply<bool> accepted;
-    QVERIFY(QMetaObject::invokeMethod(m_proxy.get(), "setValue", Qt::DirectConnection,
+    QVERIFY(QMetaObject::invokeMethod(&proxy(), "setValue", Qt::DirectConnection,
                                       Q_RETURN_ARG(QDBusReply<bool>, accepted), Q_ARG(QString, QStringLiteral("k")),
                                       Q_ARG(double, 6.0)));
     QCOMPARE(accepted.value(), true);
     QCOMPARE(m_fake->calls().last().arguments, QList<QVariant>({QStringLiteral("k"), 6.0}));
 
     QDBusReply<QStringList> names;
-    QVERIFY(QMetaObject::invokeMethod(m_proxy.get(), "getLocationNames", Qt::DirectConnection,
+    QVERIFY(QMetaObject::invokeMethod(&proxy(), "getLocationNames", Qt::DirectConnection,
                                       Q_RETURN_ARG(QDBusReply<QStringList>, names)));
     QCOMPARE(names.value(), QStringList{QStringLiteral("Hall A")});
 
-    QVERIFY(QMetaObject::invokeMethod(m_proxy.get(), "setToDefaultAsync", Qt::DirectConnection));
+    QVERIFY(QMetaObject::invokeMethod(&proxy(), "setToDefaultAsync", Qt::DirectConnection));
     QVERIFY(m_fake->waitForCalls(5));
     QCOMPARE(m_fake->calls().last().member, QStringLiteral("setToDefault"));
 }
@@ -541,31 +510,31 @@ void tst_SetupThresholdManagerInterface::overriddenVirtualGettersAreWhatTheMetaO
 
 void tst_SetupThresholdManagerInterface::relaysLocationNameChanged()
 {
-    verifySignalRelay(*m_proxy, *m_fake, SIGNAL(locationNameChanged(QString, QString)), "locationNameChanged",
+    verifySignalRelay(proxy(), *m_fake, SIGNAL(locationNameChanged(QString, QString)), "locationNameChanged",
                       {QStringLiteral("Hall A"), QStringLiteral("Hall C")});
 }
 
 void tst_SetupThresholdManagerInterface::relaysLocationsChanged()
 {
-    verifySignalRelay(*m_proxy, *m_fake, SIGNAL(locationsChanged()), "locationsChanged", {});
+    verifySignalRelay(proxy(), *m_fake, SIGNAL(locationsChanged()), "locationsChanged", {});
 }
 
 void tst_SetupThresholdManagerInterface::relaysSetupChangedWithoutArguments()
 {
-    verifySignalRelay(*m_proxy, *m_fake, SIGNAL(setupChanged()), "setupChanged", {});
+    verifySignalRelay(proxy(), *m_fake, SIGNAL(setupChanged()), "setupChanged", {});
 }
 
 void tst_SetupThresholdManagerInterface::relaysSetupChangedWithKeyAndValue()
 {
-    verifySignalRelay(*m_proxy, *m_fake, SIGNAL(setupChanged(QString, double)), "setupChanged",
+    verifySignalRelay(proxy(), *m_fake, SIGNAL(setupChanged(QString, double)), "setupChanged",
                       {QStringLiteral("Limits/Upper/3"), 7.5});
 }
 
 void tst_SetupThresholdManagerInterface::setupChangedOverloadsShareTheBusSignalByItsArguments()
 {
-    QSignalSpy plain(m_proxy.get(), SIGNAL(setupChanged()));
-    QSignalSpy keyed(m_proxy.get(), SIGNAL(setupChanged(QString, double)));
-    syncWithBus(m_proxy->connection());
+    QSignalSpy plain(&proxy(), SIGNAL(setupChanged()));
+    QSignalSpy keyed(&proxy(), SIGNAL(setupChanged(QString, double)));
+    syncWithBus(proxy().connection());
 
     m_fake->emitSignal(path, "setupChanged", {});
     m_fake->emitSignal(path, "setupChanged", {QStringLiteral("k"), 1.25});
