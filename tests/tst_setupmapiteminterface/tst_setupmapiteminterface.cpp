@@ -1,7 +1,7 @@
 #include "SetupMapItemInterface.h"
 
+#include "CompositeTest.h"
 #include "DBusTypes.h"
-#include "ProxyTestSupport.h"
 
 #include <QDBusArgument>
 #include <QDBusConnection>
@@ -42,108 +42,111 @@ const QList<OperationRow> asyncCalls{
      .wireArguments = {"s \"ch1\"", "v(i 3)"}},
     {.operation = "setToDefaultAsync", .run = onProxy(&P::setToDefaultAsync), .member = "setToDefault"},
 };
+CompositeClass mapItem()
+{
+
+    return {
+        .className = "SetupMapItemInterface",
+        .path = path,
+        .make = factoryOf<P>(),
+        .sent =
+            {
+                {.operation = "setValue int",
+                 .run = onProxy<P>([](P &p) { return p.setValue("ch1", QVariant(5)); }),
+                 .member = "setValue",
+                 .signature = "sv",
+                 .wireArguments = {"s \"ch1\"", "v(i 5)"}},
+                {.operation = "setValue string",
+                 .run = onProxy<P>([](P &p) { return p.setValue("ch2", QVariant(QStringLiteral("Left"))); }),
+                 .member = "setValue",
+                 .signature = "sv",
+                 .wireArguments = {"s \"ch2\"", "v(s \"Left\")"}},
+                {.operation = "setValue list",
+                 .run = onProxy<P>([](P &p) { return p.setValue("ch3", QVariantList() << 1); }),
+                 .member = "setValue",
+                 .signature = "sv",
+                 .wireArguments = {"s \"ch3\"", "v(av [v(i 1)])"}},
+                {.operation = "setValueAsync",
+                 .run = onProxy<P>([](P &p) { p.setValueAsync("ch4", QVariant(true)); }),
+                 .member = "setValue",
+                 .signature = "sv",
+                 .wireArguments = {"s \"ch4\"", "v(b true)"}},
+                {.operation = "getAllKeys", .run = onProxy(&P::getAllKeys)},
+                {.operation = "isKeyAvailable",
+                 .run = onProxy<P>([](P &p) { return p.isKeyAvailable("ch1"); }),
+                 .signature = "s",
+                 .wireArguments = {"s \"ch1\""}},
+                {.operation = "isChangeable", .run = onProxy(&P::isChangeable)},
+                {.operation = "getValue",
+                 .run = onProxy<P>([](P &p) { return p.getValue("ch1"); }),
+                 .signature = "s",
+                 .wireArguments = {"s \"ch1\""}},
+                {.operation = "getBaseElement", .run = onProxy(&P::getBaseElement)},
+                {.operation = "getString", .run = onProxy(&P::getString)},
+                {.operation = "size", .run = onProxy(&P::size)},
+                {.operation = "removeItem",
+                 .run = onProxy<P>([](P &p) { return p.removeItem("ch9"); }),
+                 .signature = "s",
+                 .wireArguments = {"s \"ch9\""}},
+                {.operation = "setToDefault", .run = onProxy(&P::setToDefault)},
+                {.operation = "setToDefaultAsync", .run = onProxy(&P::setToDefaultAsync), .member = "setToDefault"},
+            },
+        .absent =
+            {
+                {.operation = "setValue",
+                 .run = onProxy<P>([](P &p) { return p.setValue("k", QVariant(1)); }),
+                 .empty = false},
+                {.operation = "getAllKeys", .run = onProxy(&P::getAllKeys), .empty = QStringList()},
+                {.operation = "isKeyAvailable",
+                 .run = onProxy<P>([](P &p) { return p.isKeyAvailable("k"); }),
+                 .empty = false},
+                {.operation = "isChangeable", .run = onProxy(&P::isChangeable), .empty = false},
+                {.operation = "getValue", .run = onProxy<P>([](P &p) { return p.getValue("k"); }), .empty = QVariant()},
+                {.operation = "getBaseElement", .run = onProxy(&P::getBaseElement), .empty = QVariant()},
+                {.operation = "getString", .run = onProxy(&P::getString), .empty = QString()},
+                {.operation = "size", .run = onProxy(&P::size), .empty = 0},
+                {.operation = "removeItem", .run = onProxy<P>([](P &p) { return p.removeItem("k"); }), .empty = 0},
+                {.operation = "setToDefault", .run = onProxy(&P::setToDefault), .empty = QVariant()},
+            },
+        .checkedGetters = checkedGetters(),
+        .loggedErrors = {{"error", "no such key", "\"no such key\""},
+                         {"error with quotes", "key \"ch1\" unknown", "\"key \\\"ch1\\\" unknown\""}},
+        .setToDefault = onProxy(&P::setToDefault),
+        .asyncs = asyncCalls,
+        .failingCall = {.operation = "size", .run = onProxy(&P::size)},
+    };
+}
 } // namespace
 
-class tst_SetupMapItemInterface : public QObject, private ProxyFixture<SetupMapItemInterface>
+class tst_SetupMapItemInterface : public CompositeTest
 {
     Q_OBJECT
 
-private Q_SLOTS:
-    void init();
-    void cleanup();
+public:
+    tst_SetupMapItemInterface()
+        : CompositeTest(mapItem())
+    {
+    }
 
-    void constructionPassesItsArgumentsOnAndSendsNothing();
-    void sendsEachOperationWithItsWireForm_data();
-    void sendsEachOperationWithItsWireForm();
+private:
+    P &proxy() { return ProxyTableTest::proxy<P>(); }
+
+private Q_SLOTS:
     void mapsEachReply_data();
     void mapsEachReply();
-    void givesInvalidRepliesWhenTheServiceIsAbsent_data();
-    void givesInvalidRepliesWhenTheServiceIsAbsent();
 
     void variantGettersReturnTheValueInsideTheVariant_data();
     void variantGettersReturnTheValueInsideTheVariant();
     void variantGettersLeaveAMapValueAsAnArgument();
-    void variantGettersLogOneLinePerFailure_data();
-    void variantGettersLogOneLinePerFailure();
-    void variantGettersLogOneLineWhenTheServiceIsAbsent_data();
-    void variantGettersLogOneLineWhenTheServiceIsAbsent();
     void plainOperationsLogNothingOnFailure();
 
     void removeItemAnswersAnIntNotABool();
-    void setToDefaultWaitsForTheAnswerAndDropsIt();
-    void asyncOperationsReturnAtOnceAndLeaveLastErrorAlone();
-    void asyncSetterToAnAbsentServiceReturnsAtOnceAndLogsNothing();
 
     void metaObjectListsSignalsThenSlotsInDeclarationOrder();
     void metaCastKnowsTheClassAndLeavesTheRestToTheBase();
     void invokingSlotsByNameGivesTheDirectResult();
     void relaysSetupChangedOfItsOwnObjectOnly();
 };
-
-void tst_SetupMapItemInterface::init()
-{
-    startFakeAndProxy(path);
-}
-
-void tst_SetupMapItemInterface::cleanup()
-{
-    stopFakeAndProxy();
-}
-
-void tst_SetupMapItemInterface::constructionPassesItsArgumentsOnAndSendsNothing()
-{
-    verifyConstructionContract<SetupMapItemInterface>(*m_fake, path);
-}
-
-void tst_SetupMapItemInterface::sendsEachOperationWithItsWireForm_data()
-{
-    addOperationRows({
-        {.operation = "setValue int",
-         .run = onProxy<P>([](P &p) { return p.setValue("ch1", QVariant(5)); }),
-         .member = "setValue",
-         .signature = "sv",
-         .wireArguments = {"s \"ch1\"", "v(i 5)"}},
-        {.operation = "setValue string",
-         .run = onProxy<P>([](P &p) { return p.setValue("ch2", QVariant(QStringLiteral("Left"))); }),
-         .member = "setValue",
-         .signature = "sv",
-         .wireArguments = {"s \"ch2\"", "v(s \"Left\")"}},
-        {.operation = "setValue list",
-         .run = onProxy<P>([](P &p) { return p.setValue("ch3", QVariantList() << 1); }),
-         .member = "setValue",
-         .signature = "sv",
-         .wireArguments = {"s \"ch3\"", "v(av [v(i 1)])"}},
-        {.operation = "setValueAsync",
-         .run = onProxy<P>([](P &p) { p.setValueAsync("ch4", QVariant(true)); }),
-         .member = "setValue",
-         .signature = "sv",
-         .wireArguments = {"s \"ch4\"", "v(b true)"}},
-        {.operation = "getAllKeys", .run = onProxy(&P::getAllKeys)},
-        {.operation = "isKeyAvailable",
-         .run = onProxy<P>([](P &p) { return p.isKeyAvailable("ch1"); }),
-         .signature = "s",
-         .wireArguments = {"s \"ch1\""}},
-        {.operation = "isChangeable", .run = onProxy(&P::isChangeable)},
-        {.operation = "getValue",
-         .run = onProxy<P>([](P &p) { return p.getValue("ch1"); }),
-         .signature = "s",
-         .wireArguments = {"s \"ch1\""}},
-        {.operation = "getBaseElement", .run = onProxy(&P::getBaseElement)},
-        {.operation = "getString", .run = onProxy(&P::getString)},
-        {.operation = "size", .run = onProxy(&P::size)},
-        {.operation = "removeItem",
-         .run = onProxy<P>([](P &p) { return p.removeItem("ch9"); }),
-         .signature = "s",
-         .wireArguments = {"s \"ch9\""}},
-        {.operation = "setToDefault", .run = onProxy(&P::setToDefault)},
-        {.operation = "setToDefaultAsync", .run = onProxy(&P::setToDefaultAsync), .member = "setToDefault"},
-    });
-}
-
-void tst_SetupMapItemInterface::sendsEachOperationWithItsWireForm()
-{
-    verifySentAsItsRow(*m_fake, *m_proxy);
-}
 
 void tst_SetupMapItemInterface::mapsEachReply_data()
 {
@@ -209,28 +212,7 @@ void tst_SetupMapItemInterface::mapsEachReply_data()
 
 void tst_SetupMapItemInterface::mapsEachReply()
 {
-    verifyMappedReply(*m_fake, *m_proxy);
-}
-
-void tst_SetupMapItemInterface::givesInvalidRepliesWhenTheServiceIsAbsent_data()
-{
-    addOperationRows({
-        {.operation = "setValue", .run = onProxy<P>([](P &p) { return p.setValue("k", QVariant(1)); }), .empty = false},
-        {.operation = "getAllKeys", .run = onProxy(&P::getAllKeys), .empty = QStringList()},
-        {.operation = "isKeyAvailable", .run = onProxy<P>([](P &p) { return p.isKeyAvailable("k"); }), .empty = false},
-        {.operation = "isChangeable", .run = onProxy(&P::isChangeable), .empty = false},
-        {.operation = "getValue", .run = onProxy<P>([](P &p) { return p.getValue("k"); }), .empty = QVariant()},
-        {.operation = "getBaseElement", .run = onProxy(&P::getBaseElement), .empty = QVariant()},
-        {.operation = "getString", .run = onProxy(&P::getString), .empty = QString()},
-        {.operation = "size", .run = onProxy(&P::size), .empty = 0},
-        {.operation = "removeItem", .run = onProxy<P>([](P &p) { return p.removeItem("k"); }), .empty = 0},
-        {.operation = "setToDefault", .run = onProxy(&P::setToDefault), .empty = QVariant()},
-    });
-}
-
-void tst_SetupMapItemInterface::givesInvalidRepliesWhenTheServiceIsAbsent()
-{
-    verifyFailsWhenTheServiceIsAbsent(factoryOf<P>(), path);
+    verifyMappedReply(*m_fake, proxy());
 }
 
 void tst_SetupMapItemInterface::variantGettersReturnTheValueInsideTheVariant_data()
@@ -257,7 +239,7 @@ void tst_SetupMapItemInterface::variantGettersReturnTheValueInsideTheVariant()
 
     m_fake->answer(member, ScriptedAnswer::value(wrappedValue(value)));
 
-    const QVariant received = getter(*m_proxy).value;
+    const QVariant received = getter(proxy()).value;
 
     QCOMPARE(received.userType(), value.userType());
     QCOMPARE(received, value);
@@ -271,7 +253,7 @@ void tst_SetupMapItemInterface::variantGettersLeaveAMapValueAsAnArgument()
     m_fake->answer("getValue", ScriptedAnswer::value(wrappedValue(QVariant(entry))));
     m_fake->answer("getBaseElement", ScriptedAnswer::value(wrappedValue(QVariant(entry))));
 
-    for (const QVariant &value : {m_proxy->getValue("ch1"), m_proxy->getBaseElement()}) {
+    for (const QVariant &value : {proxy().getValue("ch1"), proxy().getBaseElement()}) {
         QCOMPARE(value.userType(), qMetaTypeId<QDBusArgument>());
         const QDBusArgument argument = qvariant_cast<QDBusArgument>(value);
         QCOMPARE(argument.currentSignature(), QStringLiteral("a{sv}"));
@@ -280,28 +262,6 @@ void tst_SetupMapItemInterface::variantGettersLeaveAMapValueAsAnArgument()
         DBusTypes::readSettingsMap(argument, read);
         QCOMPARE(read, entry);
     }
-}
-
-void tst_SetupMapItemInterface::variantGettersLogOneLinePerFailure_data()
-{
-    addLoggedFailureRows(checkedGetters(),
-                         {{"error", "no such key", "\"no such key\""},
-                          {"error with quotes", "key \"ch1\" unknown", "\"key \\\"ch1\\\" unknown\""}});
-}
-
-void tst_SetupMapItemInterface::variantGettersLogOneLinePerFailure()
-{
-    verifyLoggedFailure(*m_fake, *m_proxy);
-}
-
-void tst_SetupMapItemInterface::variantGettersLogOneLineWhenTheServiceIsAbsent_data()
-{
-    addOperationRows(checkedGetters());
-}
-
-void tst_SetupMapItemInterface::variantGettersLogOneLineWhenTheServiceIsAbsent()
-{
-    verifyLoggedFailureWhenTheServiceIsAbsent(factoryOf<P>(), path);
 }
 
 void tst_SetupMapItemInterface::plainOperationsLogNothingOnFailure()
@@ -325,38 +285,22 @@ void tst_SetupMapItemInterface::removeItemAnswersAnIntNotABool()
     m_fake->answer("removeItem", ScriptedAnswer::value(2));
     m_fake->answer("isKeyAvailable", ScriptedAnswer::value(2));
 
-    const QDBusReply<int> removed = m_proxy->removeItem("ch1");
+    const QDBusReply<int> removed = proxy().removeItem("ch1");
     QVERIFY(removed.isValid());
     QCOMPARE(removed.value(), 2);
     // The same int is a wrong type for the key query, which answers a bool.
-    QVERIFY(!m_proxy->isKeyAvailable("ch1").isValid());
+    QVERIFY(!proxy().isKeyAvailable("ch1").isValid());
 
     m_fake->answer("removeItem", ScriptedAnswer::value(true));
-    const QDBusReply<int> fromBool = m_proxy->removeItem("ch1");
+    const QDBusReply<int> fromBool = proxy().removeItem("ch1");
     QVERIFY(!fromBool.isValid());
     QCOMPARE(fromBool.value(), 0);
     QCOMPARE(fromBool.error().type(), QDBusError::InvalidSignature);
 }
 
-void tst_SetupMapItemInterface::setToDefaultWaitsForTheAnswerAndDropsIt()
-{
-    verifySetToDefaultWaitsAndDropsTheAnswer(*m_fake, *m_proxy, failure, QStringLiteral("locked"));
-}
-
-void tst_SetupMapItemInterface::asyncOperationsReturnAtOnceAndLeaveLastErrorAlone()
-{
-    verifyAsyncCallsReturnAtOnce(*m_fake, *m_proxy, {.operation = "size", .run = onProxy(&P::size)}, asyncCalls);
-}
-
-void tst_SetupMapItemInterface::asyncSetterToAnAbsentServiceReturnsAtOnceAndLogsNothing()
-{
-    P absent(absentService(), path, QDBusConnection::sessionBus());
-    verifyAsyncCallsShowNothing(absent, asyncCalls);
-}
-
 void tst_SetupMapItemInterface::metaObjectListsSignalsThenSlotsInDeclarationOrder()
 {
-    verifyOwnMethods(*m_proxy, {"setupChanged()"},
+    verifyOwnMethods(proxy(), {"setupChanged()"},
                      {"setValue(QString,QVariant)", "setValueAsync(QString,QVariant)", "getAllKeys()",
                       "isKeyAvailable(QString)", "isChangeable()", "getValue(QString)", "getBaseElement()",
                       "getString()", "size()", "removeItem(QString)", "setToDefault()", "setToDefaultAsync()"});
@@ -366,8 +310,8 @@ void tst_SetupMapItemInterface::metaObjectListsSignalsThenSlotsInDeclarationOrde
 
 void tst_SetupMapItemInterface::metaCastKnowsTheClassAndLeavesTheRestToTheBase()
 {
-    verifyMetaCast(*m_proxy, "SetupMapItemInterface");
-    QCOMPARE(m_proxy->qt_metacast("SetupArrayItemInterface"), nullptr);
+    verifyMetaCast(proxy(), "SetupMapItemInterface");
+    QCOMPARE(proxy().qt_metacast("SetupArrayItemInterface"), nullptr);
 }
 
 void tst_SetupMapItemInterface::invokingSlotsByNameGivesTheDirectResult()
@@ -376,13 +320,13 @@ void tst_SetupMapItemInterface::invokingSlotsByNameGivesTheDirectResult()
     m_fake->answer("removeItem", ScriptedAnswer::value(1));
 
     QVariant value;
-    QVERIFY(QMetaObject::invokeMethod(m_proxy.get(), "getValue", Qt::DirectConnection, Q_RETURN_ARG(QVariant, value),
+    QVERIFY(QMetaObject::invokeMethod(&proxy(), "getValue", Qt::DirectConnection, Q_RETURN_ARG(QVariant, value),
                                       Q_ARG(QString, QStringLiteral("ch1"))));
-    QCOMPARE(value, m_proxy->getValue("ch1"));
+    QCOMPARE(value, proxy().getValue("ch1"));
     QCOMPARE(value, QVariant(11));
 
     QDBusReply<int> removed;
-    QVERIFY(QMetaObject::invokeMethod(m_proxy.get(), "removeItem", Qt::DirectConnection,
+    QVERIFY(QMetaObject::invokeMethod(&proxy(), "removeItem", Qt::DirectConnection,
                                       Q_RETURN_ARG(QDBusReply<int>, removed), Q_ARG(QString, QStringLiteral("ch1"))));
     QVERIFY(removed.isValid());
     QCOMPARE(removed.value(), 1);
@@ -390,7 +334,7 @@ void tst_SetupMapItemInterface::invokingSlotsByNameGivesTheDirectResult()
 
 void tst_SetupMapItemInterface::relaysSetupChangedOfItsOwnObjectOnly()
 {
-    verifySignalRelay(*m_proxy, *m_fake, SIGNAL(setupChanged()), "setupChanged", {});
+    verifySignalRelay(proxy(), *m_fake, SIGNAL(setupChanged()), "setupChanged", {});
 }
 
 QTEST_GUILESS_MAIN(tst_SetupMapItemInterface)
