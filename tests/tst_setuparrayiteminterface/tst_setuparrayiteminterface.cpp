@@ -1,7 +1,7 @@
 #include "SetupArrayItemInterface.h"
 
+#include "CompositeTest.h"
 #include "DBusTypes.h"
-#include "ProxyTestSupport.h"
 
 #include <QDBusArgument>
 #include <QDBusConnection>
@@ -23,8 +23,10 @@ Seen listOutcome(const QVariantList &list)
 /// The one checked operation: an empty list and one line on any failure.
 const OperationRow checkedGetValue{.operation = "getValue",
                                    .run = onProxy<P>([](P &p) { return QVariant(p.getValue(3, 9)); }),
+                                   .wrongType = QStringList{QStringLiteral("a")},
                                    .empty = QVariant(QVariantList()),
-                                   .report = "SetupArrayItemInterface::getValue(): "};
+                                   .report = "SetupArrayItemInterface::getValue(): ",
+                                   .typeError = replyTypeError<QVariantList>(QStringList{QStringLiteral("a")})};
 
 const QList<OperationRow> asyncCalls{
     {.operation = "setValueAsync",
@@ -34,111 +36,112 @@ const QList<OperationRow> asyncCalls{
      .wireArguments = {"v(i 4)", "i 0", "i 1"}},
     {.operation = "setToDefaultAsync", .run = onProxy(&P::setToDefaultAsync), .member = "setToDefault"},
 };
+CompositeClass arrayItem()
+{
+
+    return {
+        .className = "SetupArrayItemInterface",
+        .path = path,
+        .make = factoryOf<P>(),
+        .sent =
+            {
+                {.operation = "setValue range, int",
+                 .run = onProxy<P>([](P &p) { p.setValue(QVariant(5), 0, 3); }),
+                 .member = "setValue",
+                 .signature = "vii",
+                 .wireArguments = {"v(i 5)", "i 0", "i 3"}},
+                {.operation = "setValue range, string",
+                 .run = onProxy<P>([](P &p) { p.setValue(QVariant(QStringLiteral("on")), 2, 2); }),
+                 .member = "setValue",
+                 .signature = "vii",
+                 .wireArguments = {"v(s \"on\")", "i 2", "i 2"}},
+                {.operation = "setValue range, negative bounds passed through",
+                 .run = onProxy<P>([](P &p) { p.setValue(QVariant(2.5), -1, 7); }),
+                 .member = "setValue",
+                 .signature = "vii",
+                 .wireArguments = {"v(d 2.5)", "i -1", "i 7"}},
+                {.operation = "setValue list",
+                 .run = onProxy<P>([](P &p) { p.setValue(QVariantList() << 1 << 2); }),
+                 .member = "setValue",
+                 .signature = "av",
+                 .wireArguments = {"av [v(i 1), v(i 2)]"}},
+                {.operation = "setValue mixed list",
+                 .run = onProxy<P>([](P &p) { p.setValue(QVariantList() << true << QStringLiteral("x") << 0.5); }),
+                 .member = "setValue",
+                 .signature = "av",
+                 .wireArguments = {"av [v(b true), v(s \"x\"), v(d 0.5)]"}},
+                {.operation = "setValue empty list",
+                 .run = onProxy<P>([](P &p) { p.setValue(QVariantList()); }),
+                 .member = "setValue",
+                 .signature = "av",
+                 .wireArguments = {"av []"}},
+                {.operation = "getValue",
+                 .run = onProxy<P>([](P &p) { p.getValue(1, 4); }),
+                 .signature = "ii",
+                 .wireArguments = {"i 1", "i 4"}},
+                {.operation = "getString", .run = onProxy(&P::getString)},
+                {.operation = "size", .run = onProxy(&P::size)},
+                {.operation = "setValueAsync",
+                 .run = onProxy<P>([](P &p) { p.setValueAsync(QVariant(9), 3, 5); }),
+                 .member = "setValue",
+                 .signature = "vii",
+                 .wireArguments = {"v(i 9)", "i 3", "i 5"}},
+                {.operation = "isChangeable", .run = onProxy(&P::isChangeable)},
+                {.operation = "setToDefault", .run = onProxy(&P::setToDefault)},
+                {.operation = "setToDefaultAsync", .run = onProxy(&P::setToDefaultAsync), .member = "setToDefault"},
+            },
+        .absent =
+            {
+                {.operation = "setValue range",
+                 .run = onProxy<P>([](P &p) { return p.setValue(QVariant(1), 0, 0); }),
+                 .empty = false},
+                {.operation = "setValue list",
+                 .run = onProxy<P>([](P &p) { return p.setValue(QVariantList() << 1); }),
+                 .empty = false},
+                {.operation = "getValue",
+                 .run = onProxy<P>([](P &p) { return p.getValue(0, 0); }),
+                 .empty = QVariantList()},
+                {.operation = "getString", .run = onProxy(&P::getString), .empty = QString()},
+                {.operation = "size", .run = onProxy(&P::size), .empty = 0},
+                {.operation = "isChangeable", .run = onProxy(&P::isChangeable), .empty = false},
+                {.operation = "setToDefault", .run = onProxy(&P::setToDefault), .empty = QVariant()},
+            },
+        .checkedGetters = {checkedGetValue},
+        .loggedErrors = {{"error", "index out of range", "\"index out of range\""},
+                         {"error with quotes", "no \"row\" here", "\"no \\\"row\\\" here\""}},
+        .setToDefault = onProxy(&P::setToDefault),
+        .asyncs = asyncCalls,
+        .failingCall = {.operation = "size", .run = onProxy(&P::size)},
+    };
+}
 } // namespace
 
-class tst_SetupArrayItemInterface : public QObject, private ProxyFixture<SetupArrayItemInterface>
+class tst_SetupArrayItemInterface : public CompositeTest
 {
     Q_OBJECT
 
-private Q_SLOTS:
-    void init();
-    void cleanup();
+public:
+    tst_SetupArrayItemInterface()
+        : CompositeTest(arrayItem())
+    {
+    }
 
-    void constructionPassesItsArgumentsOnAndSendsNothing();
-    void sendsEachOperationWithItsWireForm_data();
-    void sendsEachOperationWithItsWireForm();
+private:
+    P &proxy() { return ProxyTableTest::proxy<P>(); }
+
+private Q_SLOTS:
     void mapsEachReply_data();
     void mapsEachReply();
-    void givesInvalidRepliesWhenTheServiceIsAbsent_data();
-    void givesInvalidRepliesWhenTheServiceIsAbsent();
 
     void getValueReturnsTheElementsUnwrapped();
     void getValueLeavesStructuredElementsAsArguments();
-    void getValueLogsOneLineOnAnErrorReply();
-    void getValueLogsOneLineForAWrongTypedReply();
-    void getValueLogsOneLineWhenTheServiceIsAbsent();
-    void getValueQuotesAndEscapesTheErrorMessage();
     void plainOperationsLogNothingOnFailure();
-
-    void setToDefaultWaitsForTheAnswerAndDropsIt();
-    void asyncOperationsReturnAtOnceAndLeaveLastErrorAlone();
-    void asyncSetterToAnAbsentServiceLogsNothing();
 
     void metaObjectListsSignalsThenSlotsInDeclarationOrder();
     void metaCastKnowsTheClassAndLeavesTheRestToTheBase();
     void invokingSlotsByNameGivesTheDirectResult();
     void relaysSetupChangedOfItsOwnObjectOnly();
 };
-
-void tst_SetupArrayItemInterface::init()
-{
-    startFakeAndProxy(path);
-}
-
-void tst_SetupArrayItemInterface::cleanup()
-{
-    stopFakeAndProxy();
-}
-
-void tst_SetupArrayItemInterface::constructionPassesItsArgumentsOnAndSendsNothing()
-{
-    verifyConstructionContract<SetupArrayItemInterface>(*m_fake, path);
-}
-
-void tst_SetupArrayItemInterface::sendsEachOperationWithItsWireForm_data()
-{
-    addOperationRows({
-        {.operation = "setValue range, int",
-         .run = onProxy<P>([](P &p) { p.setValue(QVariant(5), 0, 3); }),
-         .member = "setValue",
-         .signature = "vii",
-         .wireArguments = {"v(i 5)", "i 0", "i 3"}},
-        {.operation = "setValue range, string",
-         .run = onProxy<P>([](P &p) { p.setValue(QVariant(QStringLiteral("on")), 2, 2); }),
-         .member = "setValue",
-         .signature = "vii",
-         .wireArguments = {"v(s \"on\")", "i 2", "i 2"}},
-        {.operation = "setValue range, negative bounds passed through",
-         .run = onProxy<P>([](P &p) { p.setValue(QVariant(2.5), -1, 7); }),
-         .member = "setValue",
-         .signature = "vii",
-         .wireArguments = {"v(d 2.5)", "i -1", "i 7"}},
-        {.operation = "setValue list",
-         .run = onProxy<P>([](P &p) { p.setValue(QVariantList() << 1 << 2); }),
-         .member = "setValue",
-         .signature = "av",
-         .wireArguments = {"av [v(i 1), v(i 2)]"}},
-        {.operation = "setValue mixed list",
-         .run = onProxy<P>([](P &p) { p.setValue(QVariantList() << true << QStringLiteral("x") << 0.5); }),
-         .member = "setValue",
-         .signature = "av",
-         .wireArguments = {"av [v(b true), v(s \"x\"), v(d 0.5)]"}},
-        {.operation = "setValue empty list",
-         .run = onProxy<P>([](P &p) { p.setValue(QVariantList()); }),
-         .member = "setValue",
-         .signature = "av",
-         .wireArguments = {"av []"}},
-        {.operation = "getValue",
-         .run = onProxy<P>([](P &p) { p.getValue(1, 4); }),
-         .signature = "ii",
-         .wireArguments = {"i 1", "i 4"}},
-        {.operation = "getString", .run = onProxy(&P::getString)},
-        {.operation = "size", .run = onProxy(&P::size)},
-        {.operation = "setValueAsync",
-         .run = onProxy<P>([](P &p) { p.setValueAsync(QVariant(9), 3, 5); }),
-         .member = "setValue",
-         .signature = "vii",
-         .wireArguments = {"v(i 9)", "i 3", "i 5"}},
-        {.operation = "isChangeable", .run = onProxy(&P::isChangeable)},
-        {.operation = "setToDefault", .run = onProxy(&P::setToDefault)},
-        {.operation = "setToDefaultAsync", .run = onProxy(&P::setToDefaultAsync), .member = "setToDefault"},
-    });
-}
-
-void tst_SetupArrayItemInterface::sendsEachOperationWithItsWireForm()
-{
-    verifySentAsItsRow(*m_fake, *m_proxy);
-}
 
 void tst_SetupArrayItemInterface::mapsEachReply_data()
 {
@@ -187,36 +190,14 @@ void tst_SetupArrayItemInterface::mapsEachReply_data()
 
 void tst_SetupArrayItemInterface::mapsEachReply()
 {
-    verifyMappedReply(*m_fake, *m_proxy);
-}
-
-void tst_SetupArrayItemInterface::givesInvalidRepliesWhenTheServiceIsAbsent_data()
-{
-    addOperationRows({
-        {.operation = "setValue range",
-         .run = onProxy<P>([](P &p) { return p.setValue(QVariant(1), 0, 0); }),
-         .empty = false},
-        {.operation = "setValue list",
-         .run = onProxy<P>([](P &p) { return p.setValue(QVariantList() << 1); }),
-         .empty = false},
-        {.operation = "getValue", .run = onProxy<P>([](P &p) { return p.getValue(0, 0); }), .empty = QVariantList()},
-        {.operation = "getString", .run = onProxy(&P::getString), .empty = QString()},
-        {.operation = "size", .run = onProxy(&P::size), .empty = 0},
-        {.operation = "isChangeable", .run = onProxy(&P::isChangeable), .empty = false},
-        {.operation = "setToDefault", .run = onProxy(&P::setToDefault), .empty = QVariant()},
-    });
-}
-
-void tst_SetupArrayItemInterface::givesInvalidRepliesWhenTheServiceIsAbsent()
-{
-    verifyFailsWhenTheServiceIsAbsent(factoryOf<P>(), path);
+    verifyMappedReply(*m_fake, proxy());
 }
 
 void tst_SetupArrayItemInterface::getValueReturnsTheElementsUnwrapped()
 {
     m_fake->answer("getValue", ScriptedAnswer::value(QVariantList() << 7 << true << QStringLiteral("x")));
 
-    const QVariantList elements = m_proxy->getValue(0, 2);
+    const QVariantList elements = proxy().getValue(0, 2);
 
     QCOMPARE(elements.size(), 3);
     QCOMPARE(elements.at(0).userType(), int(QMetaType::Int));
@@ -234,7 +215,7 @@ void tst_SetupArrayItemInterface::getValueLeavesStructuredElementsAsArguments()
     const QVariantList inner = QVariantList() << 1 << 2;
     m_fake->answer("getValue", ScriptedAnswer::value(QVariantList() << QVariant(nested) << QVariant(inner) << 4));
 
-    const QVariantList elements = m_proxy->getValue(0, 2);
+    const QVariantList elements = proxy().getValue(0, 2);
 
     QCOMPARE(elements.size(), 3);
     QCOMPARE(elements.at(0).userType(), qMetaTypeId<QDBusArgument>());
@@ -248,35 +229,6 @@ void tst_SetupArrayItemInterface::getValueLeavesStructuredElementsAsArguments()
     QCOMPARE(listArgument.currentSignature(), QStringLiteral("av"));
     QCOMPARE(qdbus_cast<QVariantList>(listArgument), inner);
     QCOMPARE(elements.at(2), QVariant(4));
-}
-
-void tst_SetupArrayItemInterface::getValueLogsOneLineOnAnErrorReply()
-{
-    verifyLoggedFailure(*m_fake, *m_proxy, checkedGetValue,
-                        ScriptedAnswer::error(failure, QStringLiteral("index out of range")),
-                        QStringLiteral("\"index out of range\""));
-}
-
-void tst_SetupArrayItemInterface::getValueLogsOneLineForAWrongTypedReply()
-{
-    const QVariant wrong = QStringList{QStringLiteral("a")};
-    const QString message = replyTypeError<QVariantList>(wrong);
-    QVERIFY(message.contains(QStringLiteral("av")));
-
-    verifyLoggedFailure(*m_fake, *m_proxy, checkedGetValue, ScriptedAnswer::value(wrong), quoted(message));
-}
-
-void tst_SetupArrayItemInterface::getValueLogsOneLineWhenTheServiceIsAbsent()
-{
-    P absent(absentService(), path, QDBusConnection::sessionBus());
-    verifyLoggedFailureWhenTheServiceIsAbsent(absent, checkedGetValue);
-}
-
-void tst_SetupArrayItemInterface::getValueQuotesAndEscapesTheErrorMessage()
-{
-    verifyLoggedFailure(*m_fake, *m_proxy, checkedGetValue,
-                        ScriptedAnswer::error(failure, QStringLiteral("no \"row\" here")),
-                        QStringLiteral("\"no \\\"row\\\" here\""));
 }
 
 void tst_SetupArrayItemInterface::plainOperationsLogNothingOnFailure()
@@ -293,25 +245,9 @@ void tst_SetupArrayItemInterface::plainOperationsLogNothingOnFailure()
     });
 }
 
-void tst_SetupArrayItemInterface::setToDefaultWaitsForTheAnswerAndDropsIt()
-{
-    verifySetToDefaultWaitsAndDropsTheAnswer(*m_fake, *m_proxy, failure, QStringLiteral("locked"));
-}
-
-void tst_SetupArrayItemInterface::asyncOperationsReturnAtOnceAndLeaveLastErrorAlone()
-{
-    verifyAsyncCallsReturnAtOnce(*m_fake, *m_proxy, {.operation = "size", .run = onProxy(&P::size)}, asyncCalls);
-}
-
-void tst_SetupArrayItemInterface::asyncSetterToAnAbsentServiceLogsNothing()
-{
-    P absent(absentService(), path, QDBusConnection::sessionBus());
-    verifyAsyncCallsShowNothing(absent, asyncCalls);
-}
-
 void tst_SetupArrayItemInterface::metaObjectListsSignalsThenSlotsInDeclarationOrder()
 {
-    verifyOwnMethods(*m_proxy, {"setupChanged()"},
+    verifyOwnMethods(proxy(), {"setupChanged()"},
                      {"setValue(QVariant,int,int)", "setValue(QVariantList)", "getValue(int,int)", "getString()",
                       "size()", "setValueAsync(QVariant,int,int)", "isChangeable()", "setToDefault()",
                       "setToDefaultAsync()"});
@@ -320,8 +256,8 @@ void tst_SetupArrayItemInterface::metaObjectListsSignalsThenSlotsInDeclarationOr
 
 void tst_SetupArrayItemInterface::metaCastKnowsTheClassAndLeavesTheRestToTheBase()
 {
-    verifyMetaCast(*m_proxy, "SetupArrayItemInterface");
-    QCOMPARE(m_proxy->qt_metacast("SetupMapItemInterface"), nullptr);
+    verifyMetaCast(proxy(), "SetupArrayItemInterface");
+    QCOMPARE(proxy().qt_metacast("SetupMapItemInterface"), nullptr);
 }
 
 void tst_SetupArrayItemInterface::invokingSlotsByNameGivesTheDirectResult()
@@ -331,19 +267,18 @@ void tst_SetupArrayItemInterface::invokingSlotsByNameGivesTheDirectResult()
     m_fake->answer("size", ScriptedAnswer::value(2));
 
     QList<QVariant> elements;
-    QVERIFY(QMetaObject::invokeMethod(m_proxy.get(), "getValue", Qt::DirectConnection,
+    QVERIFY(QMetaObject::invokeMethod(&proxy(), "getValue", Qt::DirectConnection,
                                       Q_RETURN_ARG(QList<QVariant>, elements), Q_ARG(int, 0), Q_ARG(int, 1)));
-    QCOMPARE(elements, m_proxy->getValue(0, 1));
+    QCOMPARE(elements, proxy().getValue(0, 1));
     QCOMPARE(elements, QVariantList() << 3 << 4);
 
     QDBusReply<int> size;
-    QVERIFY(
-        QMetaObject::invokeMethod(m_proxy.get(), "size", Qt::DirectConnection, Q_RETURN_ARG(QDBusReply<int>, size)));
+    QVERIFY(QMetaObject::invokeMethod(&proxy(), "size", Qt::DirectConnection, Q_RETURN_ARG(QDBusReply<int>, size)));
     QCOMPARE(size.value(), 2);
 
     m_fake->clearCalls();
     QDBusReply<bool> accepted;
-    QVERIFY(QMetaObject::invokeMethod(m_proxy.get(), "setValue", Qt::DirectConnection,
+    QVERIFY(QMetaObject::invokeMethod(&proxy(), "setValue", Qt::DirectConnection,
                                       Q_RETURN_ARG(QDBusReply<bool>, accepted),
                                       Q_ARG(QVariantList, QVariantList() << 8)));
     QVERIFY(accepted.isValid());
@@ -353,7 +288,7 @@ void tst_SetupArrayItemInterface::invokingSlotsByNameGivesTheDirectResult()
 
 void tst_SetupArrayItemInterface::relaysSetupChangedOfItsOwnObjectOnly()
 {
-    verifySignalRelay(*m_proxy, *m_fake, SIGNAL(setupChanged()), "setupChanged", {});
+    verifySignalRelay(proxy(), *m_fake, SIGNAL(setupChanged()), "setupChanged", {});
 }
 
 QTEST_GUILESS_MAIN(tst_SetupArrayItemInterface)
