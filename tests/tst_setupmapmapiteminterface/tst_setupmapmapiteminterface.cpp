@@ -1,9 +1,9 @@
 #include "SetupMapMapItemInterface.h"
 
 #include "BusTestSupport.h"
+#include "CompositeTest.h"
 #include "DBusCompat_p.h"
 #include "DBusTypes.h"
-#include "ProxyTestSupport.h"
 
 #include <JsonFormatter.h>
 
@@ -166,28 +166,248 @@ void markingStringMapReader(const QDBusArgument &argument, void *value)
 {
     DBusTypes::readSettingsStringMap(argument, *static_cast<SettingsStringMap *>(value));
 }
+CompositeClass mapMapItem()
+{
+    SettingsMap entry;
+    entry.insert(QStringLiteral("level"), 3);
+    entry.insert(QStringLiteral("label"), QStringLiteral("In 1"));
+    const QString entryText = QStringLiteral("a{sv} {s \"label\": v(s \"In 1\"), s \"level\": v(i 3)}");
+    SettingsStringMap texts;
+    texts.insert(QStringLiteral("b"), QStringLiteral("2"));
+    texts.insert(QStringLiteral("a"), QStringLiteral("on"));
+    const QString jsonEntries = QStringLiteral("a{sv} {s \"a\": ") + jsonText(SettingsMap()) +
+        QStringLiteral(", s \"b\": ") + jsonText(cell(QStringLiteral("x"), 1)) + QLatin1Char('}');
+    return {
+        .className = "SetupMapMapItemInterface",
+        .path = path,
+        .make = factoryOf<P>(),
+        .sent =
+            {
+                {.operation = "1 setValue map of maps",
+                 .run = onProxy<P>([](P &p) { p.setValue(twoEntries()); }),
+                 .member = "setValue",
+                 .signature = "a{sv}",
+                 .wireArguments = {jsonEntries}},
+                {.operation = "2 setValue entry",
+                 .run = onProxy<P>([entry](P &p) { p.setValue("p", entry); }),
+                 .member = "setValue",
+                 .signature = "sa{sv}",
+                 .wireArguments = {"s \"p\"", entryText}},
+                {.operation = "3 setValue string map",
+                 .run = onProxy<P>([texts](P &p) { p.setValue("p", texts); }),
+                 .member = "setValue",
+                 .signature = "sa{sv}",
+                 .wireArguments = {"s \"p\"", "a{sv} {s \"a\": v(s \"on\"), s \"b\": v(s \"2\")}"}},
+                {.operation = "4 setValue cell variant",
+                 .run = onProxy<P>([](P &p) { p.setValue("p", "k", QVariant(QStringLiteral("on"))); }),
+                 .member = "setValue",
+                 .signature = "ssv",
+                 .wireArguments = {"s \"p\"", "s \"k\"", "v(s \"on\")"}},
+                {.operation = "4 setValue cell variant int",
+                 .run = onProxy<P>([](P &p) { p.setValue("p", "k", QVariant(5)); }),
+                 .member = "setValue",
+                 .signature = "ssv",
+                 .wireArguments = {"s \"p\"", "s \"k\"", "v(i 5)"}},
+                {.operation = "5 setValue cell string",
+                 .run = onProxy<P>([](P &p) { p.setValue("p", "k", QStringLiteral("on")); }),
+                 .member = "setValue",
+                 .signature = "sss",
+                 .wireArguments = {"s \"p\"", "s \"k\"", "s \"on\""}},
+                {.operation = "6 setDefaultMap map of maps",
+                 .run = onProxy<P>([](P &p) { p.setDefaultMap(twoEntries()); }),
+                 .member = "setDefaultMap",
+                 .signature = "a{sv}",
+                 .wireArguments = {jsonEntries}},
+                {.operation = "7 setDefaultMap entry",
+                 .run = onProxy<P>([entry](P &p) { p.setDefaultMap("p", entry); }),
+                 .member = "setDefaultMap",
+                 .signature = "sa{sv}",
+                 .wireArguments = {"s \"p\"", entryText}},
+                {.operation = "8 mergeFromDefaultMap entry",
+                 .run = onProxy<P>([](P &p) { p.mergeFromDefaultMap("p"); }),
+                 .member = "mergeFromDefaultMap",
+                 .signature = "s",
+                 .wireArguments = {"s \"p\""}},
+                {.operation = "9 mergeFromDefaultMap all",
+                 .run = onProxy(&P::mergeFromDefaultMap),
+                 .member = "mergeFromDefaultMap"},
+                {.operation = "10 setValueAsync",
+                 .run = onProxy<P>([entry](P &p) { p.setValueAsync("p", entry); }),
+                 .member = "setValue",
+                 .signature = "sv",
+                 .wireArguments = {"s \"p\"", "v(" + entryText + ")"}},
+                {.operation = "11 getAllKeys", .run = onProxy(&P::getAllKeys), .member = "getAllKeys"},
+                {.operation = "12 getAllKeys entry",
+                 .run = onProxy<P>([](P &p) { p.getAllKeys("p"); }),
+                 .member = "getAllKeys",
+                 .signature = "s",
+                 .wireArguments = {"s \"p\""}},
+                {.operation = "13 isKeyAvailable",
+                 .run = onProxy<P>([](P &p) { p.isKeyAvailable("p"); }),
+                 .member = "isKeyAvailable",
+                 .signature = "s",
+                 .wireArguments = {"s \"p\""}},
+                {.operation = "14 isChangeable", .run = onProxy(&P::isChangeable), .member = "isChangeable"},
+                {.operation = "15 getValue entry",
+                 .run = onProxy<P>([](P &p) { p.getValue("p"); }),
+                 .member = "getValue",
+                 .signature = "s",
+                 .wireArguments = {"s \"p\""}},
+                {.operation = "16 getValue cell",
+                 .run = onProxy<P>([](P &p) { p.getValue("p", "k"); }),
+                 .member = "getValue",
+                 .signature = "ss",
+                 .wireArguments = {"s \"p\"", "s \"k\""}},
+                {.operation = "17 getStringValue",
+                 .run = onProxy<P>([](P &p) { p.getStringValue("p", "k"); }),
+                 .member = "getStringValue",
+                 .signature = "ss",
+                 .wireArguments = {"s \"p\"", "s \"k\""}},
+                {.operation = "18 getStringMap",
+                 .run = onProxy<P>([](P &p) { p.getStringMap("p"); }),
+                 .member = "getValue",
+                 .signature = "s",
+                 .wireArguments = {"s \"p\""}},
+                {.operation = "19 getMin",
+                 .run = onProxy<P>([](P &p) { p.getMin("p", "k"); }),
+                 .member = "getMin",
+                 .signature = "ss",
+                 .wireArguments = {"s \"p\"", "s \"k\""}},
+                {.operation = "20 getMax",
+                 .run = onProxy<P>([](P &p) { p.getMax("p", "k"); }),
+                 .member = "getMax",
+                 .signature = "ss",
+                 .wireArguments = {"s \"p\"", "s \"k\""}},
+                {.operation = "21 getEnums",
+                 .run = onProxy<P>([](P &p) { p.getEnums("p", "k"); }),
+                 .member = "getEnums",
+                 .signature = "ss",
+                 .wireArguments = {"s \"p\"", "s \"k\""}},
+                {.operation = "22 getBaseElement", .run = onProxy(&P::getBaseElement), .member = "getBaseElement"},
+                {.operation = "23 getString", .run = onProxy(&P::getString), .member = "getString"},
+                {.operation = "24 getString entry",
+                 .run = onProxy<P>([](P &p) { p.getString("p"); }),
+                 .member = "getString",
+                 .signature = "s",
+                 .wireArguments = {"s \"p\""}},
+                {.operation = "25 size", .run = onProxy(&P::size), .member = "size"},
+                {.operation = "26 removeItem entry",
+                 .run = onProxy<P>([](P &p) { p.removeItem("p"); }),
+                 .member = "removeItem",
+                 .signature = "s",
+                 .wireArguments = {"s \"p\""}},
+                {.operation = "27 removeItem cell",
+                 .run = onProxy<P>([](P &p) { p.removeItem("p", "k"); }),
+                 .member = "removeItem",
+                 .signature = "ss",
+                 .wireArguments = {"s \"p\"", "s \"k\""}},
+                {.operation = "28 setToDefault", .run = onProxy(&P::setToDefault), .member = "setToDefault"},
+                {.operation = "29 setToDefaultAsync", .run = onProxy(&P::setToDefaultAsync), .member = "setToDefault"},
+            },
+        .absent =
+            {
+                {.operation = "setValue map of maps",
+                 .run = onProxy<P>([](P &p) { return p.setValue(twoEntries()); }),
+                 .empty = false},
+                {.operation = "setValue entry",
+                 .run = onProxy<P>([](P &p) { return p.setValue("p", cell("k", 1)); }),
+                 .empty = false},
+                {.operation = "setValue string map",
+                 .run = onProxy<P>([](P &p) { return p.setValue("p", SettingsStringMap()); }),
+                 .empty = false},
+                {.operation = "setValue cell variant",
+                 .run = onProxy<P>([](P &p) { return p.setValue("p", "k", QVariant(1)); }),
+                 .empty = false},
+                {.operation = "setValue cell string",
+                 .run = onProxy<P>([](P &p) { return p.setValue("p", "k", QStringLiteral("1")); }),
+                 .empty = false},
+                {.operation = "setDefaultMap map of maps",
+                 .run = onProxy<P>([](P &p) { return p.setDefaultMap(twoEntries()); }),
+                 .empty = false},
+                {.operation = "setDefaultMap entry",
+                 .run = onProxy<P>([](P &p) { return p.setDefaultMap("p", cell("k", 1)); }),
+                 .empty = false},
+                {.operation = "mergeFromDefaultMap entry",
+                 .run = onProxy<P>([](P &p) { return p.mergeFromDefaultMap("p"); }),
+                 .empty = false},
+                {.operation = "mergeFromDefaultMap all",
+                 .run = onProxy(&P::mergeFromDefaultMap),
+                 .empty = QStringList()},
+                {.operation = "getAllKeys", .run = onProxy(&P::getAllKeys), .empty = QStringList()},
+                {.operation = "getAllKeys entry",
+                 .run = onProxy<P>([](P &p) { return p.getAllKeys("p"); }),
+                 .empty = QStringList()},
+                {.operation = "isKeyAvailable",
+                 .run = onProxy<P>([](P &p) { return p.isKeyAvailable("p"); }),
+                 .empty = false},
+                {.operation = "isChangeable", .run = onProxy(&P::isChangeable), .empty = false},
+                {.operation = "getValue entry",
+                 .run = onProxy<P>([](P &p) { return p.getValue("p"); }),
+                 .empty = QVariant(SettingsMap())},
+                {.operation = "getValue cell",
+                 .run = onProxy<P>([](P &p) { return p.getValue("p", "k"); }),
+                 .empty = QVariant()},
+                {.operation = "getStringValue",
+                 .run = onProxy<P>([](P &p) { return p.getStringValue("p", "k"); }),
+                 .empty = QString()},
+                {.operation = "getStringMap",
+                 .run = onProxy<P>([](P &p) { return comparable(p.getStringMap("p")); }),
+                 .empty = QVariantMap()},
+                {.operation = "getMin",
+                 .run = onProxy<P>([](P &p) { return p.getMin("p", "k"); }),
+                 .empty = QVariant()},
+                {.operation = "getMax",
+                 .run = onProxy<P>([](P &p) { return p.getMax("p", "k"); }),
+                 .empty = QVariant()},
+                {.operation = "getEnums",
+                 .run = onProxy<P>([](P &p) { return p.getEnums("p", "k"); }),
+                 .empty = QStringList()},
+                {.operation = "getBaseElement", .run = onProxy(&P::getBaseElement), .empty = QVariant()},
+                {.operation = "getString", .run = onProxy(&P::getString), .empty = QString()},
+                {.operation = "getString entry",
+                 .run = onProxy<P>([](P &p) { return p.getString("p"); }),
+                 .empty = QString()},
+                {.operation = "size", .run = onProxy(&P::size), .empty = 0},
+                {.operation = "removeItem entry",
+                 .run = onProxy<P>([](P &p) { return p.removeItem("p"); }),
+                 .empty = 0},
+                {.operation = "removeItem cell",
+                 .run = onProxy<P>([](P &p) { return p.removeItem("p", "k"); }),
+                 .empty = 0},
+                {.operation = "setToDefault", .run = onProxy(&P::setToDefault), .empty = QVariant()},
+            },
+        .checkedGetters = checkedGetters(),
+        .loggedErrors = {{"error", "no such entry", "\"no such entry\""},
+                         {"error with quotes", "entry \"in1\" unknown", "\"entry \\\"in1\\\" unknown\""}},
+        .setToDefault = onProxy(&P::setToDefault),
+        .asyncs = asyncCalls,
+        .failingCall = {.operation = "size", .run = onProxy(&P::size)},
+    };
+}
 } // namespace
 
-class tst_SetupMapMapItemInterface : public QObject, private ProxyFixture<SetupMapMapItemInterface>
+class tst_SetupMapMapItemInterface : public CompositeTest
 {
     Q_OBJECT
 
+public:
+    tst_SetupMapMapItemInterface()
+        : CompositeTest(mapMapItem())
+    {
+    }
+
+private:
+    P &proxy() { return ProxyTableTest::proxy<P>(); }
+
 private Q_SLOTS:
     void initTestCase();
-    void init();
-    void cleanup();
 
-    void constructionPassesItsArgumentsOnAndSendsNothing();
-    void sendsEachOperationWithItsWireForm_data();
-    void sendsEachOperationWithItsWireForm();
     void mapsOfMapsTravelAsJsonTextsInAscendingPrimaryKeyOrder();
     void emptyMapOfMapsSendsAnEmptyMap();
     void asyncSetterWrapsTheMapWhileTheBlockingOneSendsItBare();
     void cellSettersSendAVariantOrABareString();
     void mapsEachReply_data();
     void mapsEachReply();
-    void givesEmptyValuesWhenTheServiceIsAbsent_data();
-    void givesEmptyValuesWhenTheServiceIsAbsent();
 
     void getValueOfAnEntryLeavesNestedValuesAsArguments();
     void getValueOfAnEntryKeepsRepeatedKeysAsQMapDoes();
@@ -196,16 +416,8 @@ private Q_SLOTS:
     void getStringMapAsksGetValueAndConvertsEveryValueToText();
     void getStringMapTurnsStructuredValuesIntoEmptyTexts();
     void getStringMapKeepsTheLastValueOfARepeatedKey();
-    void checkedOperationsLogOneLinePerFailure_data();
-    void checkedOperationsLogOneLinePerFailure();
-    void checkedOperationsLogOneLineWhenTheServiceIsAbsent_data();
-    void checkedOperationsLogOneLineWhenTheServiceIsAbsent();
     void getStringWithoutKeyIsNotLogged();
     void plainOperationsLogNothingOnFailure();
-
-    void setToDefaultWaitsForTheAnswerAndDropsIt();
-    void asyncOperationsReturnAtOnceAndLeaveLastErrorAlone();
-    void asyncOperationsToAnAbsentServiceLogNothing();
 
     void registersSettingsStringMapOnceAndBothProxiesWork();
     void everyConstructionInstallsBothMapOperators();
@@ -234,170 +446,14 @@ void tst_SetupMapMapItemInterface::initTestCase()
     m_stringMapIdBeforeAnyProxy = DBusCompat::metaTypeIdByName("SettingsStringMap");
 }
 
-void tst_SetupMapMapItemInterface::init()
-{
-    startFakeAndProxy(path);
-}
-
-void tst_SetupMapMapItemInterface::cleanup()
-{
-    stopFakeAndProxy();
-}
-
-void tst_SetupMapMapItemInterface::constructionPassesItsArgumentsOnAndSendsNothing()
-{
-    verifyConstructionContract<SetupMapMapItemInterface>(*m_fake, path);
-}
-
-void tst_SetupMapMapItemInterface::sendsEachOperationWithItsWireForm_data()
-{
-    SettingsMap entry;
-    entry.insert(QStringLiteral("level"), 3);
-    entry.insert(QStringLiteral("label"), QStringLiteral("In 1"));
-    const QString entryText = QStringLiteral("a{sv} {s \"label\": v(s \"In 1\"), s \"level\": v(i 3)}");
-    SettingsStringMap texts;
-    texts.insert(QStringLiteral("b"), QStringLiteral("2"));
-    texts.insert(QStringLiteral("a"), QStringLiteral("on"));
-    const QString jsonEntries = QStringLiteral("a{sv} {s \"a\": ") + jsonText(SettingsMap()) +
-        QStringLiteral(", s \"b\": ") + jsonText(cell(QStringLiteral("x"), 1)) + QLatin1Char('}');
-
-    addOperationRows({
-        {.operation = "1 setValue map of maps",
-         .run = onProxy<P>([](P &p) { p.setValue(twoEntries()); }),
-         .member = "setValue",
-         .signature = "a{sv}",
-         .wireArguments = {jsonEntries}},
-        {.operation = "2 setValue entry",
-         .run = onProxy<P>([entry](P &p) { p.setValue("p", entry); }),
-         .member = "setValue",
-         .signature = "sa{sv}",
-         .wireArguments = {"s \"p\"", entryText}},
-        {.operation = "3 setValue string map",
-         .run = onProxy<P>([texts](P &p) { p.setValue("p", texts); }),
-         .member = "setValue",
-         .signature = "sa{sv}",
-         .wireArguments = {"s \"p\"", "a{sv} {s \"a\": v(s \"on\"), s \"b\": v(s \"2\")}"}},
-        {.operation = "4 setValue cell variant",
-         .run = onProxy<P>([](P &p) { p.setValue("p", "k", QVariant(QStringLiteral("on"))); }),
-         .member = "setValue",
-         .signature = "ssv",
-         .wireArguments = {"s \"p\"", "s \"k\"", "v(s \"on\")"}},
-        {.operation = "4 setValue cell variant int",
-         .run = onProxy<P>([](P &p) { p.setValue("p", "k", QVariant(5)); }),
-         .member = "setValue",
-         .signature = "ssv",
-         .wireArguments = {"s \"p\"", "s \"k\"", "v(i 5)"}},
-        {.operation = "5 setValue cell string",
-         .run = onProxy<P>([](P &p) { p.setValue("p", "k", QStringLiteral("on")); }),
-         .member = "setValue",
-         .signature = "sss",
-         .wireArguments = {"s \"p\"", "s \"k\"", "s \"on\""}},
-        {.operation = "6 setDefaultMap map of maps",
-         .run = onProxy<P>([](P &p) { p.setDefaultMap(twoEntries()); }),
-         .member = "setDefaultMap",
-         .signature = "a{sv}",
-         .wireArguments = {jsonEntries}},
-        {.operation = "7 setDefaultMap entry",
-         .run = onProxy<P>([entry](P &p) { p.setDefaultMap("p", entry); }),
-         .member = "setDefaultMap",
-         .signature = "sa{sv}",
-         .wireArguments = {"s \"p\"", entryText}},
-        {.operation = "8 mergeFromDefaultMap entry",
-         .run = onProxy<P>([](P &p) { p.mergeFromDefaultMap("p"); }),
-         .member = "mergeFromDefaultMap",
-         .signature = "s",
-         .wireArguments = {"s \"p\""}},
-        {.operation = "9 mergeFromDefaultMap all",
-         .run = onProxy(&P::mergeFromDefaultMap),
-         .member = "mergeFromDefaultMap"},
-        {.operation = "10 setValueAsync",
-         .run = onProxy<P>([entry](P &p) { p.setValueAsync("p", entry); }),
-         .member = "setValue",
-         .signature = "sv",
-         .wireArguments = {"s \"p\"", "v(" + entryText + ")"}},
-        {.operation = "11 getAllKeys", .run = onProxy(&P::getAllKeys), .member = "getAllKeys"},
-        {.operation = "12 getAllKeys entry",
-         .run = onProxy<P>([](P &p) { p.getAllKeys("p"); }),
-         .member = "getAllKeys",
-         .signature = "s",
-         .wireArguments = {"s \"p\""}},
-        {.operation = "13 isKeyAvailable",
-         .run = onProxy<P>([](P &p) { p.isKeyAvailable("p"); }),
-         .member = "isKeyAvailable",
-         .signature = "s",
-         .wireArguments = {"s \"p\""}},
-        {.operation = "14 isChangeable", .run = onProxy(&P::isChangeable), .member = "isChangeable"},
-        {.operation = "15 getValue entry",
-         .run = onProxy<P>([](P &p) { p.getValue("p"); }),
-         .member = "getValue",
-         .signature = "s",
-         .wireArguments = {"s \"p\""}},
-        {.operation = "16 getValue cell",
-         .run = onProxy<P>([](P &p) { p.getValue("p", "k"); }),
-         .member = "getValue",
-         .signature = "ss",
-         .wireArguments = {"s \"p\"", "s \"k\""}},
-        {.operation = "17 getStringValue",
-         .run = onProxy<P>([](P &p) { p.getStringValue("p", "k"); }),
-         .member = "getStringValue",
-         .signature = "ss",
-         .wireArguments = {"s \"p\"", "s \"k\""}},
-        {.operation = "18 getStringMap",
-         .run = onProxy<P>([](P &p) { p.getStringMap("p"); }),
-         .member = "getValue",
-         .signature = "s",
-         .wireArguments = {"s \"p\""}},
-        {.operation = "19 getMin",
-         .run = onProxy<P>([](P &p) { p.getMin("p", "k"); }),
-         .member = "getMin",
-         .signature = "ss",
-         .wireArguments = {"s \"p\"", "s \"k\""}},
-        {.operation = "20 getMax",
-         .run = onProxy<P>([](P &p) { p.getMax("p", "k"); }),
-         .member = "getMax",
-         .signature = "ss",
-         .wireArguments = {"s \"p\"", "s \"k\""}},
-        {.operation = "21 getEnums",
-         .run = onProxy<P>([](P &p) { p.getEnums("p", "k"); }),
-         .member = "getEnums",
-         .signature = "ss",
-         .wireArguments = {"s \"p\"", "s \"k\""}},
-        {.operation = "22 getBaseElement", .run = onProxy(&P::getBaseElement), .member = "getBaseElement"},
-        {.operation = "23 getString", .run = onProxy(&P::getString), .member = "getString"},
-        {.operation = "24 getString entry",
-         .run = onProxy<P>([](P &p) { p.getString("p"); }),
-         .member = "getString",
-         .signature = "s",
-         .wireArguments = {"s \"p\""}},
-        {.operation = "25 size", .run = onProxy(&P::size), .member = "size"},
-        {.operation = "26 removeItem entry",
-         .run = onProxy<P>([](P &p) { p.removeItem("p"); }),
-         .member = "removeItem",
-         .signature = "s",
-         .wireArguments = {"s \"p\""}},
-        {.operation = "27 removeItem cell",
-         .run = onProxy<P>([](P &p) { p.removeItem("p", "k"); }),
-         .member = "removeItem",
-         .signature = "ss",
-         .wireArguments = {"s \"p\"", "s \"k\""}},
-        {.operation = "28 setToDefault", .run = onProxy(&P::setToDefault), .member = "setToDefault"},
-        {.operation = "29 setToDefaultAsync", .run = onProxy(&P::setToDefaultAsync), .member = "setToDefault"},
-    });
-}
-
-void tst_SetupMapMapItemInterface::sendsEachOperationWithItsWireForm()
-{
-    verifySentAsItsRow(*m_fake, *m_proxy);
-}
-
 void tst_SetupMapMapItemInterface::mapsOfMapsTravelAsJsonTextsInAscendingPrimaryKeyOrder()
 {
     m_fake->answer("setValue", ScriptedAnswer::value(true));
     m_fake->answer("setDefaultMap", ScriptedAnswer::value(true));
     const MapOfMaps maps = twoEntries();
 
-    QVERIFY(m_proxy->setValue(maps).value());
-    QVERIFY(m_proxy->setDefaultMap(maps).value());
+    QVERIFY(proxy().setValue(maps).value());
+    QVERIFY(proxy().setDefaultMap(maps).value());
 
     QVERIFY(m_fake->waitForCalls(2));
     for (const ReceivedCall &call : m_fake->calls()) {
@@ -426,7 +482,7 @@ void tst_SetupMapMapItemInterface::emptyMapOfMapsSendsAnEmptyMap()
 {
     m_fake->answer("setDefaultMap", ScriptedAnswer::value(true));
 
-    QVERIFY(m_proxy->setDefaultMap(MapOfMaps()).value());
+    QVERIFY(proxy().setDefaultMap(MapOfMaps()).value());
 
     verifySingleCall(*m_fake, path, "setDefaultMap", "a{sv}", {"a{sv} {}"});
 }
@@ -436,9 +492,9 @@ void tst_SetupMapMapItemInterface::asyncSetterWrapsTheMapWhileTheBlockingOneSend
     m_fake->answer("setValue", ScriptedAnswer::value(true));
     const SettingsMap entry = cell(QStringLiteral("level"), 3);
 
-    m_proxy->setValueAsync("p", entry);
+    proxy().setValueAsync("p", entry);
     QVERIFY(m_fake->waitForCalls(1));
-    m_proxy->setValue("p", entry);
+    proxy().setValue("p", entry);
 
     QVERIFY(m_fake->waitForCalls(2));
     const ReceivedCall async = m_fake->calls().at(0);
@@ -461,8 +517,8 @@ void tst_SetupMapMapItemInterface::cellSettersSendAVariantOrABareString()
 {
     m_fake->answer("setValue", ScriptedAnswer::value(true));
 
-    QVERIFY(m_proxy->setValue("p", "k", QStringLiteral("on")).value());
-    QVERIFY(m_proxy->setValue("p", "k", QVariant(QStringLiteral("on"))).value());
+    QVERIFY(proxy().setValue("p", "k", QStringLiteral("on")).value());
+    QVERIFY(proxy().setValue("p", "k", QVariant(QStringLiteral("on"))).value());
 
     const QList<ReceivedCall> calls = m_fake->calls();
     QCOMPARE(calls.size(), 2);
@@ -676,71 +732,7 @@ void tst_SetupMapMapItemInterface::mapsEachReply_data()
 
 void tst_SetupMapMapItemInterface::mapsEachReply()
 {
-    verifyMappedReply(*m_fake, *m_proxy);
-}
-
-void tst_SetupMapMapItemInterface::givesEmptyValuesWhenTheServiceIsAbsent_data()
-{
-    addOperationRows({
-        {.operation = "setValue map of maps",
-         .run = onProxy<P>([](P &p) { return p.setValue(twoEntries()); }),
-         .empty = false},
-        {.operation = "setValue entry",
-         .run = onProxy<P>([](P &p) { return p.setValue("p", cell("k", 1)); }),
-         .empty = false},
-        {.operation = "setValue string map",
-         .run = onProxy<P>([](P &p) { return p.setValue("p", SettingsStringMap()); }),
-         .empty = false},
-        {.operation = "setValue cell variant",
-         .run = onProxy<P>([](P &p) { return p.setValue("p", "k", QVariant(1)); }),
-         .empty = false},
-        {.operation = "setValue cell string",
-         .run = onProxy<P>([](P &p) { return p.setValue("p", "k", QStringLiteral("1")); }),
-         .empty = false},
-        {.operation = "setDefaultMap map of maps",
-         .run = onProxy<P>([](P &p) { return p.setDefaultMap(twoEntries()); }),
-         .empty = false},
-        {.operation = "setDefaultMap entry",
-         .run = onProxy<P>([](P &p) { return p.setDefaultMap("p", cell("k", 1)); }),
-         .empty = false},
-        {.operation = "mergeFromDefaultMap entry",
-         .run = onProxy<P>([](P &p) { return p.mergeFromDefaultMap("p"); }),
-         .empty = false},
-        {.operation = "mergeFromDefaultMap all", .run = onProxy(&P::mergeFromDefaultMap), .empty = QStringList()},
-        {.operation = "getAllKeys", .run = onProxy(&P::getAllKeys), .empty = QStringList()},
-        {.operation = "getAllKeys entry",
-         .run = onProxy<P>([](P &p) { return p.getAllKeys("p"); }),
-         .empty = QStringList()},
-        {.operation = "isKeyAvailable", .run = onProxy<P>([](P &p) { return p.isKeyAvailable("p"); }), .empty = false},
-        {.operation = "isChangeable", .run = onProxy(&P::isChangeable), .empty = false},
-        {.operation = "getValue entry",
-         .run = onProxy<P>([](P &p) { return p.getValue("p"); }),
-         .empty = QVariant(SettingsMap())},
-        {.operation = "getValue cell",
-         .run = onProxy<P>([](P &p) { return p.getValue("p", "k"); }),
-         .empty = QVariant()},
-        {.operation = "getStringValue",
-         .run = onProxy<P>([](P &p) { return p.getStringValue("p", "k"); }),
-         .empty = QString()},
-        {.operation = "getStringMap",
-         .run = onProxy<P>([](P &p) { return comparable(p.getStringMap("p")); }),
-         .empty = QVariantMap()},
-        {.operation = "getMin", .run = onProxy<P>([](P &p) { return p.getMin("p", "k"); }), .empty = QVariant()},
-        {.operation = "getMax", .run = onProxy<P>([](P &p) { return p.getMax("p", "k"); }), .empty = QVariant()},
-        {.operation = "getEnums", .run = onProxy<P>([](P &p) { return p.getEnums("p", "k"); }), .empty = QStringList()},
-        {.operation = "getBaseElement", .run = onProxy(&P::getBaseElement), .empty = QVariant()},
-        {.operation = "getString", .run = onProxy(&P::getString), .empty = QString()},
-        {.operation = "getString entry", .run = onProxy<P>([](P &p) { return p.getString("p"); }), .empty = QString()},
-        {.operation = "size", .run = onProxy(&P::size), .empty = 0},
-        {.operation = "removeItem entry", .run = onProxy<P>([](P &p) { return p.removeItem("p"); }), .empty = 0},
-        {.operation = "removeItem cell", .run = onProxy<P>([](P &p) { return p.removeItem("p", "k"); }), .empty = 0},
-        {.operation = "setToDefault", .run = onProxy(&P::setToDefault), .empty = QVariant()},
-    });
-}
-
-void tst_SetupMapMapItemInterface::givesEmptyValuesWhenTheServiceIsAbsent()
-{
-    verifyFailsWhenTheServiceIsAbsent(factoryOf<P>(), path);
+    verifyMappedReply(*m_fake, proxy());
 }
 
 void tst_SetupMapMapItemInterface::getValueOfAnEntryLeavesNestedValuesAsArguments()
@@ -751,7 +743,7 @@ void tst_SetupMapMapItemInterface::getValueOfAnEntryLeavesNestedValuesAsArgument
     entry.insert(QStringLiteral("label"), QStringLiteral("In 1"));
     m_fake->answer("getValue", ScriptedAnswer::value(QVariant(entry)));
 
-    const SettingsMap map = m_proxy->getValue("in1");
+    const SettingsMap map = proxy().getValue("in1");
 
     QCOMPARE(map.keys(), QStringList({"label", "levels", "routing"}));
     QCOMPARE(map.value(QStringLiteral("label")), QVariant(QStringLiteral("In 1")));
@@ -766,7 +758,7 @@ void tst_SetupMapMapItemInterface::getValueOfAnEntryLeavesNestedValuesAsArgument
 
 void tst_SetupMapMapItemInterface::getValueOfAnEntryKeepsRepeatedKeysAsQMapDoes()
 {
-    verifyRepeatedKeysKeptAsQMapDoes(*m_fake, "getValue", [this] { return m_proxy->getValue("in1"); },
+    verifyRepeatedKeysKeptAsQMapDoes(*m_fake, "getValue", [this] { return proxy().getValue("in1"); },
                                      {{"level", 1}, {"level", 2}});
 }
 
@@ -783,9 +775,9 @@ void tst_SetupMapMapItemInterface::deeplyNestedAndStructuredValuesStayArguments(
     m_fake->answer("getMax", ScriptedAnswer::value(wrappedValue(QVariant::fromValue(pair))));
 
     LogCapture log;
-    const SettingsMap map = m_proxy->getValue("in1");
-    const SettingsStringMap texts = m_proxy->getStringMap("in1");
-    const QVariant max = m_proxy->getMax("in1", "pair");
+    const SettingsMap map = proxy().getValue("in1");
+    const SettingsStringMap texts = proxy().getStringMap("in1");
+    const QVariant max = proxy().getMax("in1", "pair");
 
     QCOMPARE(map.keys(), QStringList({"deep", "pair"}));
     QCOMPARE(wireText(map.value(QStringLiteral("deep"))),
@@ -807,10 +799,10 @@ void tst_SetupMapMapItemInterface::checkedOperationsLogOneLineWhenTheApplication
     LogCapture log;
     m_fake->answer("getValue", ScriptedAnswer::vanish());
 
-    const QVariant value = m_proxy->getValue("in1", "level");
+    const QVariant value = proxy().getValue("in1", "level");
 
     QVERIFY(!value.isValid());
-    const QDBusError error = m_proxy->lastError();
+    const QDBusError error = proxy().lastError();
     QVERIFY(error.isValid());
     QCOMPARE(log.lines(),
              debugLines({"SetupMapMapItemInterface::getValue():  " + quoted(m_fake->service()) +
@@ -826,7 +818,7 @@ void tst_SetupMapMapItemInterface::getStringMapAsksGetValueAndConvertsEveryValue
     entry.insert(QStringLiteral("d"), 0.5);
     m_fake->answer("getValue", ScriptedAnswer::value(QVariant(entry)));
 
-    const SettingsStringMap texts = m_proxy->getStringMap("in1");
+    const SettingsStringMap texts = proxy().getStringMap("in1");
 
     QCOMPARE(texts.keys(), QStringList({"d", "flag", "n", "t"}));
     QCOMPARE(texts.value(QStringLiteral("n")), QStringLiteral("1"));
@@ -845,7 +837,7 @@ void tst_SetupMapMapItemInterface::getStringMapTurnsStructuredValuesIntoEmptyTex
     m_fake->answer("getValue", ScriptedAnswer::value(QVariant(entry)));
 
     LogCapture log;
-    const SettingsStringMap texts = m_proxy->getStringMap("in1");
+    const SettingsStringMap texts = proxy().getStringMap("in1");
 
     QCOMPARE(texts.keys(), QStringList({"label", "levels", "routing"}));
     QCOMPARE(texts.value(QStringLiteral("label")), QStringLiteral("In 1"));
@@ -859,32 +851,10 @@ void tst_SetupMapMapItemInterface::getStringMapKeepsTheLastValueOfARepeatedKey()
     const QDBusArgument repeated = settingsMapArgument({{"level", 1}, {"level", 2}});
     m_fake->answer("getValue", ScriptedAnswer::value(QVariant::fromValue(repeated)));
 
-    const SettingsStringMap texts = m_proxy->getStringMap("in1");
+    const SettingsStringMap texts = proxy().getStringMap("in1");
 
     QCOMPARE(texts.size(), 1);
     QCOMPARE(texts.value(QStringLiteral("level")), QStringLiteral("2"));
-}
-
-void tst_SetupMapMapItemInterface::checkedOperationsLogOneLinePerFailure_data()
-{
-    addLoggedFailureRows(checkedGetters(),
-                         {{"error", "no such entry", "\"no such entry\""},
-                          {"error with quotes", "entry \"in1\" unknown", "\"entry \\\"in1\\\" unknown\""}});
-}
-
-void tst_SetupMapMapItemInterface::checkedOperationsLogOneLinePerFailure()
-{
-    verifyLoggedFailure(*m_fake, *m_proxy);
-}
-
-void tst_SetupMapMapItemInterface::checkedOperationsLogOneLineWhenTheServiceIsAbsent_data()
-{
-    addOperationRows(checkedGetters());
-}
-
-void tst_SetupMapMapItemInterface::checkedOperationsLogOneLineWhenTheServiceIsAbsent()
-{
-    verifyLoggedFailureWhenTheServiceIsAbsent(factoryOf<P>(), path);
 }
 
 void tst_SetupMapMapItemInterface::getStringWithoutKeyIsNotLogged()
@@ -892,12 +862,12 @@ void tst_SetupMapMapItemInterface::getStringWithoutKeyIsNotLogged()
     LogCapture log;
     m_fake->answer("getString", ScriptedAnswer::error(failure, QStringLiteral("no text")));
 
-    const QDBusReply<QString> text = m_proxy->getString();
+    const QDBusReply<QString> text = proxy().getString();
     QVERIFY(!text.isValid());
     QCOMPARE(text.error().message(), QStringLiteral("no text"));
     QCOMPARE(log.lines(), QList<LogLine>());
 
-    QVERIFY(m_proxy->getString("p").isNull());
+    QVERIFY(proxy().getString("p").isNull());
     QCOMPARE(log.lines(),
              debugLines({"SetupMapMapItemInterface::getString():  \"" + m_fake->service() +
                          "\"  /  \"/Setup/Routing\"  / Error: \"no text\""}));
@@ -929,22 +899,6 @@ void tst_SetupMapMapItemInterface::plainOperationsLogNothingOnFailure()
     });
 }
 
-void tst_SetupMapMapItemInterface::setToDefaultWaitsForTheAnswerAndDropsIt()
-{
-    verifySetToDefaultWaitsAndDropsTheAnswer(*m_fake, *m_proxy, failure, QStringLiteral("locked"));
-}
-
-void tst_SetupMapMapItemInterface::asyncOperationsReturnAtOnceAndLeaveLastErrorAlone()
-{
-    verifyAsyncCallsReturnAtOnce(*m_fake, *m_proxy, {.operation = "size", .run = onProxy(&P::size)}, asyncCalls);
-}
-
-void tst_SetupMapMapItemInterface::asyncOperationsToAnAbsentServiceLogNothing()
-{
-    P absent(absentService(), path, QDBusConnection::sessionBus());
-    verifyAsyncCallsShowNothing(absent, asyncCalls);
-}
-
 void tst_SetupMapMapItemInterface::registersSettingsStringMapOnceAndBothProxiesWork()
 {
     // Nothing in the process knew the name before the first proxy was made.
@@ -961,9 +915,9 @@ void tst_SetupMapMapItemInterface::registersSettingsStringMapOnceAndBothProxiesW
 
     SettingsMap entry = cell(QStringLiteral("level"), 3);
     m_fake->answer("getValue", ScriptedAnswer::value(QVariant(entry)));
-    QCOMPARE(m_proxy->getValue("in1"), entry);
+    QCOMPARE(proxy().getValue("in1"), entry);
     QCOMPARE(second.getValue("in1"), entry);
-    QCOMPARE(m_proxy->getStringMap("in1").value(QStringLiteral("level")), QStringLiteral("3"));
+    QCOMPARE(proxy().getStringMap("in1").value(QStringLiteral("level")), QStringLiteral("3"));
     QCOMPARE(second.getStringMap("in1").value(QStringLiteral("level")), QStringLiteral("3"));
 }
 
@@ -1019,9 +973,9 @@ void tst_SetupMapMapItemInterface::listensToTheBusSignalFromConstructionOn()
 
 void tst_SetupMapMapItemInterface::relaysACellChangeOnceWithTheValueUnwrapped()
 {
-    QSignalSpy spy(m_proxy.get(), cellSignal);
+    QSignalSpy spy(&proxy(), cellSignal);
     QVERIFY(spy.isValid());
-    syncWithBus(m_proxy->connection());
+    syncWithBus(proxy().connection());
 
     m_fake->emitSignal(path, "setupChangedPart", {"in1", "level", wrappedValue(5), false});
     // A second change marks the end: a duplicate of the first would stand before it.
@@ -1046,16 +1000,16 @@ void tst_SetupMapMapItemInterface::relaysACellChangeOnceWithTheValueUnwrapped()
 
 void tst_SetupMapMapItemInterface::relaysOnceAlsoWhenACallerConnectsToBothOverloads()
 {
-    QSignalSpy unwrapped(m_proxy.get(), cellSignal);
-    QSignalSpy wrapped(m_proxy.get(), busCellSignal);
+    QSignalSpy unwrapped(&proxy(), cellSignal);
+    QSignalSpy wrapped(&proxy(), busCellSignal);
     int lambdaCalls = 0;
     QVariant lambdaValue;
-    connect(m_proxy.get(), QOverload<QString, QString, QVariant, bool>::of(&SetupMapMapItemInterface::setupChangedPart),
+    connect(&proxy(), QOverload<QString, QString, QVariant, bool>::of(&SetupMapMapItemInterface::setupChangedPart),
             this, [&](const QString &, const QString &, const QVariant &value, bool) {
                 ++lambdaCalls;
                 lambdaValue = value;
             });
-    syncWithBus(m_proxy->connection());
+    syncWithBus(proxy().connection());
 
     m_fake->emitSignal(path, "setupChangedPart", {"in1", "level", wrappedValue(5), false});
     m_fake->emitSignal(path, "setupChangedPart", {"in1", "level", wrappedValue(7), false});
@@ -1074,8 +1028,8 @@ void tst_SetupMapMapItemInterface::relaysOnceAlsoWhenACallerConnectsToBothOverlo
 
 void tst_SetupMapMapItemInterface::relaysAStructuredNewValueAndTheDeletedFlag()
 {
-    QSignalSpy spy(m_proxy.get(), cellSignal);
-    syncWithBus(m_proxy->connection());
+    QSignalSpy spy(&proxy(), cellSignal);
+    syncWithBus(proxy().connection());
 
     m_fake->emitSignal(path, "setupChangedPart",
                        {"in1", "routing", wrappedValue(QVariant(cell(QStringLiteral("out"), 2))), true});
@@ -1090,8 +1044,8 @@ void tst_SetupMapMapItemInterface::relaysAStructuredNewValueAndTheDeletedFlag()
 
 void tst_SetupMapMapItemInterface::relaysCellChangesOfItsOwnObjectOnly()
 {
-    QSignalSpy spy(m_proxy.get(), cellSignal);
-    syncWithBus(m_proxy->connection());
+    QSignalSpy spy(&proxy(), cellSignal);
+    syncWithBus(proxy().connection());
     const QList<QVariant> change{"in1", "level", wrappedValue(1), false};
 
     // Sent before the proxy's own signal: by the time that one arrives these have been
@@ -1110,9 +1064,9 @@ void tst_SetupMapMapItemInterface::relaysCellChangesOfItsOwnObjectOnly()
 void tst_SetupMapMapItemInterface::twoProxiesOfOneObjectEachRelayToTheirOwnReceivers()
 {
     SetupMapMapItemInterface other(m_fake->service(), path, QDBusConnection::sessionBus());
-    QSignalSpy first(m_proxy.get(), cellSignal);
+    QSignalSpy first(&proxy(), cellSignal);
     QSignalSpy second(&other, cellSignal);
-    syncWithBus(m_proxy->connection());
+    syncWithBus(proxy().connection());
 
     m_fake->emitSignal(path, "setupChangedPart", {"in1", "level", wrappedValue(5), false});
     m_fake->emitSignal(path, "setupChangedPart", {"in1", "level", wrappedValue(6), false});
@@ -1130,22 +1084,22 @@ void tst_SetupMapMapItemInterface::twoProxiesOfOneObjectEachRelayToTheirOwnRecei
 
 void tst_SetupMapMapItemInterface::relaysSetupChangedOfItsOwnObjectOnly()
 {
-    verifySignalRelay(*m_proxy, *m_fake, SIGNAL(setupChanged()), "setupChanged", {});
+    verifySignalRelay(proxy(), *m_fake, SIGNAL(setupChanged()), "setupChanged", {});
 }
 
 void tst_SetupMapMapItemInterface::relaysMapEntryRemovedOfItsOwnObjectOnly()
 {
-    verifySignalRelay(*m_proxy, *m_fake, SIGNAL(mapEntryRemoved(QString)), "mapEntryRemoved", {"in1"});
+    verifySignalRelay(proxy(), *m_fake, SIGNAL(mapEntryRemoved(QString)), "mapEntryRemoved", {"in1"});
 }
 
 void tst_SetupMapMapItemInterface::relaysSetupBoundsChangedOfItsOwnObjectOnly()
 {
-    verifySignalRelay(*m_proxy, *m_fake, SIGNAL(setupBoundsChanged()), "setupBoundsChanged", {});
+    verifySignalRelay(proxy(), *m_fake, SIGNAL(setupBoundsChanged()), "setupBoundsChanged", {});
 }
 
 void tst_SetupMapMapItemInterface::metaObjectListsSignalsThenSlotsInDeclarationOrder()
 {
-    verifyOwnMethods(*m_proxy,
+    verifyOwnMethods(proxy(),
                      {"setupChanged()", "setupChangedPart(QString,QString,QVariant,bool)",
                       "setupChangedPart(QString,QString,QDBusVariant,bool)", "mapEntryRemoved(QString)",
                       "setupBoundsChanged()"},
@@ -1215,8 +1169,8 @@ void tst_SetupMapMapItemInterface::parameterNamesAreKeptAsDeclared()
 
 void tst_SetupMapMapItemInterface::metaCastKnowsTheClassAndLeavesTheRestToTheBase()
 {
-    verifyMetaCast(*m_proxy, "SetupMapMapItemInterface");
-    QCOMPARE(m_proxy->qt_metacast("SetupMapListInterface"), nullptr);
+    verifyMetaCast(proxy(), "SetupMapMapItemInterface");
+    QCOMPARE(proxy().qt_metacast("SetupMapListInterface"), nullptr);
 }
 
 void tst_SetupMapMapItemInterface::invokingSlotsByNameGivesTheDirectResult()
@@ -1226,13 +1180,13 @@ void tst_SetupMapMapItemInterface::invokingSlotsByNameGivesTheDirectResult()
     m_fake->answer("removeItem", ScriptedAnswer::value(1));
 
     SettingsStringMap texts;
-    QVERIFY(QMetaObject::invokeMethod(m_proxy.get(), "getStringMap", Qt::DirectConnection,
+    QVERIFY(QMetaObject::invokeMethod(&proxy(), "getStringMap", Qt::DirectConnection,
                                       Q_RETURN_ARG(SettingsStringMap, texts), Q_ARG(QString, QStringLiteral("in1"))));
-    QCOMPARE(texts, m_proxy->getStringMap("in1"));
+    QCOMPARE(texts, proxy().getStringMap("in1"));
     QCOMPARE(texts.value(QStringLiteral("level")), QStringLiteral("3"));
 
     QDBusReply<int> removed;
-    QVERIFY(QMetaObject::invokeMethod(m_proxy.get(), "removeItem", Qt::DirectConnection,
+    QVERIFY(QMetaObject::invokeMethod(&proxy(), "removeItem", Qt::DirectConnection,
                                       Q_RETURN_ARG(QDBusReply<int>, removed), Q_ARG(QString, QStringLiteral("in1")),
                                       Q_ARG(QString, QStringLiteral("level"))));
     QVERIFY(removed.isValid());
