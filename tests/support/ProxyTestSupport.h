@@ -446,13 +446,6 @@ void verifySetToDefaultWaitsAndDropsTheAnswer(FakeMeasApplication &fake, QDBusAb
                                               const ProxyOperation &setToDefault, const QString &errorName,
                                               const QString &message);
 
-template<typename Proxy>
-void verifySetToDefaultWaitsAndDropsTheAnswer(FakeMeasApplication &fake, Proxy &proxy, const QString &errorName,
-                                              const QString &message)
-{
-    verifySetToDefaultWaitsAndDropsTheAnswer(fake, proxy, onProxy(&Proxy::setToDefault), errorName, message);
-}
-
 /// The class declares @p signalSignatures, then @p slotSignatures, in this order and nothing
 /// else; it derives from QDBusAbstractInterface directly and adds no property, enumerator or
 /// class info.
