@@ -36,9 +36,9 @@ const QList<OperationRow> asyncCalls{
      .wireArguments = {"v(i 4)", "i 0", "i 1"}},
     {.operation = "setToDefaultAsync", .run = onProxy(&P::setToDefaultAsync), .member = "setToDefault"},
 };
+
 CompositeClass arrayItem()
 {
-
     return {
         .className = "SetupArrayItemInterface",
         .path = path,

@@ -42,9 +42,9 @@ const QList<OperationRow> asyncCalls{
      .wireArguments = {"s \"ch1\"", "v(i 3)"}},
     {.operation = "setToDefaultAsync", .run = onProxy(&P::setToDefaultAsync), .member = "setToDefault"},
 };
+
 CompositeClass mapItem()
 {
-
     return {
         .className = "SetupMapItemInterface",
         .path = path,

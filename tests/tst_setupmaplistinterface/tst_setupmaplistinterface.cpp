@@ -89,9 +89,9 @@ void replaceSettingsMapOperators()
 {
     DBusCompat::registerMarshallOperators(QMetaType::QVariantMap, markingWriter, markingReader);
 }
+
 CompositeClass mapList()
 {
-
     return {
         .className = "SetupMapListInterface",
         .path = path,

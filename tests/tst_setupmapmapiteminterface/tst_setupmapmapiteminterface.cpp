@@ -166,6 +166,7 @@ void markingStringMapReader(const QDBusArgument &argument, void *value)
 {
     DBusTypes::readSettingsStringMap(argument, *static_cast<SettingsStringMap *>(value));
 }
+
 CompositeClass mapMapItem()
 {
     SettingsMap entry;

@@ -82,6 +82,7 @@ void readDoubles(const QDBusArgument &argument, void *value)
 
 const OperationRow setToDefaultAsync{
     .operation = "setToDefaultAsync", .run = onProxy(&P::setToDefaultAsync), .member = "setToDefault"};
+
 CompositeClass thresholdManager()
 {
     const QString key = QStringLiteral("Limits/Upper/3");
