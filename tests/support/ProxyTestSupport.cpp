@@ -277,15 +277,6 @@ void addLoggedFailureRows(const QList<OperationRow> &getters, const QList<Logged
     }
 }
 
-void verifyLoggedFailure(FakeMeasApplication &fake, QDBusAbstractInterface &proxy)
-{
-    QFETCH(OperationRow, row);
-    QFETCH(ScriptedAnswer, answer);
-    QFETCH(QString, quotedMessage);
-
-    verifyLoggedFailure(fake, proxy, row, answer, quotedMessage);
-}
-
 namespace {
 
 /// A checked getter's line: its opening, then service, path and the quoted message.
@@ -298,40 +289,38 @@ QString loggedLine(const OperationRow &getter, const QString &service, const QSt
 
 } // namespace
 
-void verifyLoggedFailure(FakeMeasApplication &fake, QDBusAbstractInterface &proxy, const OperationRow &getter,
-                         const ScriptedAnswer &answer, const QString &quotedMessage)
+void verifyLoggedFailure(FakeMeasApplication &fake, QDBusAbstractInterface &proxy)
 {
+    QFETCH(OperationRow, row);
+    QFETCH(ScriptedAnswer, answer);
+    QFETCH(QString, quotedMessage);
+
     QCOMPARE(fake.service(), FakeMeasApplication::serviceFor(QStringLiteral("fake")));
     QVERIFY(quotedMessage.size() > 2);
     LogCapture log;
-    fake.answer(getter.wireMember(), answer);
+    fake.answer(row.wireMember(), answer);
 
-    const QVariant value = getter.run(proxy).value;
+    const QVariant value = row.run(proxy).value;
 
-    QCOMPARE(value.userType(), getter.empty.userType());
-    QCOMPARE(value, getter.empty);
-    QCOMPARE(log.lines(), debugLines({loggedLine(getter, fake.service(), proxy.path(), quotedMessage)}));
+    QCOMPARE(value.userType(), row.empty.userType());
+    QCOMPARE(value, row.empty);
+    QCOMPARE(log.lines(), debugLines({loggedLine(row, fake.service(), proxy.path(), quotedMessage)}));
 }
 
 void verifyLoggedFailureWhenTheServiceIsAbsent(const ProxyFactory &make, const QString &path)
 {
     QFETCH(OperationRow, row);
     const std::unique_ptr<QDBusAbstractInterface> absent(make(absentService(), path, nullptr));
-    verifyLoggedFailureWhenTheServiceIsAbsent(*absent, row);
-}
-
-void verifyLoggedFailureWhenTheServiceIsAbsent(QDBusAbstractInterface &absent, const OperationRow &getter)
-{
     LogCapture log;
 
-    const QVariant value = getter.run(absent).value;
+    const QVariant value = row.run(*absent).value;
 
-    QCOMPARE(value.userType(), getter.empty.userType());
-    QCOMPARE(value, getter.empty);
-    QCOMPARE(absent.lastError().type(), QDBusError::ServiceUnknown);
-    const QString message = absent.lastError().message();
+    QCOMPARE(value.userType(), row.empty.userType());
+    QCOMPARE(value, row.empty);
+    QCOMPARE(absent->lastError().type(), QDBusError::ServiceUnknown);
+    const QString message = absent->lastError().message();
     QVERIFY(message.contains(absentService()));
-    QCOMPARE(log.lines(), debugLines({loggedLine(getter, absentService(), absent.path(), quoted(message))}));
+    QCOMPARE(log.lines(), debugLines({loggedLine(row, absentService(), path, quoted(message))}));
 }
 
 QDBusArgument settingsMapArgument(const QList<QPair<QString, QVariant>> &entries)

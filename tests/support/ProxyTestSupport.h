@@ -404,14 +404,9 @@ void addLoggedFailureRows(const QList<OperationRow> &getters, const QList<Logged
 /// The row's checked getter, answered as the row says, gives .empty and logs its one line.
 void verifyLoggedFailure(FakeMeasApplication &fake, QDBusAbstractInterface &proxy);
 
-/// @p getter, on @p answer, gives .empty and logs one line ending in @p quotedMessage.
-void verifyLoggedFailure(FakeMeasApplication &fake, QDBusAbstractInterface &proxy, const OperationRow &getter,
-                         const ScriptedAnswer &answer, const QString &quotedMessage);
-
 /// The row's checked getter (rows of addOperationRows()) on a proxy of a service nobody
 /// owns: .empty, ServiceUnknown, and one line quoting QtDBus's message.
 void verifyLoggedFailureWhenTheServiceIsAbsent(const ProxyFactory &make, const QString &path);
-void verifyLoggedFailureWhenTheServiceIsAbsent(QDBusAbstractInterface &absent, const OperationRow &getter);
 
 /**
  * Checks that @p qtSignal of @p proxy relays the bus signal @p member of the proxy's own
