@@ -73,3 +73,15 @@ void CompositeTest::asyncOperationsToAnAbsentServiceShowNothing()
         QSKIP("The class has no fire-and-forget operation.");
     verifyAsyncCallsShowNothing(*makeAbsent(), m_class.asyncs);
 }
+
+void CompositeTest::metaObjectPlacesEachMethodAtItsIndex_data()
+{
+    addMethodPlacementRows(m_class.signalSignatures, m_class.slotSignatures);
+}
+
+void CompositeTest::metaObjectPlacesEachMethodAtItsIndex()
+{
+    if (m_class.signalSignatures.isEmpty() && m_class.slotSignatures.isEmpty())
+        QSKIP("The test lists the class's methods in its own words.");
+    verifyMethodPlacementRow(*m_proxy->metaObject());
+}

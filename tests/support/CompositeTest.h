@@ -9,6 +9,7 @@
 
 #include <QList>
 #include <QString>
+#include <QStringList>
 
 /// A composite setup class as its test states it.
 struct CompositeClass
@@ -32,6 +33,9 @@ struct CompositeClass
     /// The fire-and-forget operations, and a blocking call the application refuses before them.
     QList<OperationRow> asyncs = {};
     OperationRow failingCall = {.operation = ""};
+    /// The class's own methods in meta-object order, where the test places each at its index.
+    QStringList signalSignatures = {};
+    QStringList slotSignatures = {};
 };
 
 class CompositeTest : public ProxyTableTest
@@ -57,6 +61,8 @@ private Q_SLOTS:
     void setToDefaultWaitsForTheAnswerAndDropsIt();
     void asyncOperationsReturnAtOnceAndLeaveLastErrorAlone();
     void asyncOperationsToAnAbsentServiceShowNothing();
+    void metaObjectPlacesEachMethodAtItsIndex_data();
+    void metaObjectPlacesEachMethodAtItsIndex();
 };
 
 #endif

@@ -468,10 +468,4 @@ void addMethodPlacementRows(const QStringList &signalSignatures, const QStringLi
 /// The current row's method is at that index, and found there by its signature too.
 void verifyMethodPlacementRow(const QMetaObject &meta);
 
-template<typename Proxy>
-void verifyMethodPlacementRow()
-{
-    verifyMethodPlacementRow(Proxy::staticMetaObject);
-}
-
 #endif

@@ -212,6 +212,8 @@ CompositeClass thresholdManager()
                         .run = onProxy<P>([](P &p) { return p.getValue(QStringLiteral("k")); }),
                         .signature = "s",
                         .arguments = {QStringLiteral("k")}},
+        .signalSignatures = signalSignatures,
+        .slotSignatures = slotSignatures,
     };
 }
 } // namespace
@@ -236,8 +238,6 @@ private Q_SLOTS:
     void mapsEachReplyWithoutLogging_data();
     void mapsEachReplyWithoutLogging();
 
-    void metaObjectPlacesEachMethodAtItsIndex_data();
-    void metaObjectPlacesEachMethodAtItsIndex();
     void metaObjectListsSignalsThenSlotsInDeclarationOrder();
     void metaCastKnowsTheClassAndLeavesTheRestToTheBase();
     void keepsServiceAndPathBesideTheBase();
@@ -408,16 +408,6 @@ void tst_SetupThresholdManagerInterface::mapsEachReplyWithoutLogging_data()
 void tst_SetupThresholdManagerInterface::mapsEachReplyWithoutLogging()
 {
     verifyMappedReply(*m_fake, proxy());
-}
-
-void tst_SetupThresholdManagerInterface::metaObjectPlacesEachMethodAtItsIndex_data()
-{
-    addMethodPlacementRows(signalSignatures, slotSignatures);
-}
-
-void tst_SetupThresholdManagerInterface::metaObjectPlacesEachMethodAtItsIndex()
-{
-    verifyMethodPlacementRow<P>();
 }
 
 void tst_SetupThresholdManagerInterface::metaObjectListsSignalsThenSlotsInDeclarationOrder()

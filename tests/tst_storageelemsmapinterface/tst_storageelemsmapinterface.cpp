@@ -52,6 +52,8 @@ CompositeClass storageElemsMap()
         .setToDefault = onProxy(&P::setToDefault),
         .asyncs = {setToDefaultAsync},
         .failingCall = {.operation = "count", .run = onProxy(&P::count)},
+        .signalSignatures = signalSignatures,
+        .slotSignatures = slotSignatures,
     };
 }
 } // namespace
@@ -75,8 +77,6 @@ private Q_SLOTS:
     void mapsEachReplyWithoutLogging_data();
     void mapsEachReplyWithoutLogging();
 
-    void metaObjectPlacesEachMethodAtItsIndex_data();
-    void metaObjectPlacesEachMethodAtItsIndex();
     void metaObjectListsSignalsThenSlotsInDeclarationOrder();
     void metaCastKnowsTheClassAndLeavesTheRestToTheBase();
     void holdsNothingBesideTheBase();
@@ -120,16 +120,6 @@ void tst_StorageElemsMapInterface::mapsEachReplyWithoutLogging_data()
 void tst_StorageElemsMapInterface::mapsEachReplyWithoutLogging()
 {
     verifyMappedReply(*m_fake, proxy());
-}
-
-void tst_StorageElemsMapInterface::metaObjectPlacesEachMethodAtItsIndex_data()
-{
-    addMethodPlacementRows(signalSignatures, slotSignatures);
-}
-
-void tst_StorageElemsMapInterface::metaObjectPlacesEachMethodAtItsIndex()
-{
-    verifyMethodPlacementRow<P>();
 }
 
 void tst_StorageElemsMapInterface::metaObjectListsSignalsThenSlotsInDeclarationOrder()
