@@ -1,6 +1,9 @@
 #include "ProxyTestSupport.h"
 
+#include "DBusCompat_p.h"
+
 #include <QCoreApplication>
+#include <QDBusArgument>
 #include <QDBusVariant>
 
 void verifyConstructionContract(const ProxyFactory &make, FakeMeasApplication &fake, const QString &path)
@@ -122,6 +125,12 @@ void verifySentAsItsRow(FakeMeasApplication &fake, QDBusAbstractInterface &proxy
     verifyReceivedCall(calls.first(), proxy.path(), row);
 }
 
+void verifySentAsItsRow(FakeMeasApplication &fake, QDBusAbstractInterface &proxy)
+{
+    QFETCH(OperationRow, row);
+    verifySentAsItsRow(fake, proxy, row);
+}
+
 void verifyAsyncCallsReturnAtOnce(FakeMeasApplication &fake, QDBusAbstractInterface &proxy,
                                   const OperationRow &failingCall, const QList<OperationRow> &asyncs)
 {
@@ -181,14 +190,18 @@ void addMappedReplyRow(const QByteArray &tag, const ProxyOperation &operation, c
     QTest::newRow(tag.constData()) << operation << member << answer << valid << value << log;
 }
 
-void addMappedReplyRows(const QByteArray &prefix, const OperationRow &row, LogCheck errorLogs)
+void addMappedReplyRows(const QByteArray &prefix, const OperationRow &row, LogCheck errorLogs,
+                        LogCheck otherFailureLogs)
 {
     const QString member = row.wireMember();
     const ScriptedAnswer error = ScriptedAnswer::error(failedErrorName(), QStringLiteral("refused"));
-    addMappedReplyRow(prefix + "answered", row.run, member, ScriptedAnswer::value(row.answered), true, row.answered);
+    const QVariant seen = row.seen.isValid() ? row.seen : row.answered;
+    addMappedReplyRow(prefix + "answered", row.run, member, ScriptedAnswer::value(row.answered), true, seen);
     addMappedReplyRow(prefix + "error reply", row.run, member, error, false, row.empty, errorLogs);
-    addMappedReplyRow(prefix + "wrong type", row.run, member, ScriptedAnswer::value(row.wrongType), false, row.empty);
-    addMappedReplyRow(prefix + "empty return", row.run, member, ScriptedAnswer::reply(), false, row.empty);
+    addMappedReplyRow(prefix + "wrong type", row.run, member, ScriptedAnswer::value(row.wrongType), false, row.empty,
+                      otherFailureLogs);
+    addMappedReplyRow(prefix + "empty return", row.run, member, ScriptedAnswer::reply(), false, row.empty,
+                      otherFailureLogs);
 }
 
 void addMappedVoidReplyRows(const QByteArray &prefix, const OperationRow &row)
@@ -218,4 +231,193 @@ void verifyMappedReply(FakeMeasApplication &fake, QDBusAbstractInterface &proxy)
     QCOMPARE(seen.value, value);
     if (log == LogCheck::Nothing)
         QCOMPARE(capture.lines(), QList<LogLine>());
+}
+
+void addOperationRows(const QList<OperationRow> &rows)
+{
+    QTest::addColumn<OperationRow>("row");
+    for (const OperationRow &row : rows)
+        QTest::newRow(row.operation) << row;
+}
+
+void verifyFailsWhenTheServiceIsAbsent(const ProxyFactory &make, const QString &path, LogCheck logCheck)
+{
+    QFETCH(OperationRow, row);
+
+    LogCapture log;
+    const std::unique_ptr<QDBusAbstractInterface> proxy(make(absentService(), path, nullptr));
+    const Seen seen = row.run(*proxy);
+
+    QVERIFY(!seen.valid);
+    QCOMPARE(seen.value.userType(), row.empty.userType());
+    QCOMPARE(seen.value, row.empty);
+    if (seen.error) {
+        QCOMPARE(seen.error->type(), QDBusError::ServiceUnknown);
+        QVERIFY(seen.error->message().contains(absentService()));
+    }
+    QCOMPARE(proxy->lastError().type(), QDBusError::ServiceUnknown);
+    QVERIFY(proxy->lastError().message().contains(absentService()));
+    if (logCheck == LogCheck::Nothing)
+        QCOMPARE(log.lines(), QList<LogLine>());
+}
+
+void addLoggedFailureRows(const QList<OperationRow> &getters, const QList<LoggedError> &errors)
+{
+    QTest::addColumn<OperationRow>("row");
+    QTest::addColumn<ScriptedAnswer>("answer");
+    QTest::addColumn<QString>("quotedMessage");
+    for (const OperationRow &getter : getters) {
+        for (const LoggedError &error : errors) {
+            QTest::addRow("%s %s", getter.operation, error.name)
+                << getter << ScriptedAnswer::error(failedErrorName(), error.message) << error.quoted;
+        }
+        QVERIFY(!getter.typeError.isEmpty());
+        QTest::addRow("%s wrong type", getter.operation)
+            << getter << ScriptedAnswer::value(getter.wrongType) << quoted(getter.typeError);
+    }
+}
+
+namespace {
+
+/// A checked getter's line: its opening, then service, path and the quoted message.
+QString loggedLine(const OperationRow &getter, const QString &service, const QString &path,
+                   const QString &quotedMessage)
+{
+    return getter.report + QLatin1Char(' ') + quoted(service) + QStringLiteral("  /  ") + quoted(path) +
+        QStringLiteral("  / Error: ") + quotedMessage;
+}
+
+} // namespace
+
+void verifyLoggedFailure(FakeMeasApplication &fake, QDBusAbstractInterface &proxy)
+{
+    QFETCH(OperationRow, row);
+    QFETCH(ScriptedAnswer, answer);
+    QFETCH(QString, quotedMessage);
+
+    QCOMPARE(fake.service(), FakeMeasApplication::serviceFor(QStringLiteral("fake")));
+    QVERIFY(quotedMessage.size() > 2);
+    LogCapture log;
+    fake.answer(row.wireMember(), answer);
+
+    const QVariant value = row.run(proxy).value;
+
+    QCOMPARE(value.userType(), row.empty.userType());
+    QCOMPARE(value, row.empty);
+    QCOMPARE(log.lines(), debugLines({loggedLine(row, fake.service(), proxy.path(), quotedMessage)}));
+}
+
+void verifyLoggedFailureWhenTheServiceIsAbsent(const ProxyFactory &make, const QString &path)
+{
+    QFETCH(OperationRow, row);
+    const std::unique_ptr<QDBusAbstractInterface> absent(make(absentService(), path, nullptr));
+    LogCapture log;
+
+    const QVariant value = row.run(*absent).value;
+
+    QCOMPARE(value.userType(), row.empty.userType());
+    QCOMPARE(value, row.empty);
+    QCOMPARE(absent->lastError().type(), QDBusError::ServiceUnknown);
+    const QString message = absent->lastError().message();
+    QVERIFY(message.contains(absentService()));
+    QCOMPARE(log.lines(), debugLines({loggedLine(row, absentService(), path, quoted(message))}));
+}
+
+QDBusArgument settingsMapArgument(const QList<QPair<QString, QVariant>> &entries)
+{
+    QDBusArgument argument;
+    argument.beginMap(QMetaType::QString, qMetaTypeId<QDBusVariant>());
+    for (const auto &entry : entries) {
+        argument.beginMapEntry();
+        argument << entry.first << QDBusVariant(entry.second);
+        argument.endMapEntry();
+    }
+    argument.endMap();
+    return argument;
+}
+
+void verifyRepeatedKeysKeptAsQMapDoes(FakeMeasApplication &fake, const QString &member,
+                                      const std::function<SettingsMap()> &get,
+                                      const QList<QPair<QString, QVariant>> &entries)
+{
+    fake.answer(member, ScriptedAnswer::value(QVariant::fromValue(settingsMapArgument(entries))));
+    SettingsMap expected;
+    SettingsMap lastValues;
+    for (const auto &entry : entries) {
+        DBusCompat::insertMulti(expected, entry.first, entry.second);
+        lastValues.insert(entry.first, entry.second);
+    }
+
+    LogCapture log;
+    const SettingsMap map = get();
+
+    QCOMPARE(map, expected);
+    for (auto last = lastValues.constBegin(); last != lastValues.constEnd(); ++last) {
+        QCOMPARE(map.count(last.key()), expected.count(last.key()));
+        QCOMPARE(map.value(last.key()), last.value());
+    }
+    QCOMPARE(log.lines(), QList<LogLine>());
+}
+
+void verifySetToDefaultWaitsAndDropsTheAnswer(FakeMeasApplication &fake, QDBusAbstractInterface &proxy,
+                                              const ProxyOperation &setToDefault, const QString &errorName,
+                                              const QString &message)
+{
+    LogCapture log;
+    fake.answer(QStringLiteral("setToDefault"), ScriptedAnswer::error(errorName, message));
+
+    setToDefault(proxy);
+
+    // Nothing was run in between: the call came back only once the application had answered.
+    QCOMPARE(fake.callCount(), 1);
+    QCOMPARE(proxy.lastError().name(), errorName);
+    QCOMPARE(proxy.lastError().message(), message);
+    QCOMPARE(log.lines(), QList<LogLine>());
+}
+
+void verifySignalsThenSlots(const QMetaObject &meta, const QObject &proxy, const QStringList &signalSignatures,
+                            const QStringList &slotSignatures)
+{
+    QCOMPARE(ownMethodSignatures(meta), signalSignatures + slotSignatures);
+    QCOMPARE(ownMethodSignatures(meta, QMetaMethod::Signal), signalSignatures);
+    QCOMPARE(ownMethodSignatures(meta, QMetaMethod::Slot), slotSignatures);
+    QCOMPARE(meta.superClass(), &QDBusAbstractInterface::staticMetaObject);
+    QCOMPARE(proxy.metaObject(), &meta);
+    QCOMPARE(meta.propertyCount(), meta.propertyOffset());
+    QCOMPARE(meta.enumeratorCount(), meta.enumeratorOffset());
+    QCOMPARE(meta.classInfoCount(), meta.classInfoOffset());
+}
+
+void verifyReturnTypes(const QMetaObject &meta, const QList<QPair<const char *, const char *>> &returnTypes)
+{
+    for (const auto &expected : returnTypes) {
+        const int index = meta.indexOfMethod(expected.first);
+        QVERIFY2(index >= meta.methodOffset(), expected.first);
+        QCOMPARE(meta.method(index).typeName(), expected.second);
+    }
+}
+
+void addMethodPlacementRows(const QStringList &signalSignatures, const QStringList &slotSignatures)
+{
+    QTest::addColumn<int>("index");
+    QTest::addColumn<QString>("signature");
+    QTest::addColumn<int>("type");
+    int index = 0;
+    for (const QString &signature : signalSignatures + slotSignatures) {
+        const bool isSignal = index < signalSignatures.size();
+        QTest::addRow("%d", index) << index << signature << int(isSignal ? QMetaMethod::Signal : QMetaMethod::Slot);
+        ++index;
+    }
+}
+
+void verifyMethodPlacementRow(const QMetaObject &meta)
+{
+    QFETCH(int, index);
+    QFETCH(QString, signature);
+    QFETCH(int, type);
+
+    const QMetaMethod method = meta.method(meta.methodOffset() + index);
+    QCOMPARE(QString::fromLatin1(method.methodSignature()), signature);
+    QCOMPARE(int(method.methodType()), type);
+    QCOMPARE(meta.indexOfMethod(signature.toLatin1().constData()), meta.methodOffset() + index);
 }

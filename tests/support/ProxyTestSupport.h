@@ -2,17 +2,21 @@
 #define TESTS_PROXYTESTSUPPORT_H
 
 #include "BusTestSupport.h"
+#include "DBusTypes.h"
 #include "FakeMeasApplication.h"
 #include "LogCapture.h"
 #include "WireText.h"
 
 #include <QDBusAbstractInterface>
+#include <QDBusArgument>
 #include <QDBusConnection>
 #include <QDBusError>
 #include <QDBusReply>
+#include <QDBusVariant>
 #include <QDebug>
 #include <QMetaMethod>
 #include <QMetaObject>
+#include <QPair>
 #include <QPointer>
 #include <QSignalSpy>
 #include <QStringList>
@@ -165,14 +169,18 @@ struct OperationRow
     QString signature = {};
     /// The arguments as they go out.
     QList<QVariant> arguments = {};
-    /// An answer that reaches the caller as it is.
+    /// An answer that reaches the caller as it is, or as .seen where that is given.
     QVariant answered = {};
+    /// What the caller gets of .answered, where it is not .answered itself (an unwrapped variant).
+    QVariant seen = {};
     /// A well-formed answer of another type, which the caller must see as a failure.
     QVariant wrongType = {};
     /// What the caller sees after any failure.
     QVariant empty = {};
     /// The opening of the line the operation logs when it fails.
     QString report = {};
+    /// QtDBus's message for .wrongType, which a checked getter quotes in its line.
+    QString typeError = {};
     /// The lines the operation logs when it fails, "%1" standing for the quoted error message.
     QStringList logLines = {};
     /// The arguments as wire texts (WireText.h), where they are custom types; replaces .arguments.
@@ -321,8 +329,10 @@ void addMappedReplyRow(const QByteArray &tag, const ProxyOperation &operation, c
 
 /// The rows of an operation handing back a reply with a value: answered with .answered; an
 /// error reply, an answer of .wrongType's type and an empty return, each giving .empty.
-/// @p errorLogs says what the error reply may log. Tags begin with @p prefix.
-void addMappedReplyRows(const QByteArray &prefix, const OperationRow &row, LogCheck errorLogs = LogCheck::Nothing);
+/// @p errorLogs says what the error reply may log, @p otherFailureLogs what the other two
+/// may. Tags begin with @p prefix.
+void addMappedReplyRows(const QByteArray &prefix, const OperationRow &row, LogCheck errorLogs = LogCheck::Nothing,
+                        LogCheck otherFailureLogs = LogCheck::Nothing);
 
 /// The rows of an operation handing back QDBusReply<void>: valid on any method return,
 /// .answered among them, invalid on an error reply.
@@ -345,6 +355,9 @@ void verifyReceivedCall(const ReceivedCall &call, const QString &path, const Ope
 /// The row's operation sends exactly the row's call, and nothing else.
 void verifySentAsItsRow(FakeMeasApplication &fake, QDBusAbstractInterface &proxy, const OperationRow &row);
 
+/// The same, for the current row of addOperationRows().
+void verifySentAsItsRow(FakeMeasApplication &fake, QDBusAbstractInterface &proxy);
+
 /**
  * @p asyncs return at once: the application never answers them, so calls that waited would
  * not come back in time for the fake to see them all. They leave the lastError() that
@@ -356,6 +369,45 @@ void verifyAsyncCallsReturnAtOnce(FakeMeasApplication &fake, QDBusAbstractInterf
 /// @p asyncs on a proxy of a service nobody owns leave lastError() as it was and log nothing.
 void verifyAsyncCallsShowNothing(QDBusAbstractInterface &absent, const QList<OperationRow> &asyncs);
 
+/// A row per operation, tagged with its name, in the column "row".
+void addOperationRows(const QList<OperationRow> &rows);
+
+/// The row's operation on a proxy of a service nobody owns fails: it shows .empty, and the
+/// bus's ServiceUnknown error in the reply it is handed (if any) and in lastError().
+void verifyFailsWhenTheServiceIsAbsent(const ProxyFactory &make, const QString &path,
+                                       LogCheck log = LogCheck::Unchecked);
+
+/// @p calls, each failing for want of a service, log nothing.
+template<typename Proxy>
+void verifyNothingLoggedWhenTheServiceIsAbsent(const QString &path, const std::function<void(Proxy &)> &calls)
+{
+    LogCapture log;
+    Proxy proxy(absentService(), path, QDBusConnection::sessionBus());
+
+    calls(proxy);
+
+    QCOMPARE(log.lines(), QList<LogLine>());
+}
+
+/// An error answer and its message as a report line quotes it.
+struct LoggedError
+{
+    const char *name;
+    QString message;
+    QString quoted;
+};
+
+/// Per checked getter (.report opens its line), a row per error of @p errors and one for its
+/// .wrongType answer, which QtDBus refuses with .typeError.
+void addLoggedFailureRows(const QList<OperationRow> &getters, const QList<LoggedError> &errors);
+
+/// The row's checked getter, answered as the row says, gives .empty and logs its one line.
+void verifyLoggedFailure(FakeMeasApplication &fake, QDBusAbstractInterface &proxy);
+
+/// The row's checked getter (rows of addOperationRows()) on a proxy of a service nobody
+/// owns: .empty, ServiceUnknown, and one line quoting QtDBus's message.
+void verifyLoggedFailureWhenTheServiceIsAbsent(const ProxyFactory &make, const QString &path);
+
 /**
  * Checks that @p qtSignal of @p proxy relays the bus signal @p member of the proxy's own
  * service, path and interface with @p arguments, and nothing sent from another path,
@@ -364,5 +416,56 @@ void verifyAsyncCallsShowNothing(QDBusAbstractInterface &absent, const QList<Ope
  */
 void verifySignalRelay(QDBusAbstractInterface &proxy, FakeMeasApplication &fake, const char *qtSignal,
                        const QString &member, const QList<QVariant> &arguments);
+
+// ---- the composite classes: variants, maps, setToDefault() and the meta-object ------------
+
+inline QVariant wrappedValue(const QVariant &value)
+{
+    return QVariant::fromValue(QDBusVariant(value));
+}
+
+/// An a{sv} with @p entries in this order, repeated keys included, as only a peer can send it.
+QDBusArgument settingsMapArgument(const QList<QPair<QString, QVariant>> &entries);
+
+/**
+ * @p get reads a map that the application answers to @p member with @p entries, in this
+ * order, some keys repeated, as only a peer can send it. The result is what QMap makes of
+ * them: Qt 5's keeps every entry of a repeated key, Qt 6's the later one. Nothing is logged.
+ */
+void verifyRepeatedKeysKeptAsQMapDoes(FakeMeasApplication &fake, const QString &member,
+                                      const std::function<SettingsMap()> &get,
+                                      const QList<QPair<QString, QVariant>> &entries);
+
+/// @p setToDefault waits for the answer: its error is in lastError() when it returns, and is not logged.
+void verifySetToDefaultWaitsAndDropsTheAnswer(FakeMeasApplication &fake, QDBusAbstractInterface &proxy,
+                                              const ProxyOperation &setToDefault, const QString &errorName,
+                                              const QString &message);
+
+/// The class declares @p signalSignatures, then @p slotSignatures, in this order and nothing
+/// else; it derives from QDBusAbstractInterface directly and adds no property, enumerator or
+/// class info.
+void verifySignalsThenSlots(const QMetaObject &meta, const QObject &proxy, const QStringList &signalSignatures,
+                            const QStringList &slotSignatures);
+
+template<typename Proxy>
+void verifyOwnMethods(const Proxy &proxy, const QStringList &signalSignatures, const QStringList &slotSignatures)
+{
+    verifySignalsThenSlots(Proxy::staticMetaObject, proxy, signalSignatures, slotSignatures);
+}
+
+/// Each method (by signature) returns the type of that name.
+void verifyReturnTypes(const QMetaObject &meta, const QList<QPair<const char *, const char *>> &returnTypes);
+
+template<typename Proxy>
+void verifyReturnTypes(const QList<QPair<const char *, const char *>> &returnTypes)
+{
+    verifyReturnTypes(Proxy::staticMetaObject, returnTypes);
+}
+
+/// A row per own method: its index after the base's, its signature and its kind.
+void addMethodPlacementRows(const QStringList &signalSignatures, const QStringList &slotSignatures);
+
+/// The current row's method is at that index, and found there by its signature too.
+void verifyMethodPlacementRow(const QMetaObject &meta);
 
 #endif

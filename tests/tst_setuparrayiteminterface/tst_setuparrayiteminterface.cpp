@@ -1,6 +1,6 @@
 #include "SetupArrayItemInterface.h"
 
-#include "CompositeTestSupport.h"
+#include "CompositeTest.h"
 #include "DBusTypes.h"
 
 #include <QDBusArgument>
@@ -20,41 +20,122 @@ Seen listOutcome(const QVariantList &list)
     return {true, QVariant(list), std::nullopt};
 }
 
-/// The one checked operation: an empty list and this line on any failure.
-CheckedGetter<P> checkedGetValue()
+/// The one checked operation: an empty list and one line on any failure.
+const OperationRow checkedGetValue{.operation = "getValue",
+                                   .run = onProxy<P>([](P &p) { return QVariant(p.getValue(3, 9)); }),
+                                   .wrongType = QStringList{QStringLiteral("a")},
+                                   .empty = QVariant(QVariantList()),
+                                   .report = "SetupArrayItemInterface::getValue(): ",
+                                   .typeError = replyTypeError<QVariantList>(QStringList{QStringLiteral("a")})};
+
+const QList<OperationRow> asyncCalls{
+    {.operation = "setValueAsync",
+     .run = onProxy<P>([](P &p) { p.setValueAsync(QVariant(4), 0, 1); }),
+     .member = "setValue",
+     .signature = "vii",
+     .wireArguments = {"v(i 4)", "i 0", "i 1"}},
+    {.operation = "setToDefaultAsync", .run = onProxy(&P::setToDefaultAsync), .member = "setToDefault"},
+};
+
+CompositeClass arrayItem()
 {
-    return {"getValue", "getValue", [](P &p) { return QVariant(p.getValue(3, 9)); }, QVariant(QVariantList()),
-            "SetupArrayItemInterface::getValue():  %1  /  \"/Setup/Channels\"  / Error: %2"};
+    return {
+        .className = "SetupArrayItemInterface",
+        .path = path,
+        .make = factoryOf<P>(),
+        .sent =
+            {
+                {.operation = "setValue range, int",
+                 .run = onProxy<P>([](P &p) { p.setValue(QVariant(5), 0, 3); }),
+                 .member = "setValue",
+                 .signature = "vii",
+                 .wireArguments = {"v(i 5)", "i 0", "i 3"}},
+                {.operation = "setValue range, string",
+                 .run = onProxy<P>([](P &p) { p.setValue(QVariant(QStringLiteral("on")), 2, 2); }),
+                 .member = "setValue",
+                 .signature = "vii",
+                 .wireArguments = {"v(s \"on\")", "i 2", "i 2"}},
+                {.operation = "setValue range, negative bounds passed through",
+                 .run = onProxy<P>([](P &p) { p.setValue(QVariant(2.5), -1, 7); }),
+                 .member = "setValue",
+                 .signature = "vii",
+                 .wireArguments = {"v(d 2.5)", "i -1", "i 7"}},
+                {.operation = "setValue list",
+                 .run = onProxy<P>([](P &p) { p.setValue(QVariantList() << 1 << 2); }),
+                 .member = "setValue",
+                 .signature = "av",
+                 .wireArguments = {"av [v(i 1), v(i 2)]"}},
+                {.operation = "setValue mixed list",
+                 .run = onProxy<P>([](P &p) { p.setValue(QVariantList() << true << QStringLiteral("x") << 0.5); }),
+                 .member = "setValue",
+                 .signature = "av",
+                 .wireArguments = {"av [v(b true), v(s \"x\"), v(d 0.5)]"}},
+                {.operation = "setValue empty list",
+                 .run = onProxy<P>([](P &p) { p.setValue(QVariantList()); }),
+                 .member = "setValue",
+                 .signature = "av",
+                 .wireArguments = {"av []"}},
+                {.operation = "getValue",
+                 .run = onProxy<P>([](P &p) { p.getValue(1, 4); }),
+                 .signature = "ii",
+                 .wireArguments = {"i 1", "i 4"}},
+                {.operation = "getString", .run = onProxy(&P::getString)},
+                {.operation = "size", .run = onProxy(&P::size)},
+                {.operation = "setValueAsync",
+                 .run = onProxy<P>([](P &p) { p.setValueAsync(QVariant(9), 3, 5); }),
+                 .member = "setValue",
+                 .signature = "vii",
+                 .wireArguments = {"v(i 9)", "i 3", "i 5"}},
+                {.operation = "isChangeable", .run = onProxy(&P::isChangeable)},
+                {.operation = "setToDefault", .run = onProxy(&P::setToDefault)},
+                {.operation = "setToDefaultAsync", .run = onProxy(&P::setToDefaultAsync), .member = "setToDefault"},
+            },
+        .absent =
+            {
+                {.operation = "setValue range",
+                 .run = onProxy<P>([](P &p) { return p.setValue(QVariant(1), 0, 0); }),
+                 .empty = false},
+                {.operation = "setValue list",
+                 .run = onProxy<P>([](P &p) { return p.setValue(QVariantList() << 1); }),
+                 .empty = false},
+                {.operation = "getValue",
+                 .run = onProxy<P>([](P &p) { return p.getValue(0, 0); }),
+                 .empty = QVariantList()},
+                {.operation = "getString", .run = onProxy(&P::getString), .empty = QString()},
+                {.operation = "size", .run = onProxy(&P::size), .empty = 0},
+                {.operation = "isChangeable", .run = onProxy(&P::isChangeable), .empty = false},
+                {.operation = "setToDefault", .run = onProxy(&P::setToDefault), .empty = QVariant()},
+            },
+        .checkedGetters = {checkedGetValue},
+        .loggedErrors = {{"error", "index out of range", "\"index out of range\""},
+                         {"error with quotes", "no \"row\" here", "\"no \\\"row\\\" here\""}},
+        .setToDefault = onProxy(&P::setToDefault),
+        .asyncs = asyncCalls,
+        .failingCall = {.operation = "size", .run = onProxy(&P::size)},
+    };
 }
 } // namespace
 
-class tst_SetupArrayItemInterface : public QObject, private ProxyFixture<SetupArrayItemInterface>
+class tst_SetupArrayItemInterface : public CompositeTest
 {
     Q_OBJECT
 
-private Q_SLOTS:
-    void init();
-    void cleanup();
+public:
+    tst_SetupArrayItemInterface()
+        : CompositeTest(arrayItem())
+    {
+    }
 
-    void constructionPassesItsArgumentsOnAndSendsNothing();
-    void sendsEachOperationWithItsWireForm_data();
-    void sendsEachOperationWithItsWireForm();
+private:
+    P &proxy() { return ProxyTableTest::proxy<P>(); }
+
+private Q_SLOTS:
     void mapsEachReply_data();
     void mapsEachReply();
-    void givesInvalidRepliesWhenTheServiceIsAbsent_data();
-    void givesInvalidRepliesWhenTheServiceIsAbsent();
 
     void getValueReturnsTheElementsUnwrapped();
     void getValueLeavesStructuredElementsAsArguments();
-    void getValueLogsOneLineOnAnErrorReply();
-    void getValueLogsOneLineForAWrongTypedReply();
-    void getValueLogsOneLineWhenTheServiceIsAbsent();
-    void getValueQuotesAndEscapesTheErrorMessage();
     void plainOperationsLogNothingOnFailure();
-
-    void setToDefaultWaitsForTheAnswerAndDropsIt();
-    void asyncOperationsReturnAtOnceAndLeaveLastErrorAlone();
-    void asyncSetterToAnAbsentServiceLogsNothing();
 
     void metaObjectListsSignalsThenSlotsInDeclarationOrder();
     void metaCastKnowsTheClassAndLeavesTheRestToTheBase();
@@ -62,128 +143,61 @@ private Q_SLOTS:
     void relaysSetupChangedOfItsOwnObjectOnly();
 };
 
-void tst_SetupArrayItemInterface::init()
-{
-    startFakeAndProxy(path);
-}
-
-void tst_SetupArrayItemInterface::cleanup()
-{
-    stopFakeAndProxy();
-}
-
-void tst_SetupArrayItemInterface::constructionPassesItsArgumentsOnAndSendsNothing()
-{
-    verifyConstructionContract<SetupArrayItemInterface>(*m_fake, path);
-}
-
-void tst_SetupArrayItemInterface::sendsEachOperationWithItsWireForm_data()
-{
-    addWireRows<P>({
-        {"setValue range, int",
-         [](P &p) { p.setValue(QVariant(5), 0, 3); },
-         "setValue",
-         "vii",
-         {"v(i 5)", "i 0", "i 3"}},
-        {"setValue range, string",
-         [](P &p) { p.setValue(QVariant(QStringLiteral("on")), 2, 2); },
-         "setValue",
-         "vii",
-         {"v(s \"on\")", "i 2", "i 2"}},
-        {"setValue range, negative bounds passed through",
-         [](P &p) { p.setValue(QVariant(2.5), -1, 7); },
-         "setValue",
-         "vii",
-         {"v(d 2.5)", "i -1", "i 7"}},
-        {"setValue list",
-         [](P &p) { p.setValue(QVariantList() << 1 << 2); },
-         "setValue",
-         "av",
-         {"av [v(i 1), v(i 2)]"}},
-        {"setValue mixed list",
-         [](P &p) { p.setValue(QVariantList() << true << QStringLiteral("x") << 0.5); },
-         "setValue",
-         "av",
-         {"av [v(b true), v(s \"x\"), v(d 0.5)]"}},
-        {"setValue empty list", [](P &p) { p.setValue(QVariantList()); }, "setValue", "av", {"av []"}},
-        {"getValue", [](P &p) { p.getValue(1, 4); }, "getValue", "ii", {"i 1", "i 4"}},
-        {"getString", [](P &p) { p.getString(); }, "getString", "", {}},
-        {"size", [](P &p) { p.size(); }, "size", "", {}},
-        {"setValueAsync",
-         [](P &p) { p.setValueAsync(QVariant(9), 3, 5); },
-         "setValue",
-         "vii",
-         {"v(i 9)", "i 3", "i 5"}},
-        {"isChangeable", [](P &p) { p.isChangeable(); }, "isChangeable", "", {}},
-        {"setToDefault", [](P &p) { p.setToDefault(); }, "setToDefault", "", {}},
-        {"setToDefaultAsync", [](P &p) { p.setToDefaultAsync(); }, "setToDefault", "", {}},
-    });
-}
-
-void tst_SetupArrayItemInterface::sendsEachOperationWithItsWireForm()
-{
-    verifyWireRow(*m_fake, *m_proxy);
-}
-
 void tst_SetupArrayItemInterface::mapsEachReply_data()
 {
-    ReplyTable<P> table(ScriptedAnswer::error(failure, QStringLiteral("refused")));
-    table.reply(
-        "setValue range", "setValue", [](P &p) { return seenOf(p.setValue(QVariant(1), 0, 1)); }, true, 1, false);
-    table.reply(
-        "setValue list", "setValue", [](P &p) { return seenOf(p.setValue(QVariantList() << 1)); }, true,
-        QStringLiteral("yes"), false);
-    table.reply(
-        "getString", [](P &p) { return seenOf(p.getString()); }, QStringLiteral("1, 2, 3"), 3, QString());
-    table.reply(
-        "size", [](P &p) { return seenOf(p.size()); }, 12, 12.0, 0);
-    table.reply(
-        "isChangeable", [](P &p) { return seenOf(p.isChangeable()); }, true, QStringLiteral("true"), false);
+    addMappedReplyColumns();
+    addMappedReplyRows("setValue range ",
+                       {.operation = "setValue range",
+                        .run = onProxy<P>([](P &p) { return p.setValue(QVariant(1), 0, 1); }),
+                        .member = "setValue",
+                        .answered = true,
+                        .wrongType = 1,
+                        .empty = false});
+    addMappedReplyRows("setValue list ",
+                       {.operation = "setValue list",
+                        .run = onProxy<P>([](P &p) { return p.setValue(QVariantList() << 1); }),
+                        .member = "setValue",
+                        .answered = true,
+                        .wrongType = QStringLiteral("yes"),
+                        .empty = false});
+    addMappedReplyRows("getString ",
+                       {.operation = "getString",
+                        .run = onProxy(&P::getString),
+                        .answered = QStringLiteral("1, 2, 3"),
+                        .wrongType = 3,
+                        .empty = QString()});
+    addMappedReplyRows("size ",
+                       {.operation = "size", .run = onProxy(&P::size), .answered = 12, .wrongType = 12.0, .empty = 0});
+    addMappedReplyRows("isChangeable ",
+                       {.operation = "isChangeable",
+                        .run = onProxy(&P::isChangeable),
+                        .answered = true,
+                        .wrongType = QStringLiteral("true"),
+                        .empty = false});
 
-    const auto getValue = [](P &p) { return listOutcome(p.getValue(0, 2)); };
+    const ProxyOperation getValue = onProxy<P>([](P &p) { return listOutcome(p.getValue(0, 2)); });
     const QVariantList elements = QVariantList() << 1 << QStringLiteral("a") << 2.5;
     const QVariant none = QVariant(QVariantList());
-    table.row("getValue", "answered", "getValue", getValue, ScriptedAnswer::value(elements), true, QVariant(elements));
-    table.row("getValue", "answered empty", "getValue", getValue, ScriptedAnswer::value(QVariantList()), true, none);
-    table.row("getValue", "error", "getValue", getValue, table.error(), true, none);
-    table.row("getValue", "wrong type", "getValue", getValue, ScriptedAnswer::value(QStringList{QStringLiteral("a")}),
-              true, none);
-    table.row("getValue", "no answer value", "getValue", getValue, ScriptedAnswer::reply(), true, none);
+    const auto row = [&](const char *tag, const ScriptedAnswer &answer, const QVariant &value) {
+        addMappedReplyRow(tag, getValue, "getValue", answer, true, value, LogCheck::Unchecked);
+    };
+    row("getValue answered", ScriptedAnswer::value(elements), QVariant(elements));
+    row("getValue answered empty", ScriptedAnswer::value(QVariantList()), none);
+    row("getValue error", ScriptedAnswer::error(failure, QStringLiteral("refused")), none);
+    row("getValue wrong type", ScriptedAnswer::value(QStringList{QStringLiteral("a")}), none);
+    row("getValue no answer value", ScriptedAnswer::reply(), none);
 }
 
 void tst_SetupArrayItemInterface::mapsEachReply()
 {
-    verifyMappedReply(*m_fake, *m_proxy);
-}
-
-void tst_SetupArrayItemInterface::givesInvalidRepliesWhenTheServiceIsAbsent_data()
-{
-    addAbsentRows<P>({
-        {"setValue range", [](P &p) { return seenOf(p.setValue(QVariant(1), 0, 0)); }, false},
-        {"setValue list", [](P &p) { return seenOf(p.setValue(QVariantList() << 1)); }, false},
-        {"getValue", [](P &p) { return seenOf(p.getValue(0, 0)); }, QVariantList()},
-        {"getString", [](P &p) { return seenOf(p.getString()); }, QString()},
-        {"size", [](P &p) { return seenOf(p.size()); }, 0},
-        {"isChangeable", [](P &p) { return seenOf(p.isChangeable()); }, false},
-        {"setToDefault",
-         [](P &p) {
-             p.setToDefault();
-             return Seen{};
-         },
-         QVariant()},
-    });
-}
-
-void tst_SetupArrayItemInterface::givesInvalidRepliesWhenTheServiceIsAbsent()
-{
-    verifyAbsentRow<P>(path);
+    verifyMappedReply(*m_fake, proxy());
 }
 
 void tst_SetupArrayItemInterface::getValueReturnsTheElementsUnwrapped()
 {
     m_fake->answer("getValue", ScriptedAnswer::value(QVariantList() << 7 << true << QStringLiteral("x")));
 
-    const QVariantList elements = m_proxy->getValue(0, 2);
+    const QVariantList elements = proxy().getValue(0, 2);
 
     QCOMPARE(elements.size(), 3);
     QCOMPARE(elements.at(0).userType(), int(QMetaType::Int));
@@ -201,7 +215,7 @@ void tst_SetupArrayItemInterface::getValueLeavesStructuredElementsAsArguments()
     const QVariantList inner = QVariantList() << 1 << 2;
     m_fake->answer("getValue", ScriptedAnswer::value(QVariantList() << QVariant(nested) << QVariant(inner) << 4));
 
-    const QVariantList elements = m_proxy->getValue(0, 2);
+    const QVariantList elements = proxy().getValue(0, 2);
 
     QCOMPARE(elements.size(), 3);
     QCOMPARE(elements.at(0).userType(), qMetaTypeId<QDBusArgument>());
@@ -215,34 +229,6 @@ void tst_SetupArrayItemInterface::getValueLeavesStructuredElementsAsArguments()
     QCOMPARE(listArgument.currentSignature(), QStringLiteral("av"));
     QCOMPARE(qdbus_cast<QVariantList>(listArgument), inner);
     QCOMPARE(elements.at(2), QVariant(4));
-}
-
-void tst_SetupArrayItemInterface::getValueLogsOneLineOnAnErrorReply()
-{
-    verifyLoggedFailure(*m_fake, *m_proxy, checkedGetValue(),
-                        ScriptedAnswer::error(failure, QStringLiteral("index out of range")),
-                        QStringLiteral("\"index out of range\""));
-}
-
-void tst_SetupArrayItemInterface::getValueLogsOneLineForAWrongTypedReply()
-{
-    const QVariant wrong = QStringList{QStringLiteral("a")};
-    const QString message = replyTypeError<QVariantList>(wrong);
-    QVERIFY(message.contains(QStringLiteral("av")));
-
-    verifyLoggedFailure(*m_fake, *m_proxy, checkedGetValue(), ScriptedAnswer::value(wrong), quoted(message));
-}
-
-void tst_SetupArrayItemInterface::getValueLogsOneLineWhenTheServiceIsAbsent()
-{
-    verifyLoggedFailureWhenTheServiceIsAbsent(path, checkedGetValue());
-}
-
-void tst_SetupArrayItemInterface::getValueQuotesAndEscapesTheErrorMessage()
-{
-    verifyLoggedFailure(*m_fake, *m_proxy, checkedGetValue(),
-                        ScriptedAnswer::error(failure, QStringLiteral("no \"row\" here")),
-                        QStringLiteral("\"no \\\"row\\\" here\""));
 }
 
 void tst_SetupArrayItemInterface::plainOperationsLogNothingOnFailure()
@@ -259,29 +245,9 @@ void tst_SetupArrayItemInterface::plainOperationsLogNothingOnFailure()
     });
 }
 
-void tst_SetupArrayItemInterface::setToDefaultWaitsForTheAnswerAndDropsIt()
-{
-    verifySetToDefaultWaitsAndDropsTheAnswer(*m_fake, *m_proxy, failure, QStringLiteral("locked"));
-}
-
-void tst_SetupArrayItemInterface::asyncOperationsReturnAtOnceAndLeaveLastErrorAlone()
-{
-    verifyAsyncCallsReturnAtOnce(*m_fake, *m_proxy, path, {"size", [](P &p) { p.size(); }},
-                                 {{[](P &p) { p.setValueAsync(QVariant(4), 0, 1); }, "setValue", "vii"},
-                                  {[](P &p) { p.setToDefaultAsync(); }, "setToDefault", ""}});
-}
-
-void tst_SetupArrayItemInterface::asyncSetterToAnAbsentServiceLogsNothing()
-{
-    verifyAsyncCallsToAnAbsentServiceLogNothing<P>(path, [](P &p) {
-        p.setValueAsync(QVariant(5), 0, 0);
-        p.setToDefaultAsync();
-    });
-}
-
 void tst_SetupArrayItemInterface::metaObjectListsSignalsThenSlotsInDeclarationOrder()
 {
-    verifyOwnMethods(*m_proxy, {"setupChanged()"},
+    verifyOwnMethods(proxy(), {"setupChanged()"},
                      {"setValue(QVariant,int,int)", "setValue(QVariantList)", "getValue(int,int)", "getString()",
                       "size()", "setValueAsync(QVariant,int,int)", "isChangeable()", "setToDefault()",
                       "setToDefaultAsync()"});
@@ -290,8 +256,8 @@ void tst_SetupArrayItemInterface::metaObjectListsSignalsThenSlotsInDeclarationOr
 
 void tst_SetupArrayItemInterface::metaCastKnowsTheClassAndLeavesTheRestToTheBase()
 {
-    verifyMetaCast(*m_proxy, "SetupArrayItemInterface");
-    QCOMPARE(m_proxy->qt_metacast("SetupMapItemInterface"), nullptr);
+    verifyMetaCast(proxy(), "SetupArrayItemInterface");
+    QCOMPARE(proxy().qt_metacast("SetupMapItemInterface"), nullptr);
 }
 
 void tst_SetupArrayItemInterface::invokingSlotsByNameGivesTheDirectResult()
@@ -301,19 +267,18 @@ void tst_SetupArrayItemInterface::invokingSlotsByNameGivesTheDirectResult()
     m_fake->answer("size", ScriptedAnswer::value(2));
 
     QList<QVariant> elements;
-    QVERIFY(QMetaObject::invokeMethod(m_proxy.get(), "getValue", Qt::DirectConnection,
+    QVERIFY(QMetaObject::invokeMethod(&proxy(), "getValue", Qt::DirectConnection,
                                       Q_RETURN_ARG(QList<QVariant>, elements), Q_ARG(int, 0), Q_ARG(int, 1)));
-    QCOMPARE(elements, m_proxy->getValue(0, 1));
+    QCOMPARE(elements, proxy().getValue(0, 1));
     QCOMPARE(elements, QVariantList() << 3 << 4);
 
     QDBusReply<int> size;
-    QVERIFY(
-        QMetaObject::invokeMethod(m_proxy.get(), "size", Qt::DirectConnection, Q_RETURN_ARG(QDBusReply<int>, size)));
+    QVERIFY(QMetaObject::invokeMethod(&proxy(), "size", Qt::DirectConnection, Q_RETURN_ARG(QDBusReply<int>, size)));
     QCOMPARE(size.value(), 2);
 
     m_fake->clearCalls();
     QDBusReply<bool> accepted;
-    QVERIFY(QMetaObject::invokeMethod(m_proxy.get(), "setValue", Qt::DirectConnection,
+    QVERIFY(QMetaObject::invokeMethod(&proxy(), "setValue", Qt::DirectConnection,
                                       Q_RETURN_ARG(QDBusReply<bool>, accepted),
                                       Q_ARG(QVariantList, QVariantList() << 8)));
     QVERIFY(accepted.isValid());
@@ -323,7 +288,7 @@ void tst_SetupArrayItemInterface::invokingSlotsByNameGivesTheDirectResult()
 
 void tst_SetupArrayItemInterface::relaysSetupChangedOfItsOwnObjectOnly()
 {
-    verifySignalRelay(*m_proxy, *m_fake, SIGNAL(setupChanged()), "setupChanged", {});
+    verifySignalRelay(proxy(), *m_fake, SIGNAL(setupChanged()), "setupChanged", {});
 }
 
 QTEST_GUILESS_MAIN(tst_SetupArrayItemInterface)

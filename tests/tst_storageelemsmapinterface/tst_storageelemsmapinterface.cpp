@@ -1,6 +1,6 @@
 #include "StorageElemsMapInterface.h"
 
-#include "CompositeTestSupport.h"
+#include "CompositeTest.h"
 
 #include <QDBusConnection>
 #include <QtTest/QTest>
@@ -16,31 +16,67 @@ const QString failure = QStringLiteral("com.velk.mqx.Error.Failed");
 const QStringList signalSignatures{"setupChanged(QString,int,int,QStringList)", "sortOrderChanged(QString)"};
 const QStringList slotSignatures{"getValues()",         "count()",        "setToDefault()",
                                  "setToDefaultAsync()", "getSortOrder()", "setSortOrder(QString)"};
+
+const OperationRow setToDefaultAsync{
+    .operation = "setToDefaultAsync", .run = onProxy(&P::setToDefaultAsync), .member = "setToDefault"};
+
+CompositeClass storageElemsMap()
+{
+    return {
+        .className = "StorageElemsMapInterface",
+        .path = path,
+        .make = factoryOf<P>(),
+        .sent =
+            {
+                {.operation = "getValues", .run = onProxy(&P::getValues)},
+                {.operation = "count", .run = onProxy(&P::count)},
+                {.operation = "setToDefault", .run = onProxy(&P::setToDefault)},
+                setToDefaultAsync,
+                {.operation = "getSortOrder", .run = onProxy(&P::getSortOrder)},
+                {.operation = "setSortOrder",
+                 .run = onProxy<P>([](P &p) { return p.setSortOrder(QStringLiteral("byDate")); }),
+                 .signature = "s",
+                 .arguments = {QStringLiteral("byDate")}},
+            },
+        .absent =
+            {
+                {.operation = "getValues", .run = onProxy(&P::getValues), .empty = QStringList()},
+                {.operation = "count", .run = onProxy(&P::count), .empty = 0},
+                {.operation = "getSortOrder", .run = onProxy(&P::getSortOrder), .empty = QString()},
+                {.operation = "setSortOrder",
+                 .run = onProxy<P>([](P &p) { return p.setSortOrder(QStringLiteral("byName")); }),
+                 .empty = QVariant()},
+                {.operation = "setToDefault", .run = onProxy(&P::setToDefault), .empty = QVariant()},
+            },
+        .absentLog = LogCheck::Nothing,
+        .setToDefault = onProxy(&P::setToDefault),
+        .asyncs = {setToDefaultAsync},
+        .failingCall = {.operation = "count", .run = onProxy(&P::count)},
+        .signalSignatures = signalSignatures,
+        .slotSignatures = slotSignatures,
+    };
+}
 } // namespace
 
-class tst_StorageElemsMapInterface : public QObject, private ProxyFixture<StorageElemsMapInterface>
+class tst_StorageElemsMapInterface : public CompositeTest
 {
     Q_OBJECT
 
+public:
+    tst_StorageElemsMapInterface()
+        : CompositeTest(storageElemsMap())
+    {
+    }
+
+private:
+    P &proxy() { return ProxyTableTest::proxy<P>(); }
+
 private Q_SLOTS:
-    void init();
-    void cleanup();
+    void constructionForAnAbsentServiceLogsNothing();
 
-    void constructionMakesNoBusCallAndLogsNothing();
-
-    void sendsEachOperationWithItsWireForm_data();
-    void sendsEachOperationWithItsWireForm();
     void mapsEachReplyWithoutLogging_data();
     void mapsEachReplyWithoutLogging();
-    void givesInvalidRepliesAndLogsNothingWhenTheServiceIsAbsent_data();
-    void givesInvalidRepliesAndLogsNothingWhenTheServiceIsAbsent();
 
-    void setToDefaultWaitsForTheAnswerAndDropsIt();
-    void setToDefaultAsyncReturnsAtOnceAndSendsSetToDefault();
-    void setToDefaultAsyncReturnsAtOnceWhenTheServiceIsAbsent();
-
-    void metaObjectPlacesEachMethodAtItsIndex_data();
-    void metaObjectPlacesEachMethodAtItsIndex();
     void metaObjectListsSignalsThenSlotsInDeclarationOrder();
     void metaCastKnowsTheClassAndLeavesTheRestToTheBase();
     void holdsNothingBesideTheBase();
@@ -50,127 +86,52 @@ private Q_SLOTS:
     void relaysSortOrderChanged();
 };
 
-void tst_StorageElemsMapInterface::init()
+void tst_StorageElemsMapInterface::constructionForAnAbsentServiceLogsNothing()
 {
-    startFakeAndProxy(path);
-}
-
-void tst_StorageElemsMapInterface::cleanup()
-{
-    stopFakeAndProxy();
-}
-
-void tst_StorageElemsMapInterface::constructionMakesNoBusCallAndLogsNothing()
-{
-    verifyConstructionContract<StorageElemsMapInterface>(*m_fake, path);
     verifyConstructionForAnAbsentService<StorageElemsMapInterface>(path);
-    QVERIFY(m_proxy->isValid());
-}
-
-void tst_StorageElemsMapInterface::sendsEachOperationWithItsWireForm_data()
-{
-    addWireRows<P, QList<QVariant>>({
-        {"getValues", [](P &p) { p.getValues(); }, "getValues", "", {}},
-        {"count", [](P &p) { p.count(); }, "count", "", {}},
-        {"setToDefault", [](P &p) { p.setToDefault(); }, "setToDefault", "", {}},
-        {"setToDefaultAsync", [](P &p) { p.setToDefaultAsync(); }, "setToDefault", "", {}},
-        {"getSortOrder", [](P &p) { p.getSortOrder(); }, "getSortOrder", "", {}},
-        {"setSortOrder",
-         [](P &p) { p.setSortOrder(QStringLiteral("byDate")); },
-         "setSortOrder",
-         "s",
-         {QStringLiteral("byDate")}},
-    });
-}
-
-void tst_StorageElemsMapInterface::sendsEachOperationWithItsWireForm()
-{
-    verifyWireRow(*m_fake, *m_proxy);
+    QVERIFY(proxy().isValid());
 }
 
 void tst_StorageElemsMapInterface::mapsEachReplyWithoutLogging_data()
 {
-    ReplyTable<P> table(ScriptedAnswer::error(failure, QStringLiteral("refused")), LogCheck::Nothing);
-    table.reply(
-        "getValues", [](P &p) { return seenOf(p.getValues()); },
-        QStringList{QStringLiteral("Trace 2"), QStringLiteral("Trace 1")}, QStringLiteral("Trace 2"), QStringList());
-    table.reply(
-        "count", [](P &p) { return seenOf(p.count()); }, 2, QStringLiteral("2"), 0);
-    table.reply(
-        "getSortOrder", [](P &p) { return seenOf(p.getSortOrder()); }, QStringLiteral("byName"), 1, QString());
-
+    addMappedReplyColumns();
+    addMappedReplyRows("getValues ",
+                       {.operation = "getValues",
+                        .run = onProxy(&P::getValues),
+                        .answered = QStringList{QStringLiteral("Trace 2"), QStringLiteral("Trace 1")},
+                        .wrongType = QStringLiteral("Trace 2"),
+                        .empty = QStringList()});
+    addMappedReplyRows(
+        "count ",
+        {.operation = "count", .run = onProxy(&P::count), .answered = 2, .wrongType = QStringLiteral("2"), .empty = 0});
+    addMappedReplyRows("getSortOrder ",
+                       {.operation = "getSortOrder",
+                        .run = onProxy(&P::getSortOrder),
+                        .answered = QStringLiteral("byName"),
+                        .wrongType = 1,
+                        .empty = QString()});
     // A void reply accepts any method return and only fails on an error.
-    const auto setSortOrder = [](P &p) { return seenOf(p.setSortOrder(QStringLiteral("byName"))); };
-    table.row("setSortOrder", "answered", "setSortOrder", setSortOrder, ScriptedAnswer::reply(), true, QVariant());
-    table.row("setSortOrder", "answered with a value", "setSortOrder", setSortOrder, ScriptedAnswer::value(true), true,
-              QVariant());
-    table.row("setSortOrder", "error", "setSortOrder", setSortOrder, table.error(), false, QVariant());
+    addMappedVoidReplyRows("setSortOrder ",
+                           {.operation = "setSortOrder",
+                            .run = onProxy<P>([](P &p) { return p.setSortOrder(QStringLiteral("byName")); }),
+                            .answered = true});
 }
 
 void tst_StorageElemsMapInterface::mapsEachReplyWithoutLogging()
 {
-    verifyMappedReply(*m_fake, *m_proxy);
-}
-
-void tst_StorageElemsMapInterface::givesInvalidRepliesAndLogsNothingWhenTheServiceIsAbsent_data()
-{
-    addAbsentRows<P>({
-        {"getValues", [](P &p) { return seenOf(p.getValues()); }, QStringList()},
-        {"count", [](P &p) { return seenOf(p.count()); }, 0},
-        {"getSortOrder", [](P &p) { return seenOf(p.getSortOrder()); }, QString()},
-        {"setSortOrder", [](P &p) { return seenOf(p.setSortOrder(QStringLiteral("byName"))); }, QVariant()},
-        {"setToDefault",
-         [](P &p) {
-             p.setToDefault();
-             return Seen{};
-         },
-         QVariant()},
-    });
-}
-
-void tst_StorageElemsMapInterface::givesInvalidRepliesAndLogsNothingWhenTheServiceIsAbsent()
-{
-    verifyAbsentRow<P>(path, LogCheck::Nothing);
-}
-
-void tst_StorageElemsMapInterface::setToDefaultWaitsForTheAnswerAndDropsIt()
-{
-    verifySetToDefaultWaitsAndDropsTheAnswer(*m_fake, *m_proxy, failure, QStringLiteral("reset refused"));
-}
-
-void tst_StorageElemsMapInterface::setToDefaultAsyncReturnsAtOnceAndSendsSetToDefault()
-{
-    // Should the proxy send its own name instead, that call gets its answer at once.
-    m_fake->answer("setToDefaultAsync", ScriptedAnswer::reply());
-    verifyAsyncCallsReturnAtOnce(*m_fake, *m_proxy, path, {"count", [](P &p) { p.count(); }},
-                                 {{[](P &p) { p.setToDefaultAsync(); }, "setToDefault", ""}});
-}
-
-void tst_StorageElemsMapInterface::setToDefaultAsyncReturnsAtOnceWhenTheServiceIsAbsent()
-{
-    verifyAsyncCallsToAnAbsentServiceLogNothing<P>(path, [](P &p) { p.setToDefaultAsync(); });
-}
-
-void tst_StorageElemsMapInterface::metaObjectPlacesEachMethodAtItsIndex_data()
-{
-    addMethodPlacementRows(signalSignatures, slotSignatures);
-}
-
-void tst_StorageElemsMapInterface::metaObjectPlacesEachMethodAtItsIndex()
-{
-    verifyMethodPlacementRow<P>();
+    verifyMappedReply(*m_fake, proxy());
 }
 
 void tst_StorageElemsMapInterface::metaObjectListsSignalsThenSlotsInDeclarationOrder()
 {
-    verifyOwnMethods(*m_proxy, signalSignatures, slotSignatures);
+    verifyOwnMethods(proxy(), signalSignatures, slotSignatures);
     verifyReturnTypes<P>({{"setSortOrder(QString)", "QDBusReply<void>"}, {"setToDefault()", "void"}});
 }
 
 void tst_StorageElemsMapInterface::metaCastKnowsTheClassAndLeavesTheRestToTheBase()
 {
-    verifyMetaCast(*m_proxy, "StorageElemsMapInterface");
-    QCOMPARE(m_proxy->qt_metacast("SetupThresholdManagerInterface"), nullptr);
+    verifyMetaCast(proxy(), "StorageElemsMapInterface");
+    QCOMPARE(proxy().qt_metacast("SetupThresholdManagerInterface"), nullptr);
 }
 
 void tst_StorageElemsMapInterface::holdsNothingBesideTheBase()
@@ -184,13 +145,13 @@ void tst_StorageElemsMapInterface::invokingSlotsByNameGivesTheDirectResult()
     m_fake->answer("setSortOrder", ScriptedAnswer::error(failure, QStringLiteral("unknown order")));
 
     QDBusReply<QStringList> values;
-    QVERIFY(QMetaObject::invokeMethod(m_proxy.get(), "getValues", Qt::DirectConnection,
+    QVERIFY(QMetaObject::invokeMethod(&proxy(), "getValues", Qt::DirectConnection,
                                       Q_RETURN_ARG(QDBusReply<QStringList>, values)));
-    QCOMPARE(values.value(), m_proxy->getValues().value());
+    QCOMPARE(values.value(), proxy().getValues().value());
     QCOMPARE(values.value(), QStringList({QStringLiteral("a"), QStringLiteral("b")}));
 
     QDBusReply<void> set;
-    QVERIFY(QMetaObject::invokeMethod(m_proxy.get(), "setSortOrder", Qt::DirectConnection,
+    QVERIFY(QMetaObject::invokeMethod(&proxy(), "setSortOrder", Qt::DirectConnection,
                                       Q_RETURN_ARG(QDBusReply<void>, set), Q_ARG(QString, QStringLiteral("bogus"))));
     QVERIFY(!set.isValid());
     QCOMPARE(set.error().message(), QStringLiteral("unknown order"));
@@ -199,14 +160,14 @@ void tst_StorageElemsMapInterface::invokingSlotsByNameGivesTheDirectResult()
 
 void tst_StorageElemsMapInterface::relaysSetupChanged()
 {
-    verifySignalRelay(*m_proxy, *m_fake, SIGNAL(setupChanged(QString, int, int, QStringList)), "setupChanged",
+    verifySignalRelay(proxy(), *m_fake, SIGNAL(setupChanged(QString, int, int, QStringList)), "setupChanged",
                       {QStringLiteral("insert"), 2, 3,
                        QStringList{QStringLiteral("Trace 4"), QStringLiteral("Trace 5"), QStringLiteral("Trace 6")}});
 }
 
 void tst_StorageElemsMapInterface::relaysSortOrderChanged()
 {
-    verifySignalRelay(*m_proxy, *m_fake, SIGNAL(sortOrderChanged(QString)), "sortOrderChanged",
+    verifySignalRelay(proxy(), *m_fake, SIGNAL(sortOrderChanged(QString)), "sortOrderChanged",
                       {QStringLiteral("byDate")});
 }
 

@@ -1,0 +1,68 @@
+#ifndef TESTS_COMPOSITETEST_H
+#define TESTS_COMPOSITETEST_H
+
+// The checks every composite setup class shares (array, map, map list, map of maps,
+// threshold manager, storage elements). A class's test states the class as a CompositeClass
+// and derives from CompositeTest, adding what is the class's own.
+
+#include "ProxyTableTest.h"
+
+#include <QList>
+#include <QString>
+#include <QStringList>
+
+/// A composite setup class as its test states it.
+struct CompositeClass
+{
+    const char *className;
+    QString path;
+    ProxyFactory make;
+    /// Every operation with the call it sends: .member, .signature, .arguments or .wireArguments.
+    QList<OperationRow> sent;
+    /// Every blocking operation and the .empty value it gives when the service is absent.
+    QList<OperationRow> absent;
+    /// Whether those failures must also log nothing.
+    LogCheck absentLog = LogCheck::Unchecked;
+    /// The getters that log one line on a failure: .report opens it; .wrongType is refused
+    /// with .typeError.
+    QList<OperationRow> checkedGetters = {};
+    /// The error answers the checked getters are tried with.
+    QList<LoggedError> loggedErrors = {};
+    /// setToDefault(), which waits for the answer and drops it.
+    ProxyOperation setToDefault;
+    /// The fire-and-forget operations, and a blocking call the application refuses before them.
+    QList<OperationRow> asyncs = {};
+    OperationRow failingCall = {.operation = ""};
+    /// The class's own methods in meta-object order, where the test places each at its index.
+    QStringList signalSignatures = {};
+    QStringList slotSignatures = {};
+};
+
+class CompositeTest : public ProxyTableTest
+{
+    Q_OBJECT
+
+public:
+    explicit CompositeTest(CompositeClass tested);
+    ~CompositeTest() override;
+
+protected:
+    const CompositeClass m_class;
+
+private Q_SLOTS:
+    void sendsEachOperationWithItsWireForm_data();
+    void sendsEachOperationWithItsWireForm();
+    void givesInvalidRepliesWhenTheServiceIsAbsent_data();
+    void givesInvalidRepliesWhenTheServiceIsAbsent();
+    void checkedGettersLogOneLinePerFailure_data();
+    void checkedGettersLogOneLinePerFailure();
+    void checkedGettersLogOneLineWhenTheServiceIsAbsent_data();
+    void checkedGettersLogOneLineWhenTheServiceIsAbsent();
+    void setToDefaultWaitsForTheAnswerAndDropsIt();
+    void asyncOperationsReturnAtOnceAndLeaveLastErrorAlone();
+    void asyncOperationsToAnAbsentServiceShowNothing();
+    void metaObjectPlacesEachMethodAtItsIndex_data();
+    void metaObjectPlacesEachMethodAtItsIndex();
+};
+
+#endif
