@@ -3,6 +3,7 @@
 #include "SetupIntInterface.h"
 
 #include "BusMonitor.h"
+#include "BusTestSupport.h"
 #include "FakeMeasApplication.h"
 
 #include <QDBusConnection>
@@ -151,6 +152,7 @@ void tst_ServiceOwnerCache::proxiesConstructedMeanwhileCallAndRelayAsWithoutIt()
     QCOMPARE(value.value(), 42);
 
     QSignalSpy changes(&proxy, &SetupIntInterface::setupChanged);
+    syncWithBus(QDBusConnection::sessionBus());
     m_application->emitSignal(gainPath, QStringLiteral("setupChanged"), {7});
     QVERIFY(changes.wait());
     QCOMPARE(changes.takeFirst(), QVariantList{7});
