@@ -6,6 +6,7 @@
 #include <QDBusServiceWatcher>
 #include <QEvent>
 #include <QObject>
+#include <QtTest/QTest>
 
 /// Returns once the bus daemon has handled everything @p connection sent before, such
 /// as the match rule added when a receiver connected to a proxy's signal.
@@ -61,5 +62,27 @@ private Q_SLOTS:
 private:
     int m_count = 0;
 };
+
+/**
+ * The singleton contract of the bus classes: getInstance() hands out one object, which
+ * Probe::instance() (the protected m_pInstance) shows, until releaseInstance() empties it;
+ * the next getInstance() makes another.
+ */
+template<typename Singleton, typename Probe>
+void verifyOneInstanceUntilReleased()
+{
+    QCOMPARE(Probe::instance(), nullptr);
+    Singleton *first = Singleton::getInstance();
+    QVERIFY(first);
+    QCOMPARE(Singleton::getInstance(), first);
+    QCOMPARE(Probe::instance(), first);
+
+    Singleton::releaseInstance();
+    QCOMPARE(Probe::instance(), nullptr);
+
+    Singleton *second = Singleton::getInstance();
+    QVERIFY(second);
+    QCOMPARE(Probe::instance(), second);
+}
 
 #endif

@@ -4,8 +4,11 @@
 
 #include <QAtomicInt>
 #include <QCoreApplication>
+#include <QDBusArgument>
 #include <QDBusConnection>
 #include <QDBusConnectionInterface>
+#include <QDBusObjectPath>
+#include <QDBusVariant>
 #include <QDBusVirtualObject>
 #include <QDeadlineTimer>
 #include <QHash>
@@ -262,34 +265,35 @@ void FakeMeasApplication::clearCalls()
     m_peer->m_calls.clear();
 }
 
+namespace {
+
+/// Sends @p signal with @p arguments and returns once the bus daemon has routed it.
+void sendRouted(const QDBusConnection &connection, QDBusMessage signal, const QList<QVariant> &arguments)
+{
+    signal.setArguments(arguments);
+    connection.send(signal);
+    syncWithBus(connection);
+}
+
+} // namespace
+
 void FakeMeasApplication::emitSignal(const QString &path, const QString &member, const QList<QVariant> &arguments,
                                      const QString &interface)
 {
-    QDBusMessage signal = QDBusMessage::createSignal(path, interface, member);
-    signal.setArguments(arguments);
-    const QDBusConnection connection = m_peer->connection();
-    connection.send(signal);
-    syncWithBus(connection);
+    sendRouted(m_peer->connection(), QDBusMessage::createSignal(path, interface, member), arguments);
 }
 
 void FakeMeasApplication::emitForeignSignal(const QString &path, const QString &member,
                                             const QList<QVariant> &arguments, const QString &interface)
 {
-    QDBusMessage signal = QDBusMessage::createSignal(path, interface, member);
-    signal.setArguments(arguments);
-    const QDBusConnection connection = m_peer->foreignConnection();
-    connection.send(signal);
-    syncWithBus(connection);
+    sendRouted(m_peer->foreignConnection(), QDBusMessage::createSignal(path, interface, member), arguments);
 }
 
 void FakeMeasApplication::emitForeignSignalTo(const QString &destination, const QString &path, const QString &member,
                                               const QList<QVariant> &arguments, const QString &interface)
 {
-    QDBusMessage signal = QDBusMessage::createTargetedSignal(destination, path, interface, member);
-    signal.setArguments(arguments);
-    const QDBusConnection connection = m_peer->foreignConnection();
-    connection.send(signal);
-    syncWithBus(connection);
+    sendRouted(m_peer->foreignConnection(), QDBusMessage::createTargetedSignal(destination, path, interface, member),
+               arguments);
 }
 
 QString FakeMeasApplication::foreignUniqueName() const
@@ -300,6 +304,97 @@ QString FakeMeasApplication::foreignUniqueName() const
 void FakeMeasApplication::releaseService()
 {
     QMetaObject::invokeMethod(m_peer.get(), "releaseService", Qt::BlockingQueuedConnection);
+}
+
+namespace {
+
+/// Reads a copy of @p argument, which is left where it stands.
+QString argumentText(const QDBusArgument &argument)
+{
+    const QDBusArgument copy = argument;
+    const QString signature = copy.currentSignature();
+    QStringList items;
+    switch (copy.currentType()) {
+    case QDBusArgument::BasicType:
+    case QDBusArgument::VariantType:
+        return wireText(copy.asVariant());
+    case QDBusArgument::ArrayType:
+        copy.beginArray();
+        while (!copy.atEnd())
+            items.append(wireText(copy.asVariant()));
+        copy.endArray();
+        return signature + QStringLiteral(" [") + items.join(QStringLiteral(", ")) + QLatin1Char(']');
+    case QDBusArgument::MapType:
+        copy.beginMap();
+        while (!copy.atEnd()) {
+            copy.beginMapEntry();
+            const QString key = wireText(copy.asVariant());
+            items.append(key + QStringLiteral(": ") + wireText(copy.asVariant()));
+            copy.endMapEntry();
+        }
+        copy.endMap();
+        return signature + QStringLiteral(" {") + items.join(QStringLiteral(", ")) + QLatin1Char('}');
+    case QDBusArgument::StructureType:
+        copy.beginStructure();
+        while (!copy.atEnd())
+            items.append(wireText(copy.asVariant()));
+        copy.endStructure();
+        return signature + QStringLiteral(" (") + items.join(QStringLiteral(", ")) + QLatin1Char(')');
+    case QDBusArgument::MapEntryType:
+    case QDBusArgument::UnknownType:
+        break;
+    }
+    return QStringLiteral("<unreadable ") + signature + QLatin1Char('>');
+}
+
+} // namespace
+
+QString wireText(const QVariant &value)
+{
+    const int type = value.userType();
+    if (type == qMetaTypeId<QDBusVariant>())
+        return QStringLiteral("v(") + wireText(qvariant_cast<QDBusVariant>(value).variant()) + QLatin1Char(')');
+    if (type == qMetaTypeId<QDBusArgument>())
+        return argumentText(qvariant_cast<QDBusArgument>(value));
+    if (type == qMetaTypeId<QDBusObjectPath>())
+        return QStringLiteral("o ") + qvariant_cast<QDBusObjectPath>(value).path();
+    switch (type) {
+    case QMetaType::Bool:
+        return value.toBool() ? QStringLiteral("b true") : QStringLiteral("b false");
+    case QMetaType::UChar:
+        return QStringLiteral("y ") + QString::number(value.toUInt());
+    case QMetaType::Short:
+        return QStringLiteral("n ") + QString::number(value.toInt());
+    case QMetaType::UShort:
+        return QStringLiteral("q ") + QString::number(value.toUInt());
+    case QMetaType::Int:
+        return QStringLiteral("i ") + QString::number(value.toInt());
+    case QMetaType::UInt:
+        return QStringLiteral("u ") + QString::number(value.toUInt());
+    case QMetaType::LongLong:
+        return QStringLiteral("x ") + QString::number(value.toLongLong());
+    case QMetaType::ULongLong:
+        return QStringLiteral("t ") + QString::number(value.toULongLong());
+    case QMetaType::Double:
+        return QStringLiteral("d ") + QString::number(value.toDouble());
+    case QMetaType::QString:
+        return QStringLiteral("s \"") + value.toString() + QLatin1Char('"');
+    case QMetaType::QStringList:
+        return QStringLiteral("as [\"") + value.toStringList().join(QStringLiteral("\", \"")) + QStringLiteral("\"]");
+    case QMetaType::QByteArray:
+        return QStringLiteral("ay ") + QString::fromLatin1(value.toByteArray().toHex());
+    default:
+        break;
+    }
+    return QStringLiteral("<not a wire value: ") + QString::fromLatin1(value.typeName()) + QLatin1Char('>');
+}
+
+QStringList wireTexts(const QList<QVariant> &values)
+{
+    QStringList texts;
+    for (const QVariant &value : values)
+        texts.append(wireText(value));
+    return texts;
 }
 
 #include "FakeMeasApplication.moc"

@@ -5,6 +5,7 @@
 #include <QList>
 #include <QMetaType>
 #include <QString>
+#include <QStringList>
 #include <QVariant>
 
 #include <functional>
@@ -108,5 +109,11 @@ private:
 };
 
 Q_DECLARE_METATYPE(ScriptedAnswer)
+
+// A readable, comparable text of what crossed the bus. QDBusVariant and QDBusArgument
+// values have no usable operator==, so calls and replies are compared through these
+// texts instead: "i 5", "s \"x\"", "v(d 2.5)", "av [v(i 1)]", "a{sv} {s \"a\": v(b true)}".
+QString wireText(const QVariant &value);
+QStringList wireTexts(const QList<QVariant> &values);
 
 #endif

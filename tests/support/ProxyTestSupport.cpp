@@ -277,18 +277,6 @@ void addLoggedFailureRows(const QList<OperationRow> &getters, const QList<Logged
     }
 }
 
-namespace {
-
-/// A checked getter's line: its opening, then service, path and the quoted message.
-QString loggedLine(const OperationRow &getter, const QString &service, const QString &path,
-                   const QString &quotedMessage)
-{
-    return getter.report + QLatin1Char(' ') + quoted(service) + QStringLiteral("  /  ") + quoted(path) +
-        QStringLiteral("  / Error: ") + quotedMessage;
-}
-
-} // namespace
-
 void verifyLoggedFailure(FakeMeasApplication &fake, QDBusAbstractInterface &proxy)
 {
     QFETCH(OperationRow, row);
@@ -304,7 +292,7 @@ void verifyLoggedFailure(FakeMeasApplication &fake, QDBusAbstractInterface &prox
 
     QCOMPARE(value.userType(), row.empty.userType());
     QCOMPARE(value, row.empty);
-    QCOMPARE(log.lines(), debugLines({loggedLine(row, fake.service(), proxy.path(), quotedMessage)}));
+    QCOMPARE(log.lines(), debugLines({reportLineQuoting(row.report, fake.service(), proxy.path(), quotedMessage)}));
 }
 
 void verifyLoggedFailureWhenTheServiceIsAbsent(const ProxyFactory &make, const QString &path)
@@ -320,7 +308,7 @@ void verifyLoggedFailureWhenTheServiceIsAbsent(const ProxyFactory &make, const Q
     QCOMPARE(absent->lastError().type(), QDBusError::ServiceUnknown);
     const QString message = absent->lastError().message();
     QVERIFY(message.contains(absentService()));
-    QCOMPARE(log.lines(), debugLines({loggedLine(row, absentService(), path, quoted(message))}));
+    QCOMPARE(log.lines(), debugLines({reportLine(row.report, absentService(), path, message)}));
 }
 
 QDBusArgument settingsMapArgument(const QList<QPair<QString, QVariant>> &entries)

@@ -5,7 +5,6 @@
 #include "DBusTypes.h"
 #include "FakeMeasApplication.h"
 #include "LogCapture.h"
-#include "WireText.h"
 
 #include <QDBusAbstractInterface>
 #include <QDBusArgument>
@@ -183,12 +182,22 @@ struct OperationRow
     QString typeError = {};
     /// The lines the operation logs when it fails, "%1" standing for the quoted error message.
     QStringList logLines = {};
-    /// The arguments as wire texts (WireText.h), where they are custom types; replaces .arguments.
+    /// The arguments as wire texts (wireText()), where they are custom types; replaces .arguments.
     QStringList wireArguments = {};
 
     QString wireMember() const { return member.isEmpty() ? QString::fromLatin1(operation) : member; }
 };
 Q_DECLARE_METATYPE(OperationRow)
+
+/// The message of QtDBus's own error for a reply of @p value where an R was expected.
+template<typename R>
+QString replyTypeError(const QVariant &value)
+{
+    const QDBusMessage call = QDBusMessage::createMethodCall(QStringLiteral("com.velk.mqx.app.local"),
+                                                             QStringLiteral("/"), QString(), QStringLiteral("get"));
+    const QDBusReply<R> reply(call.createReply(value));
+    return reply.error().message();
+}
 
 /// Whether a check also requires that nothing was logged.
 enum class LogCheck { Unchecked, Nothing };
@@ -202,11 +211,18 @@ inline QString quoted(const QString &text)
     return written;
 }
 
-/// The one line of a failed valueOrEmpty() call: @p opening, then service, path and message.
-inline QString reportLine(const QString &opening, const QString &service, const QString &path, const QString &message)
+/// The one line of a failed valueOrEmpty() call: @p opening, then service, path and the
+/// message as the debug stream quotes it (@p quotedMessage).
+inline QString reportLineQuoting(const QString &opening, const QString &service, const QString &path,
+                                 const QString &quotedMessage)
 {
     return opening + QLatin1Char(' ') + quoted(service) + QStringLiteral("  /  ") + quoted(path) +
-        QStringLiteral("  / Error: ") + quoted(message);
+        QStringLiteral("  / Error: ") + quotedMessage;
+}
+
+inline QString reportLine(const QString &opening, const QString &service, const QString &path, const QString &message)
+{
+    return reportLineQuoting(opening, service, path, quoted(message));
 }
 
 /// The error name the fake answers with where a test makes a call fail.
@@ -256,7 +272,7 @@ inline QStringList ownMethodReturnTypes(const QMetaObject &metaObject)
     return types;
 }
 
-/// The one call the fake received, in its wire form: arguments as wire texts (WireText.h),
+/// The one call the fake received, in its wire form: arguments as wire texts (wireText()),
 /// which tell each argument's D-Bus type; wireTexts() makes them of the values sent.
 inline void verifySingleCall(const FakeMeasApplication &fake, const QString &path, const QString &member,
                              const QString &signature, const QStringList &arguments)

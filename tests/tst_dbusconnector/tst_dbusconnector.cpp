@@ -1,5 +1,7 @@
 #include "DBusConnector.h"
 
+#include "BusTestSupport.h"
+
 #include <QDBusConnection>
 #include <QtTest/QTest>
 
@@ -48,19 +50,9 @@ void tst_DBusConnector::cleanup()
 
 void tst_DBusConnector::getInstanceReturnsTheSameObjectUntilReleased()
 {
-    DBusConnector *first = DBusConnector::getInstance();
-    QVERIFY(first);
-    QCOMPARE(DBusConnector::getInstance(), first);
-    QCOMPARE(ConnectorProbe::instance(), first);
-
-    DBusConnector::releaseInstance();
-    QCOMPARE(ConnectorProbe::instance(), nullptr);
-
-    DBusConnector *second = DBusConnector::getInstance();
-    QVERIFY(second);
-    QCOMPARE(ConnectorProbe::instance(), second);
+    verifyOneInstanceUntilReleased<DBusConnector, ConnectorProbe>();
     // A fresh object, whatever address the allocator gave it: it starts unconnected again.
-    QVERIFY(!ConnectorProbe::heldConnection(second).isConnected());
+    QVERIFY(!ConnectorProbe::heldConnection(DBusConnector::getInstance()).isConnected());
 }
 
 void tst_DBusConnector::releaseWithoutInstanceLeavesItNull()

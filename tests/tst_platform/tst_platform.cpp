@@ -31,8 +31,8 @@ const char expectWordSizeVariable[] = "DBUSINTERFACES_EXPECT_WORD_SIZE";
 class EchoInterface : public QDBusAbstractInterface
 {
 public:
-    EchoInterface(const QString &service, const QDBusConnection &connection)
-        : QDBusAbstractInterface(service, echoPath, MeasAppl::interfaceName, connection, nullptr)
+    EchoInterface(const QString &service, const QString &path, const QDBusConnection &connection)
+        : QDBusAbstractInterface(service, path, MeasAppl::interfaceName, connection, nullptr)
     {
     }
 };
@@ -73,7 +73,7 @@ QVariantMap returnedSettings()
 }
 } // namespace
 
-class tst_Platform : public QObject
+class tst_Platform : public QObject, private ProxyFixture<EchoInterface>
 {
     Q_OBJECT
 
@@ -93,10 +93,6 @@ private Q_SLOTS:
     void boolCrossesTheBusBothWays();
     void stringCrossesTheBusBothWays();
     void variantMapInAVariantCrossesTheBusBothWays();
-
-private:
-    std::unique_ptr<FakeMeasApplication> m_fake;
-    std::unique_ptr<EchoInterface> m_proxy;
 };
 
 void tst_Platform::initTestCase()
@@ -110,14 +106,12 @@ void tst_Platform::initTestCase()
 
 void tst_Platform::init()
 {
-    m_fake.reset(new FakeMeasApplication);
-    m_proxy.reset(new EchoInterface(m_fake->service(), QDBusConnection::sessionBus()));
+    startFakeAndProxy(echoPath);
 }
 
 void tst_Platform::cleanup()
 {
-    m_proxy.reset();
-    m_fake.reset();
+    stopFakeAndProxy();
 }
 
 void tst_Platform::wordSizeIsWhatTheEnvironmentExpects()

@@ -23,16 +23,15 @@ const QString failure = QStringLiteral("com.velk.mqx.Error.Failed");
 class PlainProxy : public QDBusAbstractInterface
 {
 public:
-    PlainProxy(const QString &service, const QString &path)
-        : QDBusAbstractInterface(service, path, "com.velk.mqx.MeasApplInterface", QDBusConnection::sessionBus(),
-                                 nullptr)
+    PlainProxy(const QString &service, const QString &path, const QDBusConnection &connection)
+        : QDBusAbstractInterface(service, path, "com.velk.mqx.MeasApplInterface", connection, nullptr)
     {
     }
 };
 
 } // namespace
 
-class tst_ProxyCall : public QObject
+class tst_ProxyCall : public QObject, private ProxyFixture<PlainProxy>
 {
     Q_OBJECT
 
@@ -68,22 +67,16 @@ private Q_SLOTS:
     void checkedVariantUnwrapsTheValue();
     void checkedVariantLeavesStructuredValuesAsArguments();
     void checkedVariantGivesAnInvalidVariantOnFailure();
-
-private:
-    std::unique_ptr<FakeMeasApplication> m_fake;
-    std::unique_ptr<PlainProxy> m_proxy;
 };
 
 void tst_ProxyCall::init()
 {
-    m_fake.reset(new FakeMeasApplication);
-    m_proxy.reset(new PlainProxy(m_fake->service(), path));
+    startFakeAndProxy(path);
 }
 
 void tst_ProxyCall::cleanup()
 {
-    m_proxy.reset();
-    m_fake.reset();
+    stopFakeAndProxy();
 }
 
 void tst_ProxyCall::sendsEachArgumentAsItsOwnDBusType_data()
@@ -451,7 +444,7 @@ void tst_ProxyCall::checkedVariantLeavesStructuredValuesAsArguments()
 void tst_ProxyCall::checkedVariantGivesAnInvalidVariantOnFailure()
 {
     LogCapture log;
-    PlainProxy absent(absentService(), path);
+    PlainProxy absent(absentService(), path, QDBusConnection::sessionBus());
 
     const QVariant value =
         ProxyCall::variantOrEmpty(absent, {"Probe::getValue(): ", absentService(), path}, "getValue");

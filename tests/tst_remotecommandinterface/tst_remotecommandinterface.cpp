@@ -18,7 +18,7 @@ const QString failure = QStringLiteral("com.velk.mqx.Error.Failed");
 const QString untouched = QStringLiteral("left alone");
 } // namespace
 
-class tst_RemoteCommandInterface : public QObject
+class tst_RemoteCommandInterface : public QObject, private ProxyFixture<RemoteCommandInterface>
 {
     Q_OBJECT
 
@@ -42,22 +42,16 @@ private Q_SLOTS:
     void metaObjectListsTheThreeSlotForms();
     void metaCastKnowsTheClassAndLeavesTheRestToTheBase();
     void invokingEachSlotFormByNameRunsTheCommand();
-
-private:
-    std::unique_ptr<FakeMeasApplication> m_fake;
-    std::unique_ptr<RemoteCommandInterface> m_proxy;
 };
 
 void tst_RemoteCommandInterface::init()
 {
-    m_fake.reset(new FakeMeasApplication);
-    m_proxy.reset(new RemoteCommandInterface(m_fake->service(), path, QDBusConnection::sessionBus()));
+    startFakeAndProxy(path);
 }
 
 void tst_RemoteCommandInterface::cleanup()
 {
-    m_proxy.reset();
-    m_fake.reset();
+    stopFakeAndProxy();
     DBusConnector::releaseInstance();
 }
 
