@@ -306,10 +306,7 @@ void FakeMeasApplication::releaseService()
     QMetaObject::invokeMethod(m_peer.get(), "releaseService", Qt::BlockingQueuedConnection);
 }
 
-namespace {
-
-/// Reads a copy of @p argument, which is left where it stands.
-QString argumentText(const QDBusArgument &argument)
+QString wireText(const QDBusArgument &argument)
 {
     const QDBusArgument copy = argument;
     const QString signature = copy.currentSignature();
@@ -347,15 +344,13 @@ QString argumentText(const QDBusArgument &argument)
     return QStringLiteral("<unreadable ") + signature + QLatin1Char('>');
 }
 
-} // namespace
-
 QString wireText(const QVariant &value)
 {
     const int type = value.userType();
     if (type == qMetaTypeId<QDBusVariant>())
         return QStringLiteral("v(") + wireText(qvariant_cast<QDBusVariant>(value).variant()) + QLatin1Char(')');
     if (type == qMetaTypeId<QDBusArgument>())
-        return argumentText(qvariant_cast<QDBusArgument>(value));
+        return wireText(qvariant_cast<QDBusArgument>(value));
     if (type == qMetaTypeId<QDBusObjectPath>())
         return QStringLiteral("o ") + qvariant_cast<QDBusObjectPath>(value).path();
     switch (type) {

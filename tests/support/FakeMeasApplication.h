@@ -1,6 +1,7 @@
 #ifndef TESTS_FAKEMEASAPPLICATION_H
 #define TESTS_FAKEMEASAPPLICATION_H
 
+#include <QDBusArgument>
 #include <QDBusMessage>
 #include <QList>
 #include <QMetaType>
@@ -114,6 +115,8 @@ Q_DECLARE_METATYPE(ScriptedAnswer)
 // values have no usable operator==, so calls and replies are compared through these
 // texts instead: "i 5", "s \"x\"", "v(d 2.5)", "av [v(i 1)]", "a{sv} {s \"a\": v(b true)}".
 QString wireText(const QVariant &value);
+/// Reads a copy of @p argument, which is left where it stands.
+QString wireText(const QDBusArgument &argument);
 QStringList wireTexts(const QList<QVariant> &values);
 
 #endif
