@@ -67,6 +67,13 @@ private Q_SLOTS:
 
 // ---- checks the composite classes' own tests share -----------------------------------
 
+/// The operation @p method called with @p arguments (for a method that is not overloaded).
+template<typename Proxy, typename R, typename... Params, typename... Args>
+ProxyOperation calling(R (Proxy::*method)(Params...), Args... arguments)
+{
+    return onProxy<Proxy>([=](Proxy &proxy) { return (proxy.*method)(arguments...); });
+}
+
 /// addMappedReplyRows() for each of @p rows, tags opening with the row's operation.
 void addMappedReplyTable(const QList<OperationRow> &rows, LogCheck errorLogs = LogCheck::Nothing,
                          LogCheck otherFailureLogs = LogCheck::Nothing);
