@@ -33,12 +33,11 @@ const QList<OperationRow> sent{
      .member = "setValue", .signature = "av", .wireArguments = {"av [v(b true), v(s \"x\"), v(d 0.5)]"}},
     {.operation = "setValue empty list", .run = onProxy<P>([](P &p) { p.setValue(QVariantList()); }),
      .member = "setValue", .signature = "av", .wireArguments = {"av []"}},
-    {.operation = "getValue", .run = onProxy<P>([](P &p) { p.getValue(1, 4); }), .signature = "ii",
-     .wireArguments = {"i 1", "i 4"}},
+    {.operation = "getValue", .run = calling(&P::getValue, 1, 4), .signature = "ii", .wireArguments = {"i 1", "i 4"}},
     {.operation = "getString", .run = onProxy(&P::getString)},
     {.operation = "size", .run = onProxy(&P::size)},
-    {.operation = "setValueAsync", .run = onProxy<P>([](P &p) { p.setValueAsync(QVariant(9), 3, 5); }),
-     .member = "setValue", .signature = "vii", .wireArguments = {"v(i 9)", "i 3", "i 5"}},
+    {.operation = "setValueAsync", .run = calling(&P::setValueAsync, QVariant(9), 3, 5), .member = "setValue",
+     .signature = "vii", .wireArguments = {"v(i 9)", "i 3", "i 5"}},
     {.operation = "isChangeable", .run = onProxy(&P::isChangeable)},
     {.operation = "setToDefault", .run = onProxy(&P::setToDefault)},
     {.operation = "setToDefaultAsync", .run = onProxy(&P::setToDefaultAsync), .member = "setToDefault"},
@@ -49,7 +48,7 @@ const QList<OperationRow> absent{
      .empty = false},
     {.operation = "setValue list", .run = onProxy<P>([](P &p) { return p.setValue(QVariantList() << 1); }),
      .empty = false},
-    {.operation = "getValue", .run = onProxy<P>([](P &p) { return p.getValue(0, 0); }), .empty = QVariantList()},
+    {.operation = "getValue", .run = calling(&P::getValue, 0, 0), .empty = QVariantList()},
     {.operation = "getString", .run = onProxy(&P::getString), .empty = QString()},
     {.operation = "size", .run = onProxy(&P::size), .empty = 0},
     {.operation = "isChangeable", .run = onProxy(&P::isChangeable), .empty = false},
@@ -64,8 +63,8 @@ const OperationRow checkedGetValue{.operation = "getValue",
                                    .typeError = replyTypeError<QVariantList>(QStringList{QStringLiteral("a")})};
 
 const QList<OperationRow> asyncCalls{
-    {.operation = "setValueAsync", .run = onProxy<P>([](P &p) { p.setValueAsync(QVariant(4), 0, 1); }),
-     .member = "setValue", .signature = "vii", .wireArguments = {"v(i 4)", "i 0", "i 1"}},
+    {.operation = "setValueAsync", .run = calling(&P::setValueAsync, QVariant(4), 0, 1), .member = "setValue",
+     .signature = "vii", .wireArguments = {"v(i 4)", "i 0", "i 1"}},
     {.operation = "setToDefaultAsync", .run = onProxy(&P::setToDefaultAsync), .member = "setToDefault"},
 };
 
@@ -90,7 +89,7 @@ const QList<OperationRow> invokedByName{
 };
 
 const QList<OperationRow> calledDirectly{
-    {.operation = "getValue", .run = onProxy<P>([](P &p) { return p.getValue(0, 1); })},
+    {.operation = "getValue", .run = calling(&P::getValue, 0, 1)},
     {.operation = "size", .run = onProxy(&P::size)},
     {.operation = "setValue list", .run = onProxy<P>([](P &p) { return p.setValue(QVariantList() << 8); })},
 };
