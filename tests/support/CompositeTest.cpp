@@ -149,6 +149,12 @@ void verifyByNameRow(FakeMeasApplication &fake, QDBusAbstractInterface &proxy)
     QCOMPARE(byName.value, called.value);
 }
 
+void verifyLeftAsArgument(const QVariant &value, const QString &wire)
+{
+    QCOMPARE(value.userType(), qMetaTypeId<QDBusArgument>());
+    QCOMPARE(wireText(value), wire);
+}
+
 void addSignalRelayRows(const char *className, const QList<OperationRow> &relayed)
 {
     QTest::addColumn<OperationRow>("row");

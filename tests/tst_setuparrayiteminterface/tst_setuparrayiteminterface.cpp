@@ -3,7 +3,6 @@
 #include "CompositeTest.h"
 #include "DBusTypes.h"
 
-#include <QDBusArgument>
 #include <QtTest/QTest>
 
 namespace {
@@ -188,16 +187,8 @@ void tst_SetupArrayItemInterface::getValueLeavesStructuredElementsAsArguments()
     const QVariantList elements = proxy().getValue(0, 2);
 
     QCOMPARE(elements.size(), 3);
-    QCOMPARE(elements.at(0).userType(), qMetaTypeId<QDBusArgument>());
-    const QDBusArgument mapArgument = qvariant_cast<QDBusArgument>(elements.at(0));
-    QCOMPARE(mapArgument.currentSignature(), QStringLiteral("a{sv}"));
-    SettingsMap received;
-    DBusTypes::readSettingsMap(mapArgument, received);
-    QCOMPARE(received, nested);
-    QCOMPARE(elements.at(1).userType(), qMetaTypeId<QDBusArgument>());
-    const QDBusArgument listArgument = qvariant_cast<QDBusArgument>(elements.at(1));
-    QCOMPARE(listArgument.currentSignature(), QStringLiteral("av"));
-    QCOMPARE(qdbus_cast<QVariantList>(listArgument), inner);
+    verifyLeftAsArgument(elements.at(0), "a{sv} {s \"gain\": v(i 3)}");
+    verifyLeftAsArgument(elements.at(1), "av [v(i 1), v(i 2)]");
     QCOMPARE(elements.at(2), QVariant(4));
 }
 

@@ -6,10 +6,7 @@
 
 #include <QDBusArgument>
 #include <QDBusConnection>
-#include <QDBusMetaType>
 #include <QtTest/QTest>
-
-#include <memory>
 
 namespace {
 using P = SetupThresholdManagerInterface;
