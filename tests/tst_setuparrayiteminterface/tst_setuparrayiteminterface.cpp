@@ -87,10 +87,8 @@ const QList<OperationRow> invokedByName{
      .member = "setValue", .signature = "av", .answered = true, .wireArguments = {"av [v(i 8)]"}},
 };
 
-const QList<OperationRow> calledDirectly{
+const QList<OperationRow> calledDirectly = replies + QList<OperationRow>{
     {.operation = "getValue", .run = calling(&P::getValue, 0, 1)},
-    {.operation = "size", .run = onProxy(&P::size)},
-    {.operation = "setValue list", .run = onProxy<P>([](P &p) { return p.setValue(QVariantList() << 8); })},
 };
 // clang-format on
 
