@@ -65,4 +65,38 @@ private Q_SLOTS:
     void metaObjectPlacesEachMethodAtItsIndex();
 };
 
+// ---- checks the composite classes' own tests share -----------------------------------
+
+/// The operation @p method called with @p arguments (for a method that is not overloaded).
+template<typename Proxy, typename R, typename... Params, typename... Args>
+ProxyOperation calling(R (Proxy::*method)(Params...), Args... arguments)
+{
+    return onProxy<Proxy>([=](Proxy &proxy) { return (proxy.*method)(arguments...); });
+}
+
+/// addMappedReplyRows() for each of @p rows, tags opening with the row's operation.
+void addMappedReplyTable(const QList<OperationRow> &rows, LogCheck errorLogs = LogCheck::Nothing,
+                         LogCheck otherFailureLogs = LogCheck::Nothing);
+
+/// The operations of @p tested that log nothing of a failure (the blocking ones but the
+/// checked getters, and the fire-and-forget ones) log nothing when the service is absent.
+void verifyPlainOperationsLogNothingWhenTheServiceIsAbsent(const CompositeClass &tested);
+
+/// A row per slot of @p invoked (made by byName), answered with .answered and seen as .seen
+/// where that is given, beside the operation of the same name in @p direct.
+void addByNameRows(const char *className, const QList<OperationRow> &invoked, const QList<OperationRow> &direct);
+
+/// The row's slot invoked by name sends the row's call and gives what the direct call gives.
+void verifyByNameRow(FakeMeasApplication &fake, QDBusAbstractInterface &proxy);
+
+/// @p value is a structured value that QtDBus left as a QDBusArgument, reading as @p wire (WireText.h).
+void verifyLeftAsArgument(const QVariant &value, const QString &wire);
+
+/// A row per relayed signal: .operation is the Qt signal's signature, named as the bus
+/// signal it relays, and .arguments what that carries.
+void addSignalRelayRows(const char *className, const QList<OperationRow> &relayed);
+
+/// The row's signal is relayed from the proxy's own object only (verifySignalRelay()).
+void verifySignalRelayRow(FakeMeasApplication &fake, QDBusAbstractInterface &proxy);
+
 #endif

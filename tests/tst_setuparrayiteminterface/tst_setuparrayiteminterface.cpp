@@ -3,16 +3,11 @@
 #include "CompositeTest.h"
 #include "DBusTypes.h"
 
-#include <QDBusArgument>
-#include <QDBusConnection>
 #include <QtTest/QTest>
-
-#include <memory>
 
 namespace {
 using P = SetupArrayItemInterface;
 const QString path = QStringLiteral("/Setup/Channels");
-const QString failure = QStringLiteral("com.velk.mqx.Error.Failed");
 
 /// The list getter hands back a plain list: the caller sees no validity, only emptiness.
 Seen listOutcome(const QVariantList &list)
@@ -20,22 +15,82 @@ Seen listOutcome(const QVariantList &list)
     return {true, QVariant(list), std::nullopt};
 }
 
+// clang-format off
+const QList<OperationRow> sent{
+    {.operation = "setValue range, int", .run = onProxy<P>([](P &p) { p.setValue(QVariant(5), 0, 3); }),
+     .member = "setValue", .signature = "vii", .wireArguments = {"v(i 5)", "i 0", "i 3"}},
+    {.operation = "setValue range, string",
+     .run = onProxy<P>([](P &p) { p.setValue(QVariant(QStringLiteral("on")), 2, 2); }), .member = "setValue",
+     .signature = "vii", .wireArguments = {"v(s \"on\")", "i 2", "i 2"}},
+    {.operation = "setValue range, negative bounds passed through",
+     .run = onProxy<P>([](P &p) { p.setValue(QVariant(2.5), -1, 7); }), .member = "setValue", .signature = "vii",
+     .wireArguments = {"v(d 2.5)", "i -1", "i 7"}},
+    {.operation = "setValue list", .run = onProxy<P>([](P &p) { p.setValue(QVariantList() << 1 << 2); }),
+     .member = "setValue", .signature = "av", .wireArguments = {"av [v(i 1), v(i 2)]"}},
+    {.operation = "setValue mixed list",
+     .run = onProxy<P>([](P &p) { p.setValue(QVariantList() << true << QStringLiteral("x") << 0.5); }),
+     .member = "setValue", .signature = "av", .wireArguments = {"av [v(b true), v(s \"x\"), v(d 0.5)]"}},
+    {.operation = "setValue empty list", .run = onProxy<P>([](P &p) { p.setValue(QVariantList()); }),
+     .member = "setValue", .signature = "av", .wireArguments = {"av []"}},
+    {.operation = "getValue", .run = calling(&P::getValue, 1, 4), .signature = "ii", .wireArguments = {"i 1", "i 4"}},
+    {.operation = "getString", .run = onProxy(&P::getString)},
+    {.operation = "size", .run = onProxy(&P::size)},
+    {.operation = "setValueAsync", .run = calling(&P::setValueAsync, QVariant(9), 3, 5), .member = "setValue",
+     .signature = "vii", .wireArguments = {"v(i 9)", "i 3", "i 5"}},
+    {.operation = "isChangeable", .run = onProxy(&P::isChangeable)},
+    {.operation = "setToDefault", .run = onProxy(&P::setToDefault)},
+    {.operation = "setToDefaultAsync", .run = onProxy(&P::setToDefaultAsync), .member = "setToDefault"},
+};
+
+const QList<OperationRow> absent{
+    {.operation = "setValue range", .run = onProxy<P>([](P &p) { return p.setValue(QVariant(1), 0, 0); }),
+     .empty = false},
+    {.operation = "setValue list", .run = onProxy<P>([](P &p) { return p.setValue(QVariantList() << 1); }),
+     .empty = false},
+    {.operation = "getValue", .run = calling(&P::getValue, 0, 0), .empty = QVariantList()},
+    {.operation = "getString", .run = onProxy(&P::getString), .empty = QString()},
+    {.operation = "size", .run = onProxy(&P::size), .empty = 0},
+    {.operation = "isChangeable", .run = onProxy(&P::isChangeable), .empty = false},
+    {.operation = "setToDefault", .run = onProxy(&P::setToDefault), .empty = QVariant()},
+};
+
 /// The one checked operation: an empty list and one line on any failure.
 const OperationRow checkedGetValue{.operation = "getValue",
                                    .run = onProxy<P>([](P &p) { return QVariant(p.getValue(3, 9)); }),
-                                   .wrongType = QStringList{QStringLiteral("a")},
-                                   .empty = QVariant(QVariantList()),
+                                   .wrongType = QStringList{QStringLiteral("a")}, .empty = QVariant(QVariantList()),
                                    .report = "SetupArrayItemInterface::getValue(): ",
                                    .typeError = replyTypeError<QVariantList>(QStringList{QStringLiteral("a")})};
 
 const QList<OperationRow> asyncCalls{
-    {.operation = "setValueAsync",
-     .run = onProxy<P>([](P &p) { p.setValueAsync(QVariant(4), 0, 1); }),
-     .member = "setValue",
-     .signature = "vii",
-     .wireArguments = {"v(i 4)", "i 0", "i 1"}},
+    {.operation = "setValueAsync", .run = calling(&P::setValueAsync, QVariant(4), 0, 1), .member = "setValue",
+     .signature = "vii", .wireArguments = {"v(i 4)", "i 0", "i 1"}},
     {.operation = "setToDefaultAsync", .run = onProxy(&P::setToDefaultAsync), .member = "setToDefault"},
 };
+
+const QList<OperationRow> replies{
+    {.operation = "setValue range", .run = onProxy<P>([](P &p) { return p.setValue(QVariant(1), 0, 1); }),
+     .member = "setValue", .answered = true, .wrongType = 1, .empty = false},
+    {.operation = "setValue list", .run = onProxy<P>([](P &p) { return p.setValue(QVariantList() << 1); }),
+     .member = "setValue", .answered = true, .wrongType = QStringLiteral("yes"), .empty = false},
+    {.operation = "getString", .run = onProxy(&P::getString), .answered = QStringLiteral("1, 2, 3"), .wrongType = 3,
+     .empty = QString()},
+    {.operation = "size", .run = onProxy(&P::size), .answered = 12, .wrongType = 12.0, .empty = 0},
+    {.operation = "isChangeable", .run = onProxy(&P::isChangeable), .answered = true,
+     .wrongType = QStringLiteral("true"), .empty = false},
+};
+
+const QList<OperationRow> invokedByName{
+    {.operation = "getValue", .run = byName<QList<QVariant>>("getValue(int,int)", 0, 1), .signature = "ii",
+     .answered = QVariantList{3, 4}, .wireArguments = {"i 0", "i 1"}},
+    {.operation = "size", .run = byName<QDBusReply<int>>("size"), .answered = 2},
+    {.operation = "setValue list", .run = byName<QDBusReply<bool>>("setValue(QVariantList)", QVariantList{8}),
+     .member = "setValue", .signature = "av", .answered = true, .wireArguments = {"av [v(i 8)]"}},
+};
+
+const QList<OperationRow> calledDirectly = replies + QList<OperationRow>{
+    {.operation = "getValue", .run = calling(&P::getValue, 0, 1)},
+};
+// clang-format on
 
 CompositeClass arrayItem()
 {
@@ -43,69 +98,8 @@ CompositeClass arrayItem()
         .className = "SetupArrayItemInterface",
         .path = path,
         .make = factoryOf<P>(),
-        .sent =
-            {
-                {.operation = "setValue range, int",
-                 .run = onProxy<P>([](P &p) { p.setValue(QVariant(5), 0, 3); }),
-                 .member = "setValue",
-                 .signature = "vii",
-                 .wireArguments = {"v(i 5)", "i 0", "i 3"}},
-                {.operation = "setValue range, string",
-                 .run = onProxy<P>([](P &p) { p.setValue(QVariant(QStringLiteral("on")), 2, 2); }),
-                 .member = "setValue",
-                 .signature = "vii",
-                 .wireArguments = {"v(s \"on\")", "i 2", "i 2"}},
-                {.operation = "setValue range, negative bounds passed through",
-                 .run = onProxy<P>([](P &p) { p.setValue(QVariant(2.5), -1, 7); }),
-                 .member = "setValue",
-                 .signature = "vii",
-                 .wireArguments = {"v(d 2.5)", "i -1", "i 7"}},
-                {.operation = "setValue list",
-                 .run = onProxy<P>([](P &p) { p.setValue(QVariantList() << 1 << 2); }),
-                 .member = "setValue",
-                 .signature = "av",
-                 .wireArguments = {"av [v(i 1), v(i 2)]"}},
-                {.operation = "setValue mixed list",
-                 .run = onProxy<P>([](P &p) { p.setValue(QVariantList() << true << QStringLiteral("x") << 0.5); }),
-                 .member = "setValue",
-                 .signature = "av",
-                 .wireArguments = {"av [v(b true), v(s \"x\"), v(d 0.5)]"}},
-                {.operation = "setValue empty list",
-                 .run = onProxy<P>([](P &p) { p.setValue(QVariantList()); }),
-                 .member = "setValue",
-                 .signature = "av",
-                 .wireArguments = {"av []"}},
-                {.operation = "getValue",
-                 .run = onProxy<P>([](P &p) { p.getValue(1, 4); }),
-                 .signature = "ii",
-                 .wireArguments = {"i 1", "i 4"}},
-                {.operation = "getString", .run = onProxy(&P::getString)},
-                {.operation = "size", .run = onProxy(&P::size)},
-                {.operation = "setValueAsync",
-                 .run = onProxy<P>([](P &p) { p.setValueAsync(QVariant(9), 3, 5); }),
-                 .member = "setValue",
-                 .signature = "vii",
-                 .wireArguments = {"v(i 9)", "i 3", "i 5"}},
-                {.operation = "isChangeable", .run = onProxy(&P::isChangeable)},
-                {.operation = "setToDefault", .run = onProxy(&P::setToDefault)},
-                {.operation = "setToDefaultAsync", .run = onProxy(&P::setToDefaultAsync), .member = "setToDefault"},
-            },
-        .absent =
-            {
-                {.operation = "setValue range",
-                 .run = onProxy<P>([](P &p) { return p.setValue(QVariant(1), 0, 0); }),
-                 .empty = false},
-                {.operation = "setValue list",
-                 .run = onProxy<P>([](P &p) { return p.setValue(QVariantList() << 1); }),
-                 .empty = false},
-                {.operation = "getValue",
-                 .run = onProxy<P>([](P &p) { return p.getValue(0, 0); }),
-                 .empty = QVariantList()},
-                {.operation = "getString", .run = onProxy(&P::getString), .empty = QString()},
-                {.operation = "size", .run = onProxy(&P::size), .empty = 0},
-                {.operation = "isChangeable", .run = onProxy(&P::isChangeable), .empty = false},
-                {.operation = "setToDefault", .run = onProxy(&P::setToDefault), .empty = QVariant()},
-            },
+        .sent = sent,
+        .absent = absent,
         .checkedGetters = {checkedGetValue},
         .loggedErrors = {{"error", "index out of range", "\"index out of range\""},
                          {"error with quotes", "no \"row\" here", "\"no \\\"row\\\" here\""}},
@@ -131,49 +125,27 @@ private:
 
 private Q_SLOTS:
     void mapsEachReply_data();
-    void mapsEachReply();
+    void mapsEachReply() { verifyMappedReply(*m_fake, proxy()); }
 
     void getValueReturnsTheElementsUnwrapped();
     void getValueLeavesStructuredElementsAsArguments();
-    void plainOperationsLogNothingOnFailure();
+    void plainOperationsLogNothingOnFailure() { verifyPlainOperationsLogNothingWhenTheServiceIsAbsent(m_class); }
 
     void metaObjectListsSignalsThenSlotsInDeclarationOrder();
     void metaCastKnowsTheClassAndLeavesTheRestToTheBase();
-    void invokingSlotsByNameGivesTheDirectResult();
-    void relaysSetupChangedOfItsOwnObjectOnly();
+    void invokingSlotsByNameGivesTheDirectResult_data() { addByNameRows(m_className, invokedByName, calledDirectly); }
+    void invokingSlotsByNameGivesTheDirectResult() { verifyByNameRow(*m_fake, proxy()); }
+    void relaysSetupChangedOfItsOwnObjectOnly_data()
+    {
+        addSignalRelayRows(m_className, {{.operation = "setupChanged()"}});
+    }
+    void relaysSetupChangedOfItsOwnObjectOnly() { verifySignalRelayRow(*m_fake, proxy()); }
 };
 
 void tst_SetupArrayItemInterface::mapsEachReply_data()
 {
     addMappedReplyColumns();
-    addMappedReplyRows("setValue range ",
-                       {.operation = "setValue range",
-                        .run = onProxy<P>([](P &p) { return p.setValue(QVariant(1), 0, 1); }),
-                        .member = "setValue",
-                        .answered = true,
-                        .wrongType = 1,
-                        .empty = false});
-    addMappedReplyRows("setValue list ",
-                       {.operation = "setValue list",
-                        .run = onProxy<P>([](P &p) { return p.setValue(QVariantList() << 1); }),
-                        .member = "setValue",
-                        .answered = true,
-                        .wrongType = QStringLiteral("yes"),
-                        .empty = false});
-    addMappedReplyRows("getString ",
-                       {.operation = "getString",
-                        .run = onProxy(&P::getString),
-                        .answered = QStringLiteral("1, 2, 3"),
-                        .wrongType = 3,
-                        .empty = QString()});
-    addMappedReplyRows("size ",
-                       {.operation = "size", .run = onProxy(&P::size), .answered = 12, .wrongType = 12.0, .empty = 0});
-    addMappedReplyRows("isChangeable ",
-                       {.operation = "isChangeable",
-                        .run = onProxy(&P::isChangeable),
-                        .answered = true,
-                        .wrongType = QStringLiteral("true"),
-                        .empty = false});
+    addMappedReplyTable(replies);
 
     const ProxyOperation getValue = onProxy<P>([](P &p) { return listOutcome(p.getValue(0, 2)); });
     const QVariantList elements = QVariantList() << 1 << QStringLiteral("a") << 2.5;
@@ -183,14 +155,9 @@ void tst_SetupArrayItemInterface::mapsEachReply_data()
     };
     row("getValue answered", ScriptedAnswer::value(elements), QVariant(elements));
     row("getValue answered empty", ScriptedAnswer::value(QVariantList()), none);
-    row("getValue error", ScriptedAnswer::error(failure, QStringLiteral("refused")), none);
+    row("getValue error", ScriptedAnswer::error(failedErrorName(), QStringLiteral("refused")), none);
     row("getValue wrong type", ScriptedAnswer::value(QStringList{QStringLiteral("a")}), none);
     row("getValue no answer value", ScriptedAnswer::reply(), none);
-}
-
-void tst_SetupArrayItemInterface::mapsEachReply()
-{
-    verifyMappedReply(*m_fake, proxy());
 }
 
 void tst_SetupArrayItemInterface::getValueReturnsTheElementsUnwrapped()
@@ -218,31 +185,9 @@ void tst_SetupArrayItemInterface::getValueLeavesStructuredElementsAsArguments()
     const QVariantList elements = proxy().getValue(0, 2);
 
     QCOMPARE(elements.size(), 3);
-    QCOMPARE(elements.at(0).userType(), qMetaTypeId<QDBusArgument>());
-    const QDBusArgument mapArgument = qvariant_cast<QDBusArgument>(elements.at(0));
-    QCOMPARE(mapArgument.currentSignature(), QStringLiteral("a{sv}"));
-    SettingsMap received;
-    DBusTypes::readSettingsMap(mapArgument, received);
-    QCOMPARE(received, nested);
-    QCOMPARE(elements.at(1).userType(), qMetaTypeId<QDBusArgument>());
-    const QDBusArgument listArgument = qvariant_cast<QDBusArgument>(elements.at(1));
-    QCOMPARE(listArgument.currentSignature(), QStringLiteral("av"));
-    QCOMPARE(qdbus_cast<QVariantList>(listArgument), inner);
+    verifyLeftAsArgument(elements.at(0), "a{sv} {s \"gain\": v(i 3)}");
+    verifyLeftAsArgument(elements.at(1), "av [v(i 1), v(i 2)]");
     QCOMPARE(elements.at(2), QVariant(4));
-}
-
-void tst_SetupArrayItemInterface::plainOperationsLogNothingOnFailure()
-{
-    verifyNothingLoggedWhenTheServiceIsAbsent<P>(path, [](P &p) {
-        p.setValue(QVariant(1), 0, 0);
-        p.setValue(QVariantList() << 1);
-        p.getString();
-        p.size();
-        p.setValueAsync(QVariant(1), 0, 0);
-        p.isChangeable();
-        p.setToDefault();
-        p.setToDefaultAsync();
-    });
 }
 
 void tst_SetupArrayItemInterface::metaObjectListsSignalsThenSlotsInDeclarationOrder()
@@ -258,37 +203,6 @@ void tst_SetupArrayItemInterface::metaCastKnowsTheClassAndLeavesTheRestToTheBase
 {
     verifyMetaCast(proxy(), "SetupArrayItemInterface");
     QCOMPARE(proxy().qt_metacast("SetupMapItemInterface"), nullptr);
-}
-
-void tst_SetupArrayItemInterface::invokingSlotsByNameGivesTheDirectResult()
-{
-    m_fake->answer("getValue", ScriptedAnswer::value(QVariantList() << 3 << 4));
-    m_fake->answer("setValue", ScriptedAnswer::value(true));
-    m_fake->answer("size", ScriptedAnswer::value(2));
-
-    QList<QVariant> elements;
-    QVERIFY(QMetaObject::invokeMethod(&proxy(), "getValue", Qt::DirectConnection,
-                                      Q_RETURN_ARG(QList<QVariant>, elements), Q_ARG(int, 0), Q_ARG(int, 1)));
-    QCOMPARE(elements, proxy().getValue(0, 1));
-    QCOMPARE(elements, QVariantList() << 3 << 4);
-
-    QDBusReply<int> size;
-    QVERIFY(QMetaObject::invokeMethod(&proxy(), "size", Qt::DirectConnection, Q_RETURN_ARG(QDBusReply<int>, size)));
-    QCOMPARE(size.value(), 2);
-
-    m_fake->clearCalls();
-    QDBusReply<bool> accepted;
-    QVERIFY(QMetaObject::invokeMethod(&proxy(), "setValue", Qt::DirectConnection,
-                                      Q_RETURN_ARG(QDBusReply<bool>, accepted),
-                                      Q_ARG(QVariantList, QVariantList() << 8)));
-    QVERIFY(accepted.isValid());
-    QCOMPARE(accepted.value(), true);
-    QCOMPARE(m_fake->calls().last().signature, QStringLiteral("av"));
-}
-
-void tst_SetupArrayItemInterface::relaysSetupChangedOfItsOwnObjectOnly()
-{
-    verifySignalRelay(proxy(), *m_fake, SIGNAL(setupChanged()), "setupChanged", {});
 }
 
 QTEST_GUILESS_MAIN(tst_SetupArrayItemInterface)

@@ -6,15 +6,11 @@
 
 #include <QDBusArgument>
 #include <QDBusConnection>
-#include <QDBusVariant>
 #include <QtTest/QTest>
-
-#include <memory>
 
 namespace {
 using P = SetupMapListInterface;
 const QString path = QStringLiteral("/Setup/Presets");
-const QString failure = QStringLiteral("com.velk.mqx.Error.Failed");
 
 SettingsMap preset()
 {
@@ -25,50 +21,137 @@ SettingsMap preset()
     return map;
 }
 
+const QString presetOnTheWire =
+    QStringLiteral("a{sv} {s \"active\": v(b true), s \"gain\": v(d 2.5), s \"name\": v(s \"Quiet\")}");
+const QString presetInAVariant = "v(" + presetOnTheWire + ")";
+
+// clang-format off
 /// The checked getters: an empty value and this line on any failure.
-QList<OperationRow> checkedGetters()
-{
-    return {
-        {.operation = "getValue position",
-         .run = onProxy<P>([](P &p) { return QVariant(p.getValue(0)); }),
-         .member = "getValue",
-         .wrongType = 5,
-         .empty = QVariant(SettingsMap()),
-         .report = "SetupMapListInterface::getValue(): ",
-         .typeError = replyTypeError<SettingsMap>(5)},
-        {.operation = "getValue item",
-         .run = onProxy<P>([](P &p) { return p.getValue(0, "gain"); }),
-         .member = "getValue",
-         .wrongType = 5,
-         .empty = QVariant(),
-         .report = "SetupMapListInterface::getValue(): ",
-         .typeError = replyTypeError<QDBusVariant>(5)},
-        {.operation = "getStringValue",
-         .run = onProxy<P>([](P &p) { return QVariant(p.getStringValue(0, "gain")); }),
-         .wrongType = 5,
-         .empty = QVariant(QString()),
-         .report = "SetupMapListInterface::getStringValue(): ",
-         .typeError = replyTypeError<QString>(5)},
-        {.operation = "getString",
-         .run = onProxy<P>([](P &p) { return QVariant(p.getString(0)); }),
-         .wrongType = true,
-         .empty = QVariant(QString()),
-         .report = "SetupMapListInterface::getString(): ",
-         .typeError = replyTypeError<QString>(true)},
-        {.operation = "getMin",
-         .run = onProxy<P>([](P &p) { return p.getMin(0, "gain"); }),
-         .wrongType = 5,
-         .empty = QVariant(),
-         .report = "SetupMapListInterface::getMin(): ",
-         .typeError = replyTypeError<QDBusVariant>(5)},
-        {.operation = "getMax",
-         .run = onProxy<P>([](P &p) { return p.getMax(0, "gain"); }),
-         .wrongType = 5.5,
-         .empty = QVariant(),
-         .report = "SetupMapListInterface::getMax(): ",
-         .typeError = replyTypeError<QDBusVariant>(5.5)},
-    };
-}
+const QList<OperationRow> checkedGetters{
+    {.operation = "getValue position", .run = onProxy<P>([](P &p) { return QVariant(p.getValue(0)); }),
+     .member = "getValue", .wrongType = 5, .empty = QVariant(SettingsMap()),
+     .report = "SetupMapListInterface::getValue(): ", .typeError = replyTypeError<SettingsMap>(5)},
+    {.operation = "getValue item", .run = onProxy<P>([](P &p) { return p.getValue(0, "gain"); }), .member = "getValue",
+     .wrongType = 5, .empty = QVariant(), .report = "SetupMapListInterface::getValue(): ",
+     .typeError = replyTypeError<QDBusVariant>(5)},
+    {.operation = "getStringValue", .run = onProxy<P>([](P &p) { return QVariant(p.getStringValue(0, "gain")); }),
+     .wrongType = 5, .empty = QVariant(QString()), .report = "SetupMapListInterface::getStringValue(): ",
+     .typeError = replyTypeError<QString>(5)},
+    {.operation = "getString", .run = onProxy<P>([](P &p) { return QVariant(p.getString(0)); }), .wrongType = true,
+     .empty = QVariant(QString()), .report = "SetupMapListInterface::getString(): ",
+     .typeError = replyTypeError<QString>(true)},
+    {.operation = "getMin", .run = calling(&P::getMin, 0, "gain"), .wrongType = 5, .empty = QVariant(),
+     .report = "SetupMapListInterface::getMin(): ", .typeError = replyTypeError<QDBusVariant>(5)},
+    {.operation = "getMax", .run = calling(&P::getMax, 0, "gain"), .wrongType = 5.5, .empty = QVariant(),
+     .report = "SetupMapListInterface::getMax(): ", .typeError = replyTypeError<QDBusVariant>(5.5)},
+};
+
+const QList<OperationRow> sent{
+    {.operation = "setValue map", .run = onProxy<P>([](P &p) { p.setValue("Quiet", preset()); }), .member = "setValue",
+     .signature = "sv", .wireArguments = {"s \"Quiet\"", presetInAVariant}},
+    {.operation = "setValue map, keys in ascending order",
+     .run = onProxy<P>([](P &p) { p.setValue("Mixed", SettingsMap{{"b", 2}, {"a", QStringLiteral("first")}}); }),
+     .member = "setValue", .signature = "sv",
+     .wireArguments = {"s \"Mixed\"", "v(a{sv} {s \"a\": v(s \"first\"), s \"b\": v(i 2)})"}},
+    {.operation = "setValue empty map", .run = onProxy<P>([](P &p) { p.setValue("None", SettingsMap()); }),
+     .member = "setValue", .signature = "sv", .wireArguments = {"s \"None\"", "v(a{sv} {})"}},
+    {.operation = "setValue item", .run = onProxy<P>([](P &p) { p.setValue(1, "gain", QVariant(2.5)); }),
+     .member = "setValue", .signature = "isv", .wireArguments = {"i 1", "s \"gain\"", "v(d 2.5)"}},
+    {.operation = "setValue item, a variant holding the double",
+     .run = onProxy<P>([](P &p) { p.setValue(1, "gain", QVariant(-3.75)); }), .member = "setValue", .signature = "isv",
+     .arguments = {1, QStringLiteral("gain"), wrappedValue(-3.75)}},
+    {.operation = "setValue item string",
+     .run = onProxy<P>([](P &p) { p.setValue(0, "name", QVariant(QStringLiteral("Loud"))); }), .member = "setValue",
+     .signature = "isv", .wireArguments = {"i 0", "s \"name\"", "v(s \"Loud\")"}},
+    {.operation = "getAllKeys", .run = onProxy(&P::getAllKeys)},
+    {.operation = "isKeyAvailable", .run = calling(&P::isKeyAvailable, "Quiet"), .signature = "s",
+     .wireArguments = {"s \"Quiet\""}},
+    {.operation = "getKeyPosition", .run = calling(&P::getKeyPosition, "Quiet"), .signature = "s",
+     .wireArguments = {"s \"Quiet\""}},
+    {.operation = "isChangeable", .run = onProxy(&P::isChangeable)},
+    {.operation = "getValue position", .run = onProxy<P>([](P &p) { p.getValue(2); }), .member = "getValue",
+     .signature = "i", .wireArguments = {"i 2"}},
+    {.operation = "getValue item", .run = onProxy<P>([](P &p) { p.getValue(2, "gain"); }), .member = "getValue",
+     .signature = "is", .wireArguments = {"i 2", "s \"gain\""}},
+    {.operation = "getStringValue", .run = calling(&P::getStringValue, 3, "gain"), .signature = "is",
+     .wireArguments = {"i 3", "s \"gain\""}},
+    {.operation = "getString", .run = calling(&P::getString, 4), .signature = "i", .wireArguments = {"i 4"}},
+    {.operation = "getMin", .run = calling(&P::getMin, 5, "gain"), .signature = "is",
+     .wireArguments = {"i 5", "s \"gain\""}},
+    {.operation = "getMax", .run = calling(&P::getMax, 6, "gain"), .signature = "is",
+     .wireArguments = {"i 6", "s \"gain\""}},
+    {.operation = "size", .run = onProxy(&P::size)},
+    {.operation = "removeItem", .run = calling(&P::removeItem, 7), .signature = "i", .wireArguments = {"i 7"}},
+    {.operation = "setToDefault", .run = onProxy(&P::setToDefault)},
+};
+
+const QList<OperationRow> absent{
+    {.operation = "setValue map", .run = onProxy<P>([](P &p) { return p.setValue("Quiet", preset()); }),
+     .empty = false},
+    {.operation = "setValue item", .run = onProxy<P>([](P &p) { return p.setValue(0, "gain", QVariant(1)); }),
+     .empty = false},
+    {.operation = "getAllKeys", .run = onProxy(&P::getAllKeys), .empty = QStringList()},
+    {.operation = "isKeyAvailable", .run = calling(&P::isKeyAvailable, "Quiet"), .empty = false},
+    {.operation = "getKeyPosition", .run = calling(&P::getKeyPosition, "Quiet"), .empty = 0},
+    {.operation = "isChangeable", .run = onProxy(&P::isChangeable), .empty = false},
+    {.operation = "getValue position", .run = onProxy<P>([](P &p) { return p.getValue(0); }),
+     .empty = QVariant(SettingsMap())},
+    {.operation = "getValue item", .run = onProxy<P>([](P &p) { return p.getValue(0, "gain"); }), .empty = QVariant()},
+    {.operation = "getStringValue", .run = calling(&P::getStringValue, 0, "gain"), .empty = QString()},
+    {.operation = "getString", .run = calling(&P::getString, 0), .empty = QString()},
+    {.operation = "getMin", .run = calling(&P::getMin, 0, "gain"), .empty = QVariant()},
+    {.operation = "getMax", .run = calling(&P::getMax, 0, "gain"), .empty = QVariant()},
+    {.operation = "size", .run = onProxy(&P::size), .empty = 0},
+    {.operation = "removeItem", .run = calling(&P::removeItem, 0), .empty = false},
+    {.operation = "setToDefault", .run = onProxy(&P::setToDefault), .empty = QVariant()},
+};
+
+/// The operations that hand back a reply: a value, or the empty one on any failure.
+const QList<OperationRow> replies{
+    {.operation = "setValue map", .run = onProxy<P>([](P &p) { return p.setValue("Quiet", preset()); }),
+     .member = "setValue", .answered = true, .wrongType = 1, .empty = false},
+    {.operation = "setValue item", .run = onProxy<P>([](P &p) { return p.setValue(0, "gain", QVariant(1.0)); }),
+     .member = "setValue", .answered = true, .wrongType = QStringLiteral("ok"), .empty = false},
+    {.operation = "getAllKeys", .run = onProxy(&P::getAllKeys),
+     .answered = QStringList{QStringLiteral("Quiet"), QStringLiteral("Loud")}, .wrongType = 2, .empty = QStringList()},
+    {.operation = "isKeyAvailable", .run = calling(&P::isKeyAvailable, "Quiet"), .answered = true, .wrongType = 1,
+     .empty = false},
+    {.operation = "getKeyPosition", .run = calling(&P::getKeyPosition, "Loud"), .answered = 1, .wrongType = true,
+     .empty = 0},
+    {.operation = "isChangeable", .run = onProxy(&P::isChangeable), .answered = true,
+     .wrongType = QStringLiteral("true"), .empty = false},
+    {.operation = "size", .run = onProxy(&P::size), .answered = 3, .wrongType = 3.0, .empty = 0},
+    {.operation = "removeItem", .run = calling(&P::removeItem, 0), .answered = true, .wrongType = 1, .empty = false},
+};
+
+/// The checked getters' values: what they log is judged by the checked getters' rows.
+const QList<OperationRow> checkedReplies{
+    {.operation = "getValue position", .run = onProxy<P>([](P &p) { return p.getValue(0); }), .member = "getValue",
+     .answered = QVariant(preset()), .seen = QVariant(preset()), .wrongType = QStringLiteral("Quiet"),
+     .empty = QVariant(SettingsMap())},
+    {.operation = "getValue item", .run = onProxy<P>([](P &p) { return p.getValue(0, "gain"); }), .member = "getValue",
+     .answered = wrappedValue(2.5), .seen = QVariant(2.5), .wrongType = 2.5, .empty = QVariant()},
+    {.operation = "getStringValue", .run = calling(&P::getStringValue, 0, "gain"), .answered = QStringLiteral("2.5 dB"),
+     .seen = QStringLiteral("2.5 dB"), .wrongType = 2.5, .empty = QVariant(QString())},
+    {.operation = "getString", .run = calling(&P::getString, 0), .answered = QStringLiteral("Quiet: 2.5 dB"),
+     .seen = QStringLiteral("Quiet: 2.5 dB"), .wrongType = wrappedValue(QStringLiteral("Quiet")),
+     .empty = QVariant(QString())},
+    {.operation = "getMin", .run = calling(&P::getMin, 0, "gain"), .answered = wrappedValue(-10), .seen = QVariant(-10),
+     .wrongType = -10, .empty = QVariant()},
+    {.operation = "getMax", .run = calling(&P::getMax, 0, "gain"), .answered = wrappedValue(10.5),
+     .seen = QVariant(10.5), .wrongType = QStringLiteral("10.5"), .empty = QVariant()},
+};
+
+const QList<OperationRow> invokedByName{
+    {.operation = "getValue position", .run = byName<SettingsMap>("getValue(int)", 0), .member = "getValue",
+     .signature = "i", .answered = QVariant(preset()), .wireArguments = {"i 0"}},
+    {.operation = "setValue map",
+     .run = byName<QDBusReply<bool>>("setValue(QString,QVariantMap)", QStringLiteral("Quiet"), preset()),
+     .member = "setValue", .signature = "sv", .answered = true, .wireArguments = {"s \"Quiet\"", presetInAVariant}},
+};
+
+const QList<OperationRow> relayed{{.operation = "setupChanged()"}, {.operation = "setupBoundsChanged()"}};
+// clang-format on
 
 // Stand-ins that leave a mark, to show which operators a construction leaves in place.
 void markingWriter(QDBusArgument &argument, const void *value)
@@ -96,110 +179,9 @@ CompositeClass mapList()
         .className = "SetupMapListInterface",
         .path = path,
         .make = factoryOf<P>(),
-        .sent =
-            {
-                {.operation = "setValue map",
-                 .run = onProxy<P>([](P &p) { p.setValue("Quiet", preset()); }),
-                 .member = "setValue",
-                 .signature = "sv",
-                 .wireArguments =
-                     {"s \"Quiet\"",
-                      "v(a{sv} {s \"active\": v(b true), s \"gain\": v(d 2.5), s \"name\": v(s \"Quiet\")})"}},
-                {.operation = "setValue empty map",
-                 .run = onProxy<P>([](P &p) { p.setValue("None", SettingsMap()); }),
-                 .member = "setValue",
-                 .signature = "sv",
-                 .wireArguments = {"s \"None\"", "v(a{sv} {})"}},
-                {.operation = "setValue item",
-                 .run = onProxy<P>([](P &p) { p.setValue(1, "gain", QVariant(2.5)); }),
-                 .member = "setValue",
-                 .signature = "isv",
-                 .wireArguments = {"i 1", "s \"gain\"", "v(d 2.5)"}},
-                {.operation = "setValue item string",
-                 .run = onProxy<P>([](P &p) { p.setValue(0, "name", QVariant(QStringLiteral("Loud"))); }),
-                 .member = "setValue",
-                 .signature = "isv",
-                 .wireArguments = {"i 0", "s \"name\"", "v(s \"Loud\")"}},
-                {.operation = "getAllKeys", .run = onProxy(&P::getAllKeys)},
-                {.operation = "isKeyAvailable",
-                 .run = onProxy<P>([](P &p) { p.isKeyAvailable("Quiet"); }),
-                 .signature = "s",
-                 .wireArguments = {"s \"Quiet\""}},
-                {.operation = "getKeyPosition",
-                 .run = onProxy<P>([](P &p) { p.getKeyPosition("Quiet"); }),
-                 .signature = "s",
-                 .wireArguments = {"s \"Quiet\""}},
-                {.operation = "isChangeable", .run = onProxy(&P::isChangeable)},
-                {.operation = "getValue position",
-                 .run = onProxy<P>([](P &p) { p.getValue(2); }),
-                 .member = "getValue",
-                 .signature = "i",
-                 .wireArguments = {"i 2"}},
-                {.operation = "getValue item",
-                 .run = onProxy<P>([](P &p) { p.getValue(2, "gain"); }),
-                 .member = "getValue",
-                 .signature = "is",
-                 .wireArguments = {"i 2", "s \"gain\""}},
-                {.operation = "getStringValue",
-                 .run = onProxy<P>([](P &p) { p.getStringValue(3, "gain"); }),
-                 .signature = "is",
-                 .wireArguments = {"i 3", "s \"gain\""}},
-                {.operation = "getString",
-                 .run = onProxy<P>([](P &p) { p.getString(4); }),
-                 .signature = "i",
-                 .wireArguments = {"i 4"}},
-                {.operation = "getMin",
-                 .run = onProxy<P>([](P &p) { p.getMin(5, "gain"); }),
-                 .signature = "is",
-                 .wireArguments = {"i 5", "s \"gain\""}},
-                {.operation = "getMax",
-                 .run = onProxy<P>([](P &p) { p.getMax(6, "gain"); }),
-                 .signature = "is",
-                 .wireArguments = {"i 6", "s \"gain\""}},
-                {.operation = "size", .run = onProxy(&P::size)},
-                {.operation = "removeItem",
-                 .run = onProxy<P>([](P &p) { p.removeItem(7); }),
-                 .signature = "i",
-                 .wireArguments = {"i 7"}},
-                {.operation = "setToDefault", .run = onProxy(&P::setToDefault)},
-            },
-        .absent =
-            {
-                {.operation = "setValue map",
-                 .run = onProxy<P>([](P &p) { return p.setValue("Quiet", preset()); }),
-                 .empty = false},
-                {.operation = "setValue item",
-                 .run = onProxy<P>([](P &p) { return p.setValue(0, "gain", QVariant(1)); }),
-                 .empty = false},
-                {.operation = "getAllKeys", .run = onProxy(&P::getAllKeys), .empty = QStringList()},
-                {.operation = "isKeyAvailable",
-                 .run = onProxy<P>([](P &p) { return p.isKeyAvailable("Quiet"); }),
-                 .empty = false},
-                {.operation = "getKeyPosition",
-                 .run = onProxy<P>([](P &p) { return p.getKeyPosition("Quiet"); }),
-                 .empty = 0},
-                {.operation = "isChangeable", .run = onProxy(&P::isChangeable), .empty = false},
-                {.operation = "getValue position",
-                 .run = onProxy<P>([](P &p) { return p.getValue(0); }),
-                 .empty = QVariant(SettingsMap())},
-                {.operation = "getValue item",
-                 .run = onProxy<P>([](P &p) { return p.getValue(0, "gain"); }),
-                 .empty = QVariant()},
-                {.operation = "getStringValue",
-                 .run = onProxy<P>([](P &p) { return p.getStringValue(0, "gain"); }),
-                 .empty = QString()},
-                {.operation = "getString", .run = onProxy<P>([](P &p) { return p.getString(0); }), .empty = QString()},
-                {.operation = "getMin",
-                 .run = onProxy<P>([](P &p) { return p.getMin(0, "gain"); }),
-                 .empty = QVariant()},
-                {.operation = "getMax",
-                 .run = onProxy<P>([](P &p) { return p.getMax(0, "gain"); }),
-                 .empty = QVariant()},
-                {.operation = "size", .run = onProxy(&P::size), .empty = 0},
-                {.operation = "removeItem", .run = onProxy<P>([](P &p) { return p.removeItem(0); }), .empty = false},
-                {.operation = "setToDefault", .run = onProxy(&P::setToDefault), .empty = QVariant()},
-            },
-        .checkedGetters = checkedGetters(),
+        .sent = sent,
+        .absent = absent,
+        .checkedGetters = checkedGetters,
         .loggedErrors = {{"error", "no such position", "\"no such position\""},
                          {"error with quotes", "item \"gain\" unknown", "\"item \\\"gain\\\" unknown\""}},
         .setToDefault = onProxy(&P::setToDefault),
@@ -221,174 +203,33 @@ private:
     P &proxy() { return ProxyTableTest::proxy<P>(); }
 
 private Q_SLOTS:
-    void sendsTheMapInsideAVariantNeverBare();
-    void sendsAPositionAnItemAndAVariantHoldingTheDouble();
     void mapsEachReply_data();
-    void mapsEachReply();
+    void mapsEachReply() { verifyMappedReply(*m_fake, proxy()); }
 
     void getValueOfAPositionReadsTheWholeMap();
     void getValueOfAPositionLeavesNestedValuesAsArguments();
     void getValueOfAPositionKeepsRepeatedKeysAsQMapDoes();
     void variantGettersLeaveStructuredValuesAsArguments();
-    void plainOperationsLogNothingOnFailure();
+    void plainOperationsLogNothingOnFailure() { verifyPlainOperationsLogNothingWhenTheServiceIsAbsent(m_class); }
 
     void everyConstructionInstallsTheSettingsMapOperators();
 
     void metaObjectListsSignalsThenSlotsInDeclarationOrder();
     void metaCastKnowsTheClassAndLeavesTheRestToTheBase();
-    void invokingSlotsByNameGivesTheDirectResult();
-    void relaysSetupChangedOfItsOwnObjectOnly();
-    void relaysSetupBoundsChangedOfItsOwnObjectOnly();
+    void invokingSlotsByNameGivesTheDirectResult_data()
+    {
+        addByNameRows(m_className, invokedByName, checkedReplies + replies);
+    }
+    void invokingSlotsByNameGivesTheDirectResult() { verifyByNameRow(*m_fake, proxy()); }
+    void relaysItsSignalsOfItsOwnObjectOnly_data() { addSignalRelayRows(m_className, relayed); }
+    void relaysItsSignalsOfItsOwnObjectOnly() { verifySignalRelayRow(*m_fake, proxy()); }
 };
-
-void tst_SetupMapListInterface::sendsTheMapInsideAVariantNeverBare()
-{
-    m_fake->answer("setValue", ScriptedAnswer::value(true));
-    SettingsMap map;
-    map.insert(QStringLiteral("b"), 2);
-    map.insert(QStringLiteral("a"), QStringLiteral("first"));
-
-    QVERIFY(proxy().setValue("Mixed", map).value());
-
-    QVERIFY(m_fake->waitForCalls(1));
-    const ReceivedCall call = m_fake->calls().first();
-    QCOMPARE(call.signature, QStringLiteral("sv"));
-    QCOMPARE(call.arguments.size(), 2);
-    QCOMPARE(call.arguments.at(0), QVariant(QStringLiteral("Mixed")));
-    QCOMPARE(call.arguments.at(1).userType(), qMetaTypeId<QDBusVariant>());
-    const QVariant inner = qvariant_cast<QDBusVariant>(call.arguments.at(1)).variant();
-    QCOMPARE(inner.userType(), qMetaTypeId<QDBusArgument>());
-    const QDBusArgument argument = qvariant_cast<QDBusArgument>(inner);
-    QCOMPARE(argument.currentSignature(), QStringLiteral("a{sv}"));
-    // Keys go out in ascending order whatever the order of insertion.
-    QCOMPARE(wireText(argument), QStringLiteral("a{sv} {s \"a\": v(s \"first\"), s \"b\": v(i 2)}"));
-    QCOMPARE(qdbus_cast<SettingsMap>(argument), map);
-}
-
-void tst_SetupMapListInterface::sendsAPositionAnItemAndAVariantHoldingTheDouble()
-{
-    m_fake->answer("setValue", ScriptedAnswer::value(true));
-
-    QVERIFY(proxy().setValue(1, "gain", QVariant(-3.75)).value());
-
-    QVERIFY(m_fake->waitForCalls(1));
-    const ReceivedCall call = m_fake->calls().first();
-    QCOMPARE(call.signature, QStringLiteral("isv"));
-    QCOMPARE(call.arguments.size(), 3);
-    QCOMPARE(call.arguments.at(0).userType(), int(QMetaType::Int));
-    QCOMPARE(call.arguments.at(0), QVariant(1));
-    QCOMPARE(call.arguments.at(1), QVariant(QStringLiteral("gain")));
-    QCOMPARE(call.arguments.at(2).userType(), qMetaTypeId<QDBusVariant>());
-    const QVariant inner = qvariant_cast<QDBusVariant>(call.arguments.at(2)).variant();
-    QCOMPARE(inner.userType(), int(QMetaType::Double));
-    QCOMPARE(inner, QVariant(-3.75));
-}
 
 void tst_SetupMapListInterface::mapsEachReply_data()
 {
     addMappedReplyColumns();
-    addMappedReplyRows("setValue map ",
-                       {.operation = "setValue map",
-                        .run = onProxy<P>([](P &p) { return p.setValue("Quiet", preset()); }),
-                        .member = "setValue",
-                        .answered = true,
-                        .wrongType = 1,
-                        .empty = false});
-    addMappedReplyRows("setValue item ",
-                       {.operation = "setValue item",
-                        .run = onProxy<P>([](P &p) { return p.setValue(0, "gain", QVariant(1.0)); }),
-                        .member = "setValue",
-                        .answered = true,
-                        .wrongType = QStringLiteral("ok"),
-                        .empty = false});
-    addMappedReplyRows("getAllKeys ",
-                       {.operation = "getAllKeys",
-                        .run = onProxy(&P::getAllKeys),
-                        .answered = QStringList{QStringLiteral("Quiet"), QStringLiteral("Loud")},
-                        .wrongType = 2,
-                        .empty = QStringList()});
-    addMappedReplyRows("isKeyAvailable ",
-                       {.operation = "isKeyAvailable",
-                        .run = onProxy<P>([](P &p) { return p.isKeyAvailable("Quiet"); }),
-                        .answered = true,
-                        .wrongType = 1,
-                        .empty = false});
-    addMappedReplyRows("getKeyPosition ",
-                       {.operation = "getKeyPosition",
-                        .run = onProxy<P>([](P &p) { return p.getKeyPosition("Loud"); }),
-                        .answered = 1,
-                        .wrongType = true,
-                        .empty = 0});
-    addMappedReplyRows("isChangeable ",
-                       {.operation = "isChangeable",
-                        .run = onProxy(&P::isChangeable),
-                        .answered = true,
-                        .wrongType = QStringLiteral("true"),
-                        .empty = false});
-    addMappedReplyRows("size ",
-                       {.operation = "size", .run = onProxy(&P::size), .answered = 3, .wrongType = 3.0, .empty = 0});
-    addMappedReplyRows("removeItem ",
-                       {.operation = "removeItem",
-                        .run = onProxy<P>([](P &p) { return p.removeItem(0); }),
-                        .answered = true,
-                        .wrongType = 1,
-                        .empty = false});
-
-    addMappedReplyRows("getValue position ",
-                       {.operation = "getValue position",
-                        .run = onProxy<P>([](P &p) { return p.getValue(0); }),
-                        .member = "getValue",
-                        .answered = QVariant(preset()),
-                        .seen = QVariant(preset()),
-                        .wrongType = QStringLiteral("Quiet"),
-                        .empty = QVariant(SettingsMap())},
-                       LogCheck::Unchecked, LogCheck::Unchecked);
-    addMappedReplyRows("getValue item ",
-                       {.operation = "getValue item",
-                        .run = onProxy<P>([](P &p) { return p.getValue(0, "gain"); }),
-                        .member = "getValue",
-                        .answered = wrappedValue(2.5),
-                        .seen = QVariant(2.5),
-                        .wrongType = 2.5,
-                        .empty = QVariant()},
-                       LogCheck::Unchecked, LogCheck::Unchecked);
-    addMappedReplyRows("getStringValue ",
-                       {.operation = "getStringValue",
-                        .run = onProxy<P>([](P &p) { return p.getStringValue(0, "gain"); }),
-                        .answered = QStringLiteral("2.5 dB"),
-                        .seen = QStringLiteral("2.5 dB"),
-                        .wrongType = 2.5,
-                        .empty = QVariant(QString())},
-                       LogCheck::Unchecked, LogCheck::Unchecked);
-    addMappedReplyRows("getString ",
-                       {.operation = "getString",
-                        .run = onProxy<P>([](P &p) { return p.getString(0); }),
-                        .answered = QStringLiteral("Quiet: 2.5 dB"),
-                        .seen = QStringLiteral("Quiet: 2.5 dB"),
-                        .wrongType = wrappedValue(QStringLiteral("Quiet")),
-                        .empty = QVariant(QString())},
-                       LogCheck::Unchecked, LogCheck::Unchecked);
-    addMappedReplyRows("getMin ",
-                       {.operation = "getMin",
-                        .run = onProxy<P>([](P &p) { return p.getMin(0, "gain"); }),
-                        .answered = wrappedValue(-10),
-                        .seen = QVariant(-10),
-                        .wrongType = -10,
-                        .empty = QVariant()},
-                       LogCheck::Unchecked, LogCheck::Unchecked);
-    addMappedReplyRows("getMax ",
-                       {.operation = "getMax",
-                        .run = onProxy<P>([](P &p) { return p.getMax(0, "gain"); }),
-                        .answered = wrappedValue(10.5),
-                        .seen = QVariant(10.5),
-                        .wrongType = QStringLiteral("10.5"),
-                        .empty = QVariant()},
-                       LogCheck::Unchecked, LogCheck::Unchecked);
-}
-
-void tst_SetupMapListInterface::mapsEachReply()
-{
-    verifyMappedReply(*m_fake, proxy());
+    addMappedReplyTable(replies);
+    addMappedReplyTable(checkedReplies, LogCheck::Unchecked, LogCheck::Unchecked);
 }
 
 void tst_SetupMapListInterface::getValueOfAPositionReadsTheWholeMap()
@@ -421,15 +262,8 @@ void tst_SetupMapListInterface::getValueOfAPositionLeavesNestedValuesAsArguments
 
     QCOMPARE(map.size(), 3);
     QCOMPARE(map.value(QStringLiteral("name")), QVariant(QStringLiteral("Ramp")));
-    const QVariant limits = map.value(QStringLiteral("limits"));
-    QCOMPARE(limits.userType(), qMetaTypeId<QDBusArgument>());
-    QCOMPARE(qvariant_cast<QDBusArgument>(limits).currentSignature(), QStringLiteral("a{sv}"));
-    SettingsMap readInner;
-    DBusTypes::readSettingsMap(qvariant_cast<QDBusArgument>(limits), readInner);
-    QCOMPARE(readInner, inner);
-    const QVariant points = map.value(QStringLiteral("points"));
-    QCOMPARE(points.userType(), qMetaTypeId<QDBusArgument>());
-    QCOMPARE(wireText(points), QStringLiteral("av [v(i 1), v(i 2)]"));
+    verifyLeftAsArgument(map.value(QStringLiteral("limits")), "a{sv} {s \"high\": v(i 9), s \"low\": v(i 1)}");
+    verifyLeftAsArgument(map.value(QStringLiteral("points")), "av [v(i 1), v(i 2)]");
 }
 
 void tst_SetupMapListInterface::getValueOfAPositionKeepsRepeatedKeysAsQMapDoes()
@@ -445,31 +279,9 @@ void tst_SetupMapListInterface::variantGettersLeaveStructuredValuesAsArguments()
     m_fake->answer("getMin", ScriptedAnswer::value(wrappedValue(QVariantList() << 1 << 2)));
     m_fake->answer("getMax", ScriptedAnswer::value(wrappedValue(structured)));
 
-    const QVariant value = proxy().getValue(0, "all");
-    QCOMPARE(value.userType(), qMetaTypeId<QDBusArgument>());
-    QCOMPARE(qvariant_cast<QDBusArgument>(value).currentSignature(), QStringLiteral("a{sv}"));
-    QCOMPARE(qdbus_cast<SettingsMap>(qvariant_cast<QDBusArgument>(value)), preset());
-    const QVariant min = proxy().getMin(0, "all");
-    QCOMPARE(min.userType(), qMetaTypeId<QDBusArgument>());
-    QCOMPARE(wireText(min), QStringLiteral("av [v(i 1), v(i 2)]"));
-    const QVariant max = proxy().getMax(0, "all");
-    QCOMPARE(max.userType(), qMetaTypeId<QDBusArgument>());
-    QCOMPARE(qvariant_cast<QDBusArgument>(max).currentSignature(), QStringLiteral("a{sv}"));
-}
-
-void tst_SetupMapListInterface::plainOperationsLogNothingOnFailure()
-{
-    verifyNothingLoggedWhenTheServiceIsAbsent<P>(path, [](P &p) {
-        p.setValue("Quiet", preset());
-        p.setValue(0, "gain", QVariant(1));
-        p.getAllKeys();
-        p.isKeyAvailable("Quiet");
-        p.getKeyPosition("Quiet");
-        p.isChangeable();
-        p.size();
-        p.removeItem(0);
-        p.setToDefault();
-    });
+    verifyLeftAsArgument(proxy().getValue(0, "all"), presetOnTheWire);
+    verifyLeftAsArgument(proxy().getMin(0, "all"), "av [v(i 1), v(i 2)]");
+    verifyLeftAsArgument(proxy().getMax(0, "all"), presetOnTheWire);
 }
 
 void tst_SetupMapListInterface::everyConstructionInstallsTheSettingsMapOperators()
@@ -524,37 +336,6 @@ void tst_SetupMapListInterface::metaCastKnowsTheClassAndLeavesTheRestToTheBase()
 {
     verifyMetaCast(proxy(), "SetupMapListInterface");
     QCOMPARE(proxy().qt_metacast("SetupMapItemInterface"), nullptr);
-}
-
-void tst_SetupMapListInterface::invokingSlotsByNameGivesTheDirectResult()
-{
-    m_fake->answer("getValue", ScriptedAnswer::value(QVariant(preset())));
-    m_fake->answer("setValue", ScriptedAnswer::value(true));
-
-    SettingsMap map;
-    QVERIFY(QMetaObject::invokeMethod(&proxy(), "getValue", Qt::DirectConnection, Q_RETURN_ARG(SettingsMap, map),
-                                      Q_ARG(int, 0)));
-    QCOMPARE(map, proxy().getValue(0));
-    QCOMPARE(map, preset());
-
-    m_fake->clearCalls();
-    QDBusReply<bool> accepted;
-    QVERIFY(QMetaObject::invokeMethod(&proxy(), "setValue", Qt::DirectConnection,
-                                      Q_RETURN_ARG(QDBusReply<bool>, accepted), Q_ARG(QString, QStringLiteral("Quiet")),
-                                      Q_ARG(QVariantMap, preset())));
-    QVERIFY(accepted.isValid());
-    QCOMPARE(accepted.value(), true);
-    QCOMPARE(m_fake->calls().last().signature, QStringLiteral("sv"));
-}
-
-void tst_SetupMapListInterface::relaysSetupChangedOfItsOwnObjectOnly()
-{
-    verifySignalRelay(proxy(), *m_fake, SIGNAL(setupChanged()), "setupChanged", {});
-}
-
-void tst_SetupMapListInterface::relaysSetupBoundsChangedOfItsOwnObjectOnly()
-{
-    verifySignalRelay(proxy(), *m_fake, SIGNAL(setupBoundsChanged()), "setupBoundsChanged", {});
 }
 
 QTEST_GUILESS_MAIN(tst_SetupMapListInterface)

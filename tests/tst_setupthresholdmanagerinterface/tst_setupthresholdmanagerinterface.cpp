@@ -6,39 +6,24 @@
 
 #include <QDBusArgument>
 #include <QDBusConnection>
-#include <QDBusMetaType>
 #include <QtTest/QTest>
-
-#include <memory>
 
 namespace {
 using P = SetupThresholdManagerInterface;
 const QString path = QStringLiteral("/Setup/Thresholds");
 
 // The class's own methods, in meta-object order.
+// clang-format off
 const QStringList signalSignatures{"locationNameChanged(QString,QString)", "locationsChanged()", "setupChanged()",
                                    "setupChanged(QString,double)"};
-const QStringList slotSignatures{"setValue(QString,double)",
-                                 "getAllThresholdElements()",
-                                 "getAttributes(QString)",
-                                 "getMaxLocationDescriptionCharacterCount()",
-                                 "getMaxLocationNameCharacterCount()",
-                                 "getMaxValue(QString)",
-                                 "getMinValue(QString)",
-                                 "getThresholdElementsForLocation(QString)",
-                                 "getValue(QString)",
-                                 "getString(QString)",
-                                 "getLocationNames()",
-                                 "getLocationDescription(QString)",
-                                 "isLocationEditable(QString)",
-                                 "size()",
-                                 "isChangeable()",
-                                 "setLocationDescription(QString,QString)",
-                                 "setToDefault()",
-                                 "setToDefaultAsync()",
-                                 "createLocation(QString,QString)",
-                                 "deleteLocation(QString)",
-                                 "renameLocation(QString,QString)"};
+const QStringList slotSignatures{
+    "setValue(QString,double)", "getAllThresholdElements()", "getAttributes(QString)",
+    "getMaxLocationDescriptionCharacterCount()", "getMaxLocationNameCharacterCount()", "getMaxValue(QString)",
+    "getMinValue(QString)", "getThresholdElementsForLocation(QString)", "getValue(QString)", "getString(QString)",
+    "getLocationNames()", "getLocationDescription(QString)", "isLocationEditable(QString)", "size()", "isChangeable()",
+    "setLocationDescription(QString,QString)", "setToDefault()", "setToDefaultAsync()",
+    "createLocation(QString,QString)", "deleteLocation(QString)", "renameLocation(QString,QString)"};
+// clang-format on
 
 /// A reply as the application would give it, made without a bus.
 QDBusReply<int> localReply(int value)
@@ -80,136 +65,145 @@ void readDoubles(const QDBusArgument &argument, void *value)
     DBusTypes::readDoubleList(argument, *static_cast<QList<double> *>(value));
 }
 
-const OperationRow setToDefaultAsync{
-    .operation = "setToDefaultAsync", .run = onProxy(&P::setToDefaultAsync), .member = "setToDefault"};
+const QString key = QStringLiteral("Limits/Upper/3");
+const QString location = QStringLiteral("Hall A");
+const QString other = QStringLiteral("Hall B");
+
+// clang-format off
+const QList<OperationRow> sent{
+    {.operation = "setValue", .run = calling(&P::setValue, key, 2.5), .signature = "sd", .arguments = {key, 2.5}},
+    {.operation = "getAllThresholdElements", .run = onProxy(&P::getAllThresholdElements)},
+    {.operation = "getAttributes", .run = calling(&P::getAttributes, key), .signature = "s", .arguments = {key}},
+    {.operation = "getMaxLocationDescriptionCharacterCount",
+     .run = onProxy(&P::getMaxLocationDescriptionCharacterCount)},
+    {.operation = "getMaxLocationNameCharacterCount", .run = onProxy(&P::getMaxLocationNameCharacterCount)},
+    {.operation = "getMaxValue", .run = calling(&P::getMaxValue, key), .signature = "s", .arguments = {key}},
+    {.operation = "getMinValue", .run = calling(&P::getMinValue, key), .signature = "s", .arguments = {key}},
+    {.operation = "getThresholdElementsForLocation", .run = calling(&P::getThresholdElementsForLocation, location),
+     .signature = "s", .arguments = {location}},
+    {.operation = "getValue", .run = calling(&P::getValue, key), .signature = "s", .arguments = {key}},
+    {.operation = "getString", .run = calling(&P::getString, key), .signature = "s", .arguments = {key}},
+    {.operation = "getLocationNames", .run = onProxy(&P::getLocationNames)},
+    {.operation = "getLocationDescription", .run = calling(&P::getLocationDescription, location), .signature = "s",
+     .arguments = {location}},
+    {.operation = "isLocationEditable", .run = calling(&P::isLocationEditable, location), .signature = "s",
+     .arguments = {location}},
+    {.operation = "size", .run = onProxy(&P::size)},
+    {.operation = "isChangeable", .run = onProxy(&P::isChangeable)},
+    {.operation = "setLocationDescription",
+     .run = calling(&P::setLocationDescription, location, QStringLiteral("north wall")), .signature = "ss",
+     .arguments = {location, QStringLiteral("north wall")}},
+    {.operation = "setToDefault", .run = onProxy(&P::setToDefault)},
+    {.operation = "setToDefaultAsync", .run = onProxy(&P::setToDefaultAsync), .member = "setToDefault"},
+    {.operation = "createLocation", .run = calling(&P::createLocation, other, location), .signature = "ss",
+     .arguments = {other, location}},
+    {.operation = "deleteLocation", .run = calling(&P::deleteLocation, other), .signature = "s", .arguments = {other}},
+    {.operation = "renameLocation", .run = calling(&P::renameLocation, location, other), .signature = "ss",
+     .arguments = {location, other}},
+};
+
+const QList<OperationRow> absent{
+    {.operation = "setValue", .run = calling(&P::setValue, key, 1.0), .empty = false},
+    {.operation = "getAllThresholdElements", .run = onProxy(&P::getAllThresholdElements), .empty = QString()},
+    {.operation = "getAttributes", .run = calling(&P::getAttributes, key), .empty = 0},
+    {.operation = "getMaxLocationDescriptionCharacterCount",
+     .run = onProxy(&P::getMaxLocationDescriptionCharacterCount), .empty = 0},
+    {.operation = "getMaxLocationNameCharacterCount", .run = onProxy(&P::getMaxLocationNameCharacterCount), .empty = 0},
+    {.operation = "getMaxValue", .run = calling(&P::getMaxValue, key), .empty = 0.0},
+    {.operation = "getMinValue", .run = calling(&P::getMinValue, key), .empty = 0.0},
+    {.operation = "getThresholdElementsForLocation", .run = calling(&P::getThresholdElementsForLocation, location),
+     .empty = QString()},
+    {.operation = "getValue", .run = calling(&P::getValue, key), .empty = 0.0},
+    {.operation = "getString", .run = calling(&P::getString, key), .empty = QString()},
+    {.operation = "getLocationNames", .run = onProxy(&P::getLocationNames), .empty = QStringList()},
+    {.operation = "getLocationDescription", .run = calling(&P::getLocationDescription, location), .empty = QString()},
+    {.operation = "isLocationEditable", .run = calling(&P::isLocationEditable, location), .empty = false},
+    {.operation = "size", .run = onProxy(&P::size), .empty = 0},
+    {.operation = "isChangeable", .run = onProxy(&P::isChangeable), .empty = false},
+    {.operation = "setLocationDescription", .run = calling(&P::setLocationDescription, location, QStringLiteral("d")),
+     .empty = false},
+    {.operation = "setToDefault", .run = onProxy(&P::setToDefault), .empty = QVariant()},
+    {.operation = "createLocation", .run = calling(&P::createLocation, location, other), .empty = false},
+    {.operation = "deleteLocation", .run = calling(&P::deleteLocation, location), .empty = false},
+    {.operation = "renameLocation", .run = calling(&P::renameLocation, location, other), .empty = false},
+};
+
+/// Every operation that hands back a reply: a value, or the empty one on any failure, logging nothing.
+const QList<OperationRow> replies{
+    {.operation = "setValue", .run = calling(&P::setValue, QStringLiteral("k"), 1.0), .answered = true, .wrongType = 1,
+     .empty = false},
+    {.operation = "getAllThresholdElements", .run = onProxy(&P::getAllThresholdElements),
+     .answered = QStringLiteral("k=1;j=2"), .wrongType = 12, .empty = QString()},
+    {.operation = "getAttributes", .run = calling(&P::getAttributes, QStringLiteral("k")), .answered = 0x13,
+     .wrongType = 19.0, .empty = 0},
+    {.operation = "getMaxLocationDescriptionCharacterCount",
+     .run = onProxy(&P::getMaxLocationDescriptionCharacterCount), .answered = 80, .wrongType = QStringLiteral("80"),
+     .empty = 0},
+    {.operation = "getMaxLocationNameCharacterCount", .run = onProxy(&P::getMaxLocationNameCharacterCount),
+     .answered = 16, .wrongType = true, .empty = 0},
+    {.operation = "getMaxValue", .run = calling(&P::getMaxValue, QStringLiteral("k")), .answered = 99.5,
+     .wrongType = 99, .empty = 0.0},
+    {.operation = "getMinValue", .run = calling(&P::getMinValue, QStringLiteral("k")), .answered = -3.25,
+     .wrongType = QStringLiteral("-3.25"), .empty = 0.0},
+    {.operation = "getThresholdElementsForLocation", .run = calling(&P::getThresholdElementsForLocation, location),
+     .answered = QStringLiteral("k=1"), .wrongType = QStringList{QStringLiteral("k=1")}, .empty = QString()},
+    {.operation = "getValue", .run = calling(&P::getValue, QStringLiteral("k")), .answered = 12.75, .wrongType = 12,
+     .empty = 0.0},
+    {.operation = "getString", .run = calling(&P::getString, QStringLiteral("k")),
+     .answered = QStringLiteral("12.75 dB"), .wrongType = 12.75, .empty = QString()},
+    {.operation = "getLocationNames", .run = onProxy(&P::getLocationNames), .answered = QStringList{location, other},
+     .wrongType = location, .empty = QStringList()},
+    {.operation = "getLocationDescription", .run = calling(&P::getLocationDescription, location),
+     .answered = QStringLiteral("north wall"), .wrongType = 1, .empty = QString()},
+    {.operation = "isLocationEditable", .run = calling(&P::isLocationEditable, location), .answered = true,
+     .wrongType = QStringLiteral("true"), .empty = false},
+    {.operation = "size", .run = onProxy(&P::size), .answered = 7, .wrongType = 7.0, .empty = 0},
+    {.operation = "isChangeable", .run = onProxy(&P::isChangeable), .answered = true, .wrongType = 1, .empty = false},
+    {.operation = "setLocationDescription", .run = calling(&P::setLocationDescription, location, QStringLiteral("d")),
+     .answered = true, .wrongType = QStringLiteral("yes"), .empty = false},
+    {.operation = "createLocation", .run = calling(&P::createLocation, other, location), .answered = true,
+     .wrongType = 1, .empty = false},
+    {.operation = "deleteLocation", .run = calling(&P::deleteLocation, other), .answered = true, .wrongType = 0,
+     .empty = false},
+    {.operation = "renameLocation", .run = calling(&P::renameLocation, location, QStringLiteral("Hall C")),
+     .answered = true, .wrongType = 2.0, .empty = false},
+};
+
+const QList<OperationRow> invokedByName{
+    {.operation = "getValue", .run = byName<QDBusReply<double>>("getValue(QString)", QStringLiteral("k")),
+     .signature = "s", .arguments = {QStringLiteral("k")}, .answered = 4.5},
+    {.operation = "setValue", .run = byName<QDBusReply<bool>>("setValue(QString,double)", QStringLiteral("k"), 6.0),
+     .signature = "sd", .arguments = {QStringLiteral("k"), 6.0}, .answered = true},
+    {.operation = "getLocationNames", .run = byName<QDBusReply<QStringList>>("getLocationNames"),
+     .answered = QStringList{location}},
+    {.operation = "setToDefaultAsync", .run = byName<void>("setToDefaultAsync"), .member = "setToDefault"},
+};
+
+const QList<OperationRow> calledDirectly = replies + QList<OperationRow>{
+    {.operation = "setToDefaultAsync", .run = onProxy(&P::setToDefaultAsync)},
+};
+
+const QList<OperationRow> relayed{
+    {.operation = "locationNameChanged(QString,QString)", .arguments = {location, QStringLiteral("Hall C")}},
+    {.operation = "locationsChanged()"},
+    {.operation = "setupChanged()"},
+    {.operation = "setupChanged(QString,double)", .arguments = {key, 7.5}},
+};
+// clang-format on
 
 CompositeClass thresholdManager()
 {
-    const QString key = QStringLiteral("Limits/Upper/3");
-    const QString location = QStringLiteral("Hall A");
-    const QString other = QStringLiteral("Hall B");
     return {
         .className = "SetupThresholdManagerInterface",
         .path = path,
         .make = factoryOf<P>(),
-        .sent =
-            {
-                {.operation = "setValue",
-                 .run = onProxy<P>([=](P &p) { p.setValue(key, 2.5); }),
-                 .signature = "sd",
-                 .arguments = {key, 2.5}},
-                {.operation = "getAllThresholdElements", .run = onProxy(&P::getAllThresholdElements)},
-                {.operation = "getAttributes",
-                 .run = onProxy<P>([=](P &p) { p.getAttributes(key); }),
-                 .signature = "s",
-                 .arguments = {key}},
-                {.operation = "getMaxLocationDescriptionCharacterCount",
-                 .run = onProxy(&P::getMaxLocationDescriptionCharacterCount)},
-                {.operation = "getMaxLocationNameCharacterCount", .run = onProxy(&P::getMaxLocationNameCharacterCount)},
-                {.operation = "getMaxValue",
-                 .run = onProxy<P>([=](P &p) { p.getMaxValue(key); }),
-                 .signature = "s",
-                 .arguments = {key}},
-                {.operation = "getMinValue",
-                 .run = onProxy<P>([=](P &p) { p.getMinValue(key); }),
-                 .signature = "s",
-                 .arguments = {key}},
-                {.operation = "getThresholdElementsForLocation",
-                 .run = onProxy<P>([=](P &p) { p.getThresholdElementsForLocation(location); }),
-                 .signature = "s",
-                 .arguments = {location}},
-                {.operation = "getValue",
-                 .run = onProxy<P>([=](P &p) { p.getValue(key); }),
-                 .signature = "s",
-                 .arguments = {key}},
-                {.operation = "getString",
-                 .run = onProxy<P>([=](P &p) { p.getString(key); }),
-                 .signature = "s",
-                 .arguments = {key}},
-                {.operation = "getLocationNames", .run = onProxy(&P::getLocationNames)},
-                {.operation = "getLocationDescription",
-                 .run = onProxy<P>([=](P &p) { p.getLocationDescription(location); }),
-                 .signature = "s",
-                 .arguments = {location}},
-                {.operation = "isLocationEditable",
-                 .run = onProxy<P>([=](P &p) { p.isLocationEditable(location); }),
-                 .signature = "s",
-                 .arguments = {location}},
-                {.operation = "size", .run = onProxy(&P::size)},
-                {.operation = "isChangeable", .run = onProxy(&P::isChangeable)},
-                {.operation = "setLocationDescription",
-                 .run = onProxy<P>([=](P &p) { p.setLocationDescription(location, QStringLiteral("north wall")); }),
-                 .signature = "ss",
-                 .arguments = {location, QStringLiteral("north wall")}},
-                {.operation = "setToDefault", .run = onProxy(&P::setToDefault)},
-                {.operation = "setToDefaultAsync", .run = onProxy(&P::setToDefaultAsync), .member = "setToDefault"},
-                {.operation = "createLocation",
-                 .run = onProxy<P>([=](P &p) { p.createLocation(other, location); }),
-                 .signature = "ss",
-                 .arguments = {other, location}},
-                {.operation = "deleteLocation",
-                 .run = onProxy<P>([=](P &p) { p.deleteLocation(other); }),
-                 .signature = "s",
-                 .arguments = {other}},
-                {.operation = "renameLocation",
-                 .run = onProxy<P>([=](P &p) { p.renameLocation(location, other); }),
-                 .signature = "ss",
-                 .arguments = {location, other}},
-            },
-        .absent =
-            {
-                {.operation = "setValue",
-                 .run = onProxy<P>([=](P &p) { return p.setValue(key, 1.0); }),
-                 .empty = false},
-                {.operation = "getAllThresholdElements",
-                 .run = onProxy(&P::getAllThresholdElements),
-                 .empty = QString()},
-                {.operation = "getAttributes",
-                 .run = onProxy<P>([=](P &p) { return p.getAttributes(key); }),
-                 .empty = 0},
-                {.operation = "getMaxLocationDescriptionCharacterCount",
-                 .run = onProxy(&P::getMaxLocationDescriptionCharacterCount),
-                 .empty = 0},
-                {.operation = "getMaxLocationNameCharacterCount",
-                 .run = onProxy(&P::getMaxLocationNameCharacterCount),
-                 .empty = 0},
-                {.operation = "getMaxValue", .run = onProxy<P>([=](P &p) { return p.getMaxValue(key); }), .empty = 0.0},
-                {.operation = "getMinValue", .run = onProxy<P>([=](P &p) { return p.getMinValue(key); }), .empty = 0.0},
-                {.operation = "getThresholdElementsForLocation",
-                 .run = onProxy<P>([=](P &p) { return p.getThresholdElementsForLocation(location); }),
-                 .empty = QString()},
-                {.operation = "getValue", .run = onProxy<P>([=](P &p) { return p.getValue(key); }), .empty = 0.0},
-                {.operation = "getString",
-                 .run = onProxy<P>([=](P &p) { return p.getString(key); }),
-                 .empty = QString()},
-                {.operation = "getLocationNames", .run = onProxy(&P::getLocationNames), .empty = QStringList()},
-                {.operation = "getLocationDescription",
-                 .run = onProxy<P>([=](P &p) { return p.getLocationDescription(location); }),
-                 .empty = QString()},
-                {.operation = "isLocationEditable",
-                 .run = onProxy<P>([=](P &p) { return p.isLocationEditable(location); }),
-                 .empty = false},
-                {.operation = "size", .run = onProxy(&P::size), .empty = 0},
-                {.operation = "isChangeable", .run = onProxy(&P::isChangeable), .empty = false},
-                {.operation = "setLocationDescription",
-                 .run = onProxy<P>([=](P &p) { return p.setLocationDescription(location, QStringLiteral("d")); }),
-                 .empty = false},
-                {.operation = "setToDefault", .run = onProxy(&P::setToDefault), .empty = QVariant()},
-                {.operation = "createLocation",
-                 .run = onProxy<P>([=](P &p) { return p.createLocation(location, QStringLiteral("Hall B")); }),
-                 .empty = false},
-                {.operation = "deleteLocation",
-                 .run = onProxy<P>([=](P &p) { return p.deleteLocation(location); }),
-                 .empty = false},
-                {.operation = "renameLocation",
-                 .run = onProxy<P>([=](P &p) { return p.renameLocation(location, QStringLiteral("Hall B")); }),
-                 .empty = false},
-            },
+        .sent = sent,
+        .absent = absent,
         .absentLog = LogCheck::Nothing,
         .setToDefault = onProxy(&P::setToDefault),
-        .asyncs = {setToDefaultAsync},
+        .asyncs = {{.operation = "setToDefaultAsync", .run = onProxy(&P::setToDefaultAsync), .member = "setToDefault"}},
         .failingCall = {.operation = "getValue",
-                        .run = onProxy<P>([](P &p) { return p.getValue(QStringLiteral("k")); }),
+                        .run = calling(&P::getValue, QStringLiteral("k")),
                         .signature = "s",
                         .arguments = {QStringLiteral("k")}},
         .signalSignatures = signalSignatures,
@@ -235,19 +229,22 @@ private Q_SLOTS:
     void constructionForAnAbsentServiceLogsNothing();
     void everyConstructionKeepsTheOneDoubleListTypeAndRestoresItsMarshalling();
 
-    void mapsEachReplyWithoutLogging_data();
-    void mapsEachReplyWithoutLogging();
+    void mapsEachReplyWithoutLogging_data()
+    {
+        addMappedReplyColumns();
+        addMappedReplyTable(replies);
+    }
+    void mapsEachReplyWithoutLogging() { verifyMappedReply(*m_fake, proxy()); }
 
     void metaObjectListsSignalsThenSlotsInDeclarationOrder();
     void metaCastKnowsTheClassAndLeavesTheRestToTheBase();
     void keepsServiceAndPathBesideTheBase();
-    void invokingSlotsByNameGivesTheDirectResult();
+    void invokingSlotsByNameGivesTheDirectResult_data() { addByNameRows(m_className, invokedByName, calledDirectly); }
+    void invokingSlotsByNameGivesTheDirectResult() { verifyByNameRow(*m_fake, proxy()); }
     void overriddenVirtualGettersAreWhatTheMetaObjectInvokes();
 
-    void relaysLocationNameChanged();
-    void relaysLocationsChanged();
-    void relaysSetupChangedWithoutArguments();
-    void relaysSetupChangedWithKeyAndValue();
+    void relaysItsSignalsOfItsOwnObjectOnly_data() { addSignalRelayRows(m_className, relayed); }
+    void relaysItsSignalsOfItsOwnObjectOnly() { verifySignalRelayRow(*m_fake, proxy()); }
     void setupChangedOverloadsShareTheBusSignalByItsArguments();
 };
 
@@ -284,132 +281,6 @@ void tst_SetupThresholdManagerInterface::everyConstructionKeepsTheOneDoubleListT
     QCOMPARE(log.lines(), QList<LogLine>());
 }
 
-void tst_SetupThresholdManagerInterface::mapsEachReplyWithoutLogging_data()
-{
-    const QString key = QStringLiteral("k");
-    addMappedReplyColumns();
-    addMappedReplyRows("setValue ",
-                       {.operation = "setValue",
-                        .run = onProxy<P>([key](P &p) { return p.setValue(key, 1.0); }),
-                        .answered = true,
-                        .wrongType = 1,
-                        .empty = false});
-    addMappedReplyRows("getAllThresholdElements ",
-                       {.operation = "getAllThresholdElements",
-                        .run = onProxy(&P::getAllThresholdElements),
-                        .answered = QStringLiteral("k=1;j=2"),
-                        .wrongType = 12,
-                        .empty = QString()});
-    addMappedReplyRows("getAttributes ",
-                       {.operation = "getAttributes",
-                        .run = onProxy<P>([key](P &p) { return p.getAttributes(key); }),
-                        .answered = 0x13,
-                        .wrongType = 19.0,
-                        .empty = 0});
-    addMappedReplyRows("getMaxLocationDescriptionCharacterCount ",
-                       {.operation = "getMaxLocationDescriptionCharacterCount",
-                        .run = onProxy(&P::getMaxLocationDescriptionCharacterCount),
-                        .answered = 80,
-                        .wrongType = QStringLiteral("80"),
-                        .empty = 0});
-    addMappedReplyRows("getMaxLocationNameCharacterCount ",
-                       {.operation = "getMaxLocationNameCharacterCount",
-                        .run = onProxy(&P::getMaxLocationNameCharacterCount),
-                        .answered = 16,
-                        .wrongType = true,
-                        .empty = 0});
-    addMappedReplyRows("getMaxValue ",
-                       {.operation = "getMaxValue",
-                        .run = onProxy<P>([key](P &p) { return p.getMaxValue(key); }),
-                        .answered = 99.5,
-                        .wrongType = 99,
-                        .empty = 0.0});
-    addMappedReplyRows("getMinValue ",
-                       {.operation = "getMinValue",
-                        .run = onProxy<P>([key](P &p) { return p.getMinValue(key); }),
-                        .answered = -3.25,
-                        .wrongType = QStringLiteral("-3.25"),
-                        .empty = 0.0});
-    addMappedReplyRows(
-        "getThresholdElementsForLocation ",
-        {.operation = "getThresholdElementsForLocation",
-         .run = onProxy<P>([](P &p) { return p.getThresholdElementsForLocation(QStringLiteral("Hall A")); }),
-         .answered = QStringLiteral("k=1"),
-         .wrongType = QStringList{QStringLiteral("k=1")},
-         .empty = QString()});
-    addMappedReplyRows("getValue ",
-                       {.operation = "getValue",
-                        .run = onProxy<P>([key](P &p) { return p.getValue(key); }),
-                        .answered = 12.75,
-                        .wrongType = 12,
-                        .empty = 0.0});
-    addMappedReplyRows("getString ",
-                       {.operation = "getString",
-                        .run = onProxy<P>([key](P &p) { return p.getString(key); }),
-                        .answered = QStringLiteral("12.75 dB"),
-                        .wrongType = 12.75,
-                        .empty = QString()});
-    addMappedReplyRows("getLocationNames ",
-                       {.operation = "getLocationNames",
-                        .run = onProxy(&P::getLocationNames),
-                        .answered = QStringList{QStringLiteral("Hall A"), QStringLiteral("Hall B")},
-                        .wrongType = QStringLiteral("Hall A"),
-                        .empty = QStringList()});
-    addMappedReplyRows("getLocationDescription ",
-                       {.operation = "getLocationDescription",
-                        .run = onProxy<P>([](P &p) { return p.getLocationDescription(QStringLiteral("Hall A")); }),
-                        .answered = QStringLiteral("north wall"),
-                        .wrongType = 1,
-                        .empty = QString()});
-    addMappedReplyRows("isLocationEditable ",
-                       {.operation = "isLocationEditable",
-                        .run = onProxy<P>([](P &p) { return p.isLocationEditable(QStringLiteral("Hall A")); }),
-                        .answered = true,
-                        .wrongType = QStringLiteral("true"),
-                        .empty = false});
-    addMappedReplyRows("size ",
-                       {.operation = "size", .run = onProxy(&P::size), .answered = 7, .wrongType = 7.0, .empty = 0});
-    addMappedReplyRows("isChangeable ",
-                       {.operation = "isChangeable",
-                        .run = onProxy(&P::isChangeable),
-                        .answered = true,
-                        .wrongType = 1,
-                        .empty = false});
-    addMappedReplyRows("setLocationDescription ",
-                       {.operation = "setLocationDescription",
-                        .run = onProxy<P>([](P &p) {
-                            return p.setLocationDescription(QStringLiteral("Hall A"), QStringLiteral("d"));
-                        }),
-                        .answered = true,
-                        .wrongType = QStringLiteral("yes"),
-                        .empty = false});
-    addMappedReplyRows(
-        "createLocation ",
-        {.operation = "createLocation",
-         .run = onProxy<P>([](P &p) { return p.createLocation(QStringLiteral("Hall B"), QStringLiteral("Hall A")); }),
-         .answered = true,
-         .wrongType = 1,
-         .empty = false});
-    addMappedReplyRows("deleteLocation ",
-                       {.operation = "deleteLocation",
-                        .run = onProxy<P>([](P &p) { return p.deleteLocation(QStringLiteral("Hall B")); }),
-                        .answered = true,
-                        .wrongType = 0,
-                        .empty = false});
-    addMappedReplyRows(
-        "renameLocation ",
-        {.operation = "renameLocation",
-         .run = onProxy<P>([](P &p) { return p.renameLocation(QStringLiteral("Hall A"), QStringLiteral("Hall C")); }),
-         .answered = true,
-         .wrongType = 2.0,
-         .empty = false});
-}
-
-void tst_SetupThresholdManagerInterface::mapsEachReplyWithoutLogging()
-{
-    verifyMappedReply(*m_fake, proxy());
-}
-
 void tst_SetupThresholdManagerInterface::metaObjectListsSignalsThenSlotsInDeclarationOrder()
 {
     verifyOwnMethods(proxy(), signalSignatures, slotSignatures);
@@ -427,36 +298,6 @@ void tst_SetupThresholdManagerInterface::metaCastKnowsTheClassAndLeavesTheRestTo
 void tst_SetupThresholdManagerInterface::keepsServiceAndPathBesideTheBase()
 {
     QCOMPARE(sizeof(SetupThresholdManagerInterface), sizeof(QDBusAbstractInterface) + 2 * sizeof(QString));
-}
-
-void tst_SetupThresholdManagerInterface::invokingSlotsByNameGivesTheDirectResult()
-{
-    m_fake->answer("getValue", ScriptedAnswer::value(4.5));
-    m_fake->answer("setValue", ScriptedAnswer::value(true));
-    m_fake->answer("getLocationNames", ScriptedAnswer::value(QStringList{QStringLiteral("Hall A")}));
-
-    QDBusReply<double> value;
-    QVERIFY(QMetaObject::invokeMethod(&proxy(), "getValue", Qt::DirectConnection,
-                                      Q_RETURN_ARG(QDBusReply<double>, value), Q_ARG(QString, QStringLiteral("k"))));
-    QVERIFY(value.isValid());
-    QCOMPARE(value.value(), proxy().getValue(QStringLiteral("k")).value());
-    QCOMPARE(value.value(), 4.5);
-
-    QDBusReply<bool> accepted;
-    QVERIFY(QMetaObject::invokeMethod(&proxy(), "setValue", Qt::DirectConnection,
-                                      Q_RETURN_ARG(QDBusReply<bool>, accepted), Q_ARG(QString, QStringLiteral("k")),
-                                      Q_ARG(double, 6.0)));
-    QCOMPARE(accepted.value(), true);
-    QCOMPARE(m_fake->calls().last().arguments, QList<QVariant>({QStringLiteral("k"), 6.0}));
-
-    QDBusReply<QStringList> names;
-    QVERIFY(QMetaObject::invokeMethod(&proxy(), "getLocationNames", Qt::DirectConnection,
-                                      Q_RETURN_ARG(QDBusReply<QStringList>, names)));
-    QCOMPARE(names.value(), QStringList{QStringLiteral("Hall A")});
-
-    QVERIFY(QMetaObject::invokeMethod(&proxy(), "setToDefaultAsync", Qt::DirectConnection));
-    QVERIFY(m_fake->waitForCalls(5));
-    QCOMPARE(m_fake->calls().last().member, QStringLiteral("setToDefault"));
 }
 
 void tst_SetupThresholdManagerInterface::overriddenVirtualGettersAreWhatTheMetaObjectInvokes()
@@ -497,28 +338,6 @@ void tst_SetupThresholdManagerInterface::overriddenVirtualGettersAreWhatTheMetaO
     QCOMPARE(size.value(), 3);
     QCOMPARE(m_fake->callCount(), 1);
     QCOMPARE(m_fake->calls().first().member, QStringLiteral("size"));
-}
-
-void tst_SetupThresholdManagerInterface::relaysLocationNameChanged()
-{
-    verifySignalRelay(proxy(), *m_fake, SIGNAL(locationNameChanged(QString, QString)), "locationNameChanged",
-                      {QStringLiteral("Hall A"), QStringLiteral("Hall C")});
-}
-
-void tst_SetupThresholdManagerInterface::relaysLocationsChanged()
-{
-    verifySignalRelay(proxy(), *m_fake, SIGNAL(locationsChanged()), "locationsChanged", {});
-}
-
-void tst_SetupThresholdManagerInterface::relaysSetupChangedWithoutArguments()
-{
-    verifySignalRelay(proxy(), *m_fake, SIGNAL(setupChanged()), "setupChanged", {});
-}
-
-void tst_SetupThresholdManagerInterface::relaysSetupChangedWithKeyAndValue()
-{
-    verifySignalRelay(proxy(), *m_fake, SIGNAL(setupChanged(QString, double)), "setupChanged",
-                      {QStringLiteral("Limits/Upper/3"), 7.5});
 }
 
 void tst_SetupThresholdManagerInterface::setupChangedOverloadsShareTheBusSignalByItsArguments()
