@@ -2,13 +2,52 @@
 
 #include <QtTest/QTest>
 
+#include <algorithm>
+
+namespace {
+
+OperationRow withMember(OperationRow row)
+{
+    if (row.member.isEmpty())
+        row.member = QString::fromLatin1(row.operation).section(QLatin1Char(' '), 0, 0);
+    return row;
+}
+
+QList<OperationRow> withMembers(QList<OperationRow> rows)
+{
+    for (OperationRow &row : rows)
+        row = withMember(row);
+    return rows;
+}
+
+/// Each row's member named: the first word of its operation where the row names none.
+CompositeClass withMembers(CompositeClass tested)
+{
+    for (QList<OperationRow> *rows :
+         {&tested.sent, &tested.replies, &tested.voidReplies, &tested.absent, &tested.checkedGetters, &tested.asyncs})
+        *rows = withMembers(*rows);
+    tested.failingCall = withMember(tested.failingCall);
+    return tested;
+}
+
+} // namespace
+
 CompositeTest::CompositeTest(CompositeClass tested)
     : ProxyTableTest(tested.className, tested.path, tested.make)
-    , m_class(std::move(tested))
+    , m_class(withMembers(std::move(tested)))
 {
 }
 
 CompositeTest::~CompositeTest() = default;
+
+bool CompositeTest::isCheckedGetter(const char *operation) const
+{
+    const QByteArray name(operation);
+    return std::any_of(m_class.checkedGetters.cbegin(), m_class.checkedGetters.cend(),
+                       [&name](const OperationRow &getter) {
+                           return name == getter.operation || name.startsWith(QByteArray(getter.operation) + ' ');
+                       });
+}
 
 void CompositeTest::sendsEachOperationWithItsWireForm_data()
 {
@@ -20,14 +59,33 @@ void CompositeTest::sendsEachOperationWithItsWireForm()
     verifySentAsItsRow(*m_fake, *m_proxy);
 }
 
+void CompositeTest::mapsEachAnswerToWhatTheCallerSees_data()
+{
+    addMappedReplyColumns();
+    for (const OperationRow &row : m_class.replies) {
+        const LogCheck failureLogs = isCheckedGetter(row.operation) ? LogCheck::Unchecked : LogCheck::Nothing;
+        addMappedReplyRows(tag(row, ""), row, failureLogs, failureLogs);
+    }
+    for (const OperationRow &row : m_class.voidReplies)
+        addMappedVoidReplyRows(tag(row, ""), row);
+}
+
+void CompositeTest::mapsEachAnswerToWhatTheCallerSees()
+{
+    if (m_class.replies.isEmpty() && m_class.voidReplies.isEmpty())
+        QSKIP("The test maps the class's answers in its own words.");
+    verifyMappedReply(*m_fake, *m_proxy);
+}
+
 void CompositeTest::givesInvalidRepliesWhenTheServiceIsAbsent_data()
 {
-    addOperationRows(m_class.absent);
+    addOperationRows(m_class.absent + m_class.replies + m_class.voidReplies);
 }
 
 void CompositeTest::givesInvalidRepliesWhenTheServiceIsAbsent()
 {
-    verifyFailsWhenTheServiceIsAbsent(m_make, m_path, m_class.absentLog);
+    const bool logs = isCheckedGetter(QTest::currentDataTag());
+    verifyFailsWhenTheServiceIsAbsent(m_make, m_path, logs ? LogCheck::Unchecked : m_class.absentLog);
 }
 
 void CompositeTest::checkedGettersLogOneLinePerFailure_data()
@@ -72,6 +130,38 @@ void CompositeTest::asyncOperationsToAnAbsentServiceShowNothing()
     if (m_class.asyncs.isEmpty())
         QSKIP("The class has no fire-and-forget operation.");
     verifyAsyncCallsShowNothing(*makeAbsent(), m_class.asyncs);
+}
+
+void CompositeTest::relaysEachSignalOfItsOwnObjectOnly_data()
+{
+    QTest::addColumn<int>("index");
+    for (int i = 0; i < m_class.relayed.size(); ++i)
+        QTest::addRow("%s/%s", m_className, qPrintable(m_class.relayed.at(i).member)) << i;
+}
+
+void CompositeTest::relaysEachSignalOfItsOwnObjectOnly()
+{
+    if (m_class.relayed.isEmpty())
+        QSKIP("The test relays the class's signals in its own words.");
+    QFETCH(int, index);
+    const RelayedSignal &relayed = m_class.relayed.at(index);
+    verifySignalRelay(*m_proxy, *m_fake, relayed.qtSignal, relayed.member, relayed.arguments);
+}
+
+void CompositeTest::metaCastAnswersForTheClassAndItsBasesOnly()
+{
+    if (m_class.otherClassNames.isEmpty())
+        QSKIP("The test casts the class in its own words.");
+    verifyMetaCast(*m_proxy, m_className, m_class.otherClassNames);
+}
+
+void CompositeTest::metaObjectDeclaresSignalsThenSlotsOnly()
+{
+    if (m_class.returnTypes.isEmpty())
+        QSKIP("The test lists the class's methods in its own words.");
+    const QMetaObject &meta = *m_proxy->metaObject();
+    verifySignalsThenSlots(meta, *m_proxy, m_class.signalSignatures, m_class.slotSignatures);
+    verifyReturnTypes(meta, m_class.returnTypes);
 }
 
 void CompositeTest::metaObjectPlacesEachMethodAtItsIndex_data()
