@@ -6,27 +6,39 @@
 
 namespace {
 
-OperationRow withMember(OperationRow row)
+QString firstWord(const char *operation)
 {
-    if (row.member.isEmpty())
-        row.member = QString::fromLatin1(row.operation).section(QLatin1Char(' '), 0, 0);
-    return row;
+    return QString::fromLatin1(operation).section(QLatin1Char(' '), 0, 0);
 }
 
-QList<OperationRow> withMembers(QList<OperationRow> rows)
+void nameMembers(QList<OperationRow> &rows)
 {
-    for (OperationRow &row : rows)
-        row = withMember(row);
-    return rows;
+    for (OperationRow &row : rows) {
+        if (row.member.isEmpty())
+            row.member = firstWord(row.operation);
+    }
 }
 
-/// Each row's member named: the first word of its operation where the row names none.
-CompositeClass withMembers(CompositeClass tested)
+/// The tables completed: each row's member is the first word of its operation where the row
+/// names none, and a checked getter stated by name takes its call and empty value from the
+/// reply row of that name, its line opening with "Class::operation(): ".
+CompositeClass completed(CompositeClass tested)
 {
     for (QList<OperationRow> *rows :
          {&tested.sent, &tested.replies, &tested.voidReplies, &tested.absent, &tested.checkedGetters, &tested.asyncs})
-        *rows = withMembers(*rows);
-    tested.failingCall = withMember(tested.failingCall);
+        nameMembers(*rows);
+    for (OperationRow &getter : tested.checkedGetters) {
+        for (const OperationRow &reply : std::as_const(tested.replies)) {
+            if (!getter.run && qstrcmp(reply.operation, getter.operation) == 0) {
+                getter.run = reply.run;
+                getter.member = reply.member;
+                getter.empty = reply.empty;
+            }
+        }
+        if (getter.report.isEmpty())
+            getter.report = QLatin1String(tested.className) + QStringLiteral("::") + firstWord(getter.operation) +
+                QStringLiteral("(): ");
+    }
     return tested;
 }
 
@@ -34,7 +46,7 @@ CompositeClass withMembers(CompositeClass tested)
 
 CompositeTest::CompositeTest(CompositeClass tested)
     : ProxyTableTest(tested.className, tested.path, tested.make)
-    , m_class(withMembers(std::move(tested)))
+    , m_class(completed(std::move(tested)))
 {
 }
 
@@ -51,7 +63,7 @@ bool CompositeTest::isCheckedGetter(const char *operation) const
 
 void CompositeTest::sendsEachOperationWithItsWireForm_data()
 {
-    addOperationRows(m_class.sent);
+    addOperationRows(m_class.sent + m_class.replies + m_class.voidReplies);
 }
 
 void CompositeTest::sendsEachOperationWithItsWireForm()
@@ -90,6 +102,8 @@ void CompositeTest::givesInvalidRepliesWhenTheServiceIsAbsent()
 
 void CompositeTest::checkedGettersLogOneLinePerFailure_data()
 {
+    for (const OperationRow &getter : m_class.checkedGetters)
+        QVERIFY2(getter.run, getter.operation);
     addLoggedFailureRows(m_class.checkedGetters, m_class.loggedErrors);
 }
 
@@ -102,6 +116,8 @@ void CompositeTest::checkedGettersLogOneLinePerFailure()
 
 void CompositeTest::checkedGettersLogOneLineWhenTheServiceIsAbsent_data()
 {
+    for (const OperationRow &getter : m_class.checkedGetters)
+        QVERIFY2(getter.run, getter.operation);
     addOperationRows(m_class.checkedGetters);
 }
 

@@ -27,20 +27,23 @@ struct CompositeClass
     const char *className;
     QString path;
     ProxyFactory make;
-    /// Every operation with the call it sends: .member, .signature, .arguments or .wireArguments.
+    /// Operations and the call each sends (.signature, .arguments or .wireArguments); the rows
+    /// of replies and voidReplies are checked so too.
     QList<OperationRow> sent;
     /// The operations handing back a value: .answered reaches the caller (as .seen, where
     /// given); an error, a .wrongType answer, an empty return and an absent service each give
     /// .empty. Only the checked getters among them may log.
     QList<OperationRow> replies = {};
-    /// The operations handing back QDBusReply<void>: valid on any return, .answered among them.
+    /// The operations handing back QDBusReply<void>: valid on any return, .answered among them,
+    /// invalid on an error or an absent service.
     QList<OperationRow> voidReplies = {};
     /// The other blocking operations and the .empty value each gives when the service is absent.
     QList<OperationRow> absent;
     /// Whether those failures must also log nothing, the checked getters' aside.
     LogCheck absentLog = LogCheck::Unchecked;
-    /// The getters that log one line on a failure: .report opens it; .wrongType is refused
-    /// with .typeError.
+    /// The getters that log one line on a failure, which .report opens ("Class::getter(): "
+    /// by default); .wrongType is refused with .typeError. One without .run is the reply row
+    /// of its name.
     QList<OperationRow> checkedGetters = {};
     /// The error answers the checked getters are tried with.
     QList<LoggedError> loggedErrors = {};

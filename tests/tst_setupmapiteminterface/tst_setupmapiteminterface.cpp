@@ -12,72 +12,69 @@ using P = SetupMapItemInterface;
 using IntReply = QDBusReply<int>;
 
 const ProxyOperation getValue = onProxy<P>([](P &p) { return p.getValue("ch1"); });
+const QStringList ch1{"s \"ch1\""};
+
+/// getValue("ch1") answered with @p value inside a variant.
+OperationRow valueRow(const char *operation, const QVariant &value)
+{
+    return {.operation = operation,
+            .run = getValue,
+            .signature = "s",
+            .answered = wrappedValue(value),
+            .seen = value,
+            .wrongType = value,
+            .wireArguments = ch1};
+}
 
 // clang-format off
-const QList<OperationRow> sent{
-    {.operation = "setValue int", .run = onProxy<P>([](P &p) { return p.setValue("ch1", QVariant(5)); }),
-     .signature = "sv", .wireArguments = {"s \"ch1\"", "v(i 5)"}},
-    {.operation = "setValue string",
-     .run = onProxy<P>([](P &p) { return p.setValue("ch2", QVariant(QStringLiteral("Left"))); }), .signature = "sv",
-     .wireArguments = {"s \"ch2\"", "v(s \"Left\")"}},
-    {.operation = "setValue list", .run = onProxy<P>([](P &p) { return p.setValue("ch3", QVariantList() << 1); }),
-     .signature = "sv", .wireArguments = {"s \"ch3\"", "v(av [v(i 1)])"}},
-    {.operation = "setValueAsync", .run = onProxy<P>([](P &p) { p.setValueAsync("ch4", QVariant(true)); }),
-     .member = "setValue", .signature = "sv", .wireArguments = {"s \"ch4\"", "v(b true)"}},
-    {.operation = "getAllKeys", .run = onProxy(&P::getAllKeys)},
-    {.operation = "isKeyAvailable", .run = onProxy<P>([](P &p) { return p.isKeyAvailable("ch1"); }), .signature = "s",
-     .wireArguments = {"s \"ch1\""}},
-    {.operation = "isChangeable", .run = onProxy(&P::isChangeable)},
-    {.operation = "getValue", .run = getValue, .signature = "s", .wireArguments = {"s \"ch1\""}},
-    {.operation = "getBaseElement", .run = onProxy(&P::getBaseElement)},
-    {.operation = "getString", .run = onProxy(&P::getString)},
-    {.operation = "size", .run = onProxy(&P::size)},
-    {.operation = "removeItem", .run = onProxy<P>([](P &p) { return p.removeItem("ch9"); }), .signature = "s",
-     .wireArguments = {"s \"ch9\""}},
-    {.operation = "setToDefault", .run = onProxy(&P::setToDefault)},
-    {.operation = "setToDefaultAsync", .run = onProxy(&P::setToDefaultAsync), .member = "setToDefault"},
-};
-
-// The variant getters hand back the value inside the variant, keeping its type; slots invoked by
-// name give what the direct call gives.
+// The variant getters hand back the value inside the variant, keeping its type; slots invoked
+// by name give what the direct call gives.
 const QList<OperationRow> replies{
-    {.operation = "setValue", .run = onProxy<P>([](P &p) { return p.setValue("k", QVariant(1)); }), .answered = true,
-     .wrongType = 1, .empty = false},
+    {.operation = "setValue", .run = onProxy<P>([](P &p) { return p.setValue("ch1", QVariant(5)); }), .signature = "sv",
+     .answered = true, .wrongType = 1, .empty = false, .wireArguments = {"s \"ch1\"", "v(i 5)"}},
     {.operation = "getAllKeys", .run = onProxy(&P::getAllKeys), .answered = QStringList{"ch1", "ch2"},
      .wrongType = QStringLiteral("ch1"), .empty = QStringList()},
-    {.operation = "isKeyAvailable", .run = onProxy<P>([](P &p) { return p.isKeyAvailable("ch1"); }), .answered = true,
-     .wrongType = 1, .empty = false},
+    {.operation = "isKeyAvailable", .run = onProxy<P>([](P &p) { return p.isKeyAvailable("ch1"); }), .signature = "s",
+     .answered = true, .wrongType = 1, .empty = false, .wireArguments = ch1},
     {.operation = "isChangeable", .run = onProxy(&P::isChangeable), .answered = true,
      .wrongType = QStringLiteral("yes"), .empty = false},
     {.operation = "getString", .run = onProxy(&P::getString), .answered = QStringLiteral("ch1=Left, ch2=Right"),
      .wrongType = 2, .empty = QString()},
     {.operation = "size", .run = onProxy(&P::size), .answered = 2, .wrongType = 2.0, .empty = 0},
-    {.operation = "removeItem", .run = onProxy<P>([](P &p) { return p.removeItem("ch1"); }), .answered = 1,
-     .wrongType = true, .empty = 0},
+    {.operation = "removeItem", .run = onProxy<P>([](P &p) { return p.removeItem("ch1"); }), .signature = "s",
+     .answered = 1, .wrongType = true, .empty = 0, .wireArguments = ch1},
     {.operation = "removeItem by name", .run = byName<IntReply>("removeItem(QString)", QStringLiteral("ch1")),
-     .answered = 1, .wrongType = true, .empty = 0},
-    {.operation = "getValue double", .run = getValue, .answered = wrappedValue(2.5), .seen = 2.5, .wrongType = 2.5},
-    {.operation = "getValue int", .run = getValue, .answered = wrappedValue(5), .seen = 5, .wrongType = 5},
-    {.operation = "getValue bool", .run = getValue, .answered = wrappedValue(false), .seen = false, .wrongType = false},
-    {.operation = "getValue string", .run = getValue, .answered = wrappedValue(QStringLiteral("Left")),
-     .seen = QStringLiteral("Left"), .wrongType = QStringLiteral("Left")},
-    {.operation = "getValue string list", .run = getValue, .answered = wrappedValue(QStringList{"a", "b"}),
-     .seen = QStringList{"a", "b"}, .wrongType = QStringList{"a", "b"}},
+     .signature = "s", .answered = 1, .wrongType = true, .empty = 0, .wireArguments = ch1},
+    valueRow("getValue", 2.5),
+    valueRow("getValue int", 5),
+    valueRow("getValue bool", false),
+    valueRow("getValue string", QStringLiteral("Left")),
+    valueRow("getValue string list", QStringList{"a", "b"}),
     {.operation = "getValue by name", .run = byName<QVariant>("getValue(QString)", QStringLiteral("ch1")),
-     .answered = wrappedValue(11), .seen = 11, .wrongType = 11},
-    {.operation = "getBaseElement string", .run = onProxy(&P::getBaseElement),
+     .signature = "s", .answered = wrappedValue(11), .seen = 11, .wrongType = 11, .wireArguments = ch1},
+    {.operation = "getBaseElement", .run = onProxy(&P::getBaseElement),
      .answered = wrappedValue(QStringLiteral("label")), .seen = QStringLiteral("label"),
      .wrongType = QStringLiteral("label")},
     {.operation = "getBaseElement double", .run = onProxy(&P::getBaseElement), .answered = wrappedValue(-0.25),
      .seen = -0.25, .wrongType = -0.25},
 };
 
+const QList<OperationRow> sent{
+    {.operation = "setValue string",
+     .run = onProxy<P>([](P &p) { p.setValue("ch2", QVariant(QStringLiteral("Left"))); }), .signature = "sv",
+     .wireArguments = {"s \"ch2\"", "v(s \"Left\")"}},
+    {.operation = "setValue list", .run = onProxy<P>([](P &p) { p.setValue("ch3", QVariantList() << 1); }),
+     .signature = "sv", .wireArguments = {"s \"ch3\"", "v(av [v(i 1)])"}},
+    {.operation = "setValueAsync", .run = onProxy<P>([](P &p) { p.setValueAsync("ch4", QVariant(true)); }),
+     .member = "setValue", .signature = "sv", .wireArguments = {"s \"ch4\"", "v(b true)"}},
+    {.operation = "setToDefault", .run = onProxy(&P::setToDefault)},
+    {.operation = "setToDefaultAsync", .run = onProxy(&P::setToDefaultAsync), .member = "setToDefault"},
+};
+
 // An invalid variant and one line on any failure.
 const QList<OperationRow> checkedGetters{
-    {.operation = "getValue", .run = getValue, .wrongType = 7, .report = "SetupMapItemInterface::getValue(): ",
-     .typeError = replyTypeError<QDBusVariant>(7)},
-    {.operation = "getBaseElement", .run = onProxy(&P::getBaseElement), .wrongType = QStringLiteral("base"),
-     .report = "SetupMapItemInterface::getBaseElement(): ",
+    {.operation = "getValue", .wrongType = 7, .typeError = replyTypeError<QDBusVariant>(7)},
+    {.operation = "getBaseElement", .wrongType = QStringLiteral("base"),
      .typeError = replyTypeError<QDBusVariant>(QStringLiteral("base"))},
 };
 

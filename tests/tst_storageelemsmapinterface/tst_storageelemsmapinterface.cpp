@@ -9,19 +9,6 @@ using P = StorageElemsMapInterface;
 const QString path = QStringLiteral("/Setup/StorageElems");
 
 // clang-format off
-const QList<OperationRow> sent{
-    {.operation = "getValues", .run = onProxy(&P::getValues)},
-    {.operation = "count", .run = onProxy(&P::count)},
-    {.operation = "setToDefault", .run = onProxy(&P::setToDefault)},
-    {.operation = "setToDefaultAsync", .run = onProxy(&P::setToDefaultAsync), .member = "setToDefault"},
-    {.operation = "getSortOrder", .run = onProxy(&P::getSortOrder)},
-    {.operation = "setSortOrder", .run = onProxy<P>([](P &p) { return p.setSortOrder(QStringLiteral("byDate")); }),
-     .signature = "s", .arguments = {QStringLiteral("byDate")}},
-    {.operation = "setSortOrder by name",
-     .run = byName<QDBusReply<void>>("setSortOrder(QString)", QStringLiteral("bogus")), .signature = "s",
-     .arguments = {QStringLiteral("bogus")}},
-};
-
 // Slots invoked by name give what the direct call gives.
 const QList<OperationRow> replies{
     {.operation = "getValues", .run = onProxy(&P::getValues), .answered = QStringList{"Trace 2", "Trace 1"},
@@ -35,10 +22,11 @@ const QList<OperationRow> replies{
 
 // A void reply accepts any method return and only fails on an error.
 const QList<OperationRow> voidReplies{
-    {.operation = "setSortOrder", .run = onProxy<P>([](P &p) { return p.setSortOrder(QStringLiteral("byName")); }),
-     .answered = true},
+    {.operation = "setSortOrder", .run = onProxy<P>([](P &p) { return p.setSortOrder(QStringLiteral("byDate")); }),
+     .signature = "s", .arguments = {QStringLiteral("byDate")}, .answered = true},
     {.operation = "setSortOrder by name",
-     .run = byName<QDBusReply<void>>("setSortOrder(QString)", QStringLiteral("bogus")), .answered = true},
+     .run = byName<QDBusReply<void>>("setSortOrder(QString)", QStringLiteral("bogus")), .signature = "s",
+     .arguments = {QStringLiteral("bogus")}, .answered = true},
 };
 
 const QList<RelayedSignal> relayed{
@@ -48,7 +36,10 @@ const QList<RelayedSignal> relayed{
 };
 // clang-format on
 
-const OperationRow setToDefaultAsync = sent.at(3);
+const OperationRow setToDefaultAsync{
+    .operation = "setToDefaultAsync", .run = onProxy(&P::setToDefaultAsync), .member = "setToDefault"};
+
+const OperationRow setToDefault{.operation = "setToDefault", .run = onProxy(&P::setToDefault)};
 
 CompositeClass storageElemsMap()
 {
@@ -56,10 +47,10 @@ CompositeClass storageElemsMap()
         .className = "StorageElemsMapInterface",
         .path = path,
         .make = factoryOf<P>(),
-        .sent = sent,
+        .sent = {setToDefault, setToDefaultAsync},
         .replies = replies,
         .voidReplies = voidReplies,
-        .absent = {{.operation = "setToDefault", .run = onProxy(&P::setToDefault)}},
+        .absent = {setToDefault},
         .absentLog = LogCheck::Nothing,
         .setToDefault = onProxy(&P::setToDefault),
         .asyncs = {setToDefaultAsync},
