@@ -14,18 +14,6 @@ using IntReply = QDBusReply<int>;
 const ProxyOperation getValue = onProxy<P>([](P &p) { return p.getValue("ch1"); });
 const QStringList ch1{"s \"ch1\""};
 
-/// getValue("ch1") answered with @p value inside a variant.
-OperationRow valueRow(const char *operation, const QVariant &value)
-{
-    return {.operation = operation,
-            .run = getValue,
-            .signature = "s",
-            .answered = wrappedValue(value),
-            .seen = value,
-            .wrongType = value,
-            .wireArguments = ch1};
-}
-
 // clang-format off
 // The variant getters hand back the value inside the variant, keeping its type; slots invoked
 // by name give what the direct call gives.
@@ -45,11 +33,18 @@ const QList<OperationRow> replies{
      .answered = 1, .wrongType = true, .empty = 0, .wireArguments = ch1},
     {.operation = "removeItem by name", .run = byName<IntReply>("removeItem(QString)", QStringLiteral("ch1")),
      .signature = "s", .answered = 1, .wrongType = true, .empty = 0, .wireArguments = ch1},
-    valueRow("getValue", 2.5),
-    valueRow("getValue int", 5),
-    valueRow("getValue bool", false),
-    valueRow("getValue string", QStringLiteral("Left")),
-    valueRow("getValue string list", QStringList{"a", "b"}),
+    {.operation = "getValue", .run = getValue, .signature = "s", .answered = wrappedValue(2.5), .seen = 2.5,
+     .wrongType = 2.5, .wireArguments = ch1},
+    {.operation = "getValue int", .run = getValue, .signature = "s", .answered = wrappedValue(5), .seen = 5,
+     .wrongType = 5, .wireArguments = ch1},
+    {.operation = "getValue bool", .run = getValue, .signature = "s", .answered = wrappedValue(false), .seen = false,
+     .wrongType = false, .wireArguments = ch1},
+    {.operation = "getValue string", .run = getValue, .signature = "s",
+     .answered = wrappedValue(QStringLiteral("Left")), .seen = QStringLiteral("Left"),
+     .wrongType = QStringLiteral("Left"), .wireArguments = ch1},
+    {.operation = "getValue string list", .run = getValue, .signature = "s",
+     .answered = wrappedValue(QStringList{"a", "b"}), .seen = QStringList{"a", "b"}, .wrongType = QStringList{"a", "b"},
+     .wireArguments = ch1},
     {.operation = "getValue by name", .run = byName<QVariant>("getValue(QString)", QStringLiteral("ch1")),
      .signature = "s", .answered = wrappedValue(11), .seen = 11, .wrongType = 11, .wireArguments = ch1},
     {.operation = "getBaseElement", .run = onProxy(&P::getBaseElement),
@@ -65,10 +60,7 @@ const QList<OperationRow> sent{
      .wireArguments = {"s \"ch2\"", "v(s \"Left\")"}},
     {.operation = "setValue list", .run = onProxy<P>([](P &p) { p.setValue("ch3", QVariantList() << 1); }),
      .signature = "sv", .wireArguments = {"s \"ch3\"", "v(av [v(i 1)])"}},
-    {.operation = "setValueAsync", .run = onProxy<P>([](P &p) { p.setValueAsync("ch4", QVariant(true)); }),
-     .member = "setValue", .signature = "sv", .wireArguments = {"s \"ch4\"", "v(b true)"}},
     {.operation = "setToDefault", .run = onProxy(&P::setToDefault)},
-    {.operation = "setToDefaultAsync", .run = onProxy(&P::setToDefaultAsync), .member = "setToDefault"},
 };
 
 // An invalid variant and one line on any failure.
@@ -79,8 +71,8 @@ const QList<OperationRow> checkedGetters{
 };
 
 const QList<OperationRow> asyncs{
-    {.operation = "setValueAsync", .run = onProxy<P>([](P &p) { p.setValueAsync("ch1", QVariant(3)); }),
-     .member = "setValue", .signature = "sv", .wireArguments = {"s \"ch1\"", "v(i 3)"}},
+    {.operation = "setValueAsync", .run = onProxy<P>([](P &p) { p.setValueAsync("ch4", QVariant(true)); }),
+     .member = "setValue", .signature = "sv", .wireArguments = {"s \"ch4\"", "v(b true)"}},
     {.operation = "setToDefaultAsync", .run = onProxy(&P::setToDefaultAsync), .member = "setToDefault"},
 };
 // clang-format on
@@ -91,7 +83,7 @@ CompositeClass mapItem()
         .className = "SetupMapItemInterface",
         .path = QStringLiteral("/Setup/Labels"),
         .make = factoryOf<P>(),
-        .sent = sent,
+        .sent = sent + asyncs,
         .replies = replies,
         .absent = {{.operation = "setToDefault", .run = onProxy(&P::setToDefault)}},
         .absentLog = LogCheck::Nothing,
