@@ -19,11 +19,27 @@ void nameMembers(QList<OperationRow> &rows)
     }
 }
 
+/// @p rows and those of @p more whose operation they do not name.
+QList<OperationRow> joined(QList<OperationRow> rows, const QList<OperationRow> &more)
+{
+    for (const OperationRow &row : more) {
+        if (std::none_of(rows.cbegin(), rows.cend(),
+                         [&row](const OperationRow &known) { return qstrcmp(known.operation, row.operation) == 0; }))
+            rows.append(row);
+    }
+    return rows;
+}
+
 /// The tables completed: each row's member is the first word of its operation where the row
-/// names none, and a checked getter stated by name takes its call and empty value from the
-/// reply row of that name, its line opening with "Class::operation(): ".
+/// names none; the fire-and-forget calls and setToDefault() are sent, and setToDefault() tried
+/// on an absent service, where the tables leave them out; and a checked getter stated by name
+/// takes its call and empty value from the reply row of that name, its line opening with
+/// "Class::operation(): ".
 CompositeClass completed(CompositeClass tested)
 {
+    const OperationRow setToDefault{.operation = "setToDefault", .run = tested.setToDefault};
+    tested.sent = joined(tested.sent, tested.asyncs + QList<OperationRow>{setToDefault});
+    tested.absent = joined(tested.absent, {setToDefault});
     for (QList<OperationRow> *rows :
          {&tested.sent, &tested.replies, &tested.voidReplies, &tested.absent, &tested.checkedGetters, &tested.asyncs})
         nameMembers(*rows);

@@ -28,8 +28,8 @@ struct CompositeClass
     QString path;
     ProxyFactory make;
     /// Operations and the call each sends (.signature, .arguments or .wireArguments); the rows
-    /// of replies and voidReplies are checked so too.
-    QList<OperationRow> sent;
+    /// of replies, voidReplies and asyncs, and setToDefault(), are checked so too.
+    QList<OperationRow> sent = {};
     /// The operations handing back a value: .answered reaches the caller (as .seen, where
     /// given); an error, a .wrongType answer, an empty return and an absent service each give
     /// .empty. Only the checked getters among them may log.
@@ -37,8 +37,9 @@ struct CompositeClass
     /// The operations handing back QDBusReply<void>: valid on any return, .answered among them,
     /// invalid on an error or an absent service.
     QList<OperationRow> voidReplies = {};
-    /// The other blocking operations and the .empty value each gives when the service is absent.
-    QList<OperationRow> absent;
+    /// The other blocking operations and the .empty value each gives when the service is
+    /// absent; setToDefault() is tried so too.
+    QList<OperationRow> absent = {};
     /// Whether those failures must also log nothing, the checked getters' aside.
     LogCheck absentLog = LogCheck::Unchecked;
     /// The getters that log one line on a failure, which .report opens ("Class::getter(): "

@@ -60,7 +60,6 @@ const QList<OperationRow> sent{
      .wireArguments = {"s \"ch2\"", "v(s \"Left\")"}},
     {.operation = "setValue list", .run = onProxy<P>([](P &p) { p.setValue("ch3", QVariantList() << 1); }),
      .signature = "sv", .wireArguments = {"s \"ch3\"", "v(av [v(i 1)])"}},
-    {.operation = "setToDefault", .run = onProxy(&P::setToDefault)},
 };
 
 // An invalid variant and one line on any failure.
@@ -83,9 +82,8 @@ CompositeClass mapItem()
         .className = "SetupMapItemInterface",
         .path = QStringLiteral("/Setup/Labels"),
         .make = factoryOf<P>(),
-        .sent = sent + asyncs,
+        .sent = sent,
         .replies = replies,
-        .absent = {{.operation = "setToDefault", .run = onProxy(&P::setToDefault)}},
         .absentLog = LogCheck::Nothing,
         .checkedGetters = checkedGetters,
         .loggedErrors = {{"error", "no such key", "\"no such key\""},

@@ -150,7 +150,6 @@ const QList<OperationRow> sent{
      .signature = "ssv", .wireArguments = {"s \"p\"", "s \"k\"", "v(i 5)"}},
     {.operation = "setDefaultMap empty map of maps", .run = onProxy<P>([](P &p) { p.setDefaultMap(MapOfMaps()); }),
      .signature = "a{sv}", .wireArguments = {"a{sv} {}"}},
-    {.operation = "setToDefault", .run = onProxy(&P::setToDefault)},
 };
 
 // An empty value and one line on any failure.
@@ -199,9 +198,8 @@ CompositeClass mapMapItem()
         .className = "SetupMapMapItemInterface",
         .path = path,
         .make = factoryOf<P>(),
-        .sent = sent + asyncs,
+        .sent = sent,
         .replies = replies,
-        .absent = {{.operation = "setToDefault", .run = onProxy(&P::setToDefault)}},
         .absentLog = LogCheck::Nothing,
         .checkedGetters = checkedGetters,
         .loggedErrors = {{"error", "no such entry", "\"no such entry\""},

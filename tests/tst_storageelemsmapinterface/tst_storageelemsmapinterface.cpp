@@ -36,24 +36,17 @@ const QList<RelayedSignal> relayed{
 };
 // clang-format on
 
-const OperationRow setToDefaultAsync{
-    .operation = "setToDefaultAsync", .run = onProxy(&P::setToDefaultAsync), .member = "setToDefault"};
-
-const OperationRow setToDefault{.operation = "setToDefault", .run = onProxy(&P::setToDefault)};
-
 CompositeClass storageElemsMap()
 {
     return {
         .className = "StorageElemsMapInterface",
         .path = path,
         .make = factoryOf<P>(),
-        .sent = {setToDefault, setToDefaultAsync},
         .replies = replies,
         .voidReplies = voidReplies,
-        .absent = {setToDefault},
         .absentLog = LogCheck::Nothing,
         .setToDefault = onProxy(&P::setToDefault),
-        .asyncs = {setToDefaultAsync},
+        .asyncs = {{.operation = "setToDefaultAsync", .run = onProxy(&P::setToDefaultAsync), .member = "setToDefault"}},
         .failingCall = {.operation = "count", .run = onProxy(&P::count)},
         .relayed = relayed,
         .otherClassNames = {"SetupThresholdManagerInterface"},
