@@ -3,6 +3,7 @@
 #include <QtTest/QTest>
 
 #include <algorithm>
+#include <memory>
 
 namespace {
 
