@@ -8,23 +8,43 @@
 #include "ProxyTableTest.h"
 
 #include <QList>
+#include <QPair>
 #include <QString>
 #include <QStringList>
 
-/// A composite setup class as its test states it.
+/// A signal the class relays from the bus: its Qt signature, its bus member and what it carries.
+struct RelayedSignal
+{
+    const char *qtSignal;
+    QString member;
+    QList<QVariant> arguments;
+};
+
+/// A composite setup class as its test states it. A row's member on the bus is the first
+/// word of its .operation ("getValue entry" sends getValue), where the row names no other.
 struct CompositeClass
 {
     const char *className;
     QString path;
     ProxyFactory make;
-    /// Every operation with the call it sends: .member, .signature, .arguments or .wireArguments.
-    QList<OperationRow> sent;
-    /// Every blocking operation and the .empty value it gives when the service is absent.
-    QList<OperationRow> absent;
-    /// Whether those failures must also log nothing.
+    /// Operations and the call each sends (.signature, .arguments or .wireArguments); the rows
+    /// of replies, voidReplies and asyncs, and setToDefault(), are checked so too.
+    QList<OperationRow> sent = {};
+    /// The operations handing back a value: .answered reaches the caller (as .seen, where
+    /// given); an error, a .wrongType answer, an empty return and an absent service each give
+    /// .empty. Only the checked getters among them may log.
+    QList<OperationRow> replies = {};
+    /// The operations handing back QDBusReply<void>: valid on any return, .answered among them,
+    /// invalid on an error or an absent service.
+    QList<OperationRow> voidReplies = {};
+    /// The other blocking operations and the .empty value each gives when the service is
+    /// absent; setToDefault() is tried so too.
+    QList<OperationRow> absent = {};
+    /// Whether those failures must also log nothing, the checked getters' aside.
     LogCheck absentLog = LogCheck::Unchecked;
-    /// The getters that log one line on a failure: .report opens it; .wrongType is refused
-    /// with .typeError.
+    /// The getters that log one line on a failure, which .report opens ("Class::getter(): "
+    /// by default); .wrongType is refused with .typeError. One without .run is the reply row
+    /// of its name.
     QList<OperationRow> checkedGetters = {};
     /// The error answers the checked getters are tried with.
     QList<LoggedError> loggedErrors = {};
@@ -33,9 +53,15 @@ struct CompositeClass
     /// The fire-and-forget operations, and a blocking call the application refuses before them.
     QList<OperationRow> asyncs = {};
     OperationRow failingCall = {.operation = ""};
+    /// The bus signals the class relays to its callers.
+    QList<RelayedSignal> relayed = {};
+    /// Classes it must not pass for in qt_metacast().
+    QList<const char *> otherClassNames = {};
     /// The class's own methods in meta-object order, where the test places each at its index.
     QStringList signalSignatures = {};
     QStringList slotSignatures = {};
+    /// Return types of some of those methods, by signature.
+    QList<QPair<const char *, const char *>> returnTypes = {};
 };
 
 class CompositeTest : public ProxyTableTest
@@ -47,11 +73,17 @@ public:
     ~CompositeTest() override;
 
 protected:
+    /// Whether @p operation is one of the checked getters, which log their failures, or one
+    /// called another way ("getValue by name").
+    bool isCheckedGetter(const char *operation) const;
+
     const CompositeClass m_class;
 
 private Q_SLOTS:
     void sendsEachOperationWithItsWireForm_data();
     void sendsEachOperationWithItsWireForm();
+    void mapsEachAnswerToWhatTheCallerSees_data();
+    void mapsEachAnswerToWhatTheCallerSees();
     void givesInvalidRepliesWhenTheServiceIsAbsent_data();
     void givesInvalidRepliesWhenTheServiceIsAbsent();
     void checkedGettersLogOneLinePerFailure_data();
@@ -61,6 +93,10 @@ private Q_SLOTS:
     void setToDefaultWaitsForTheAnswerAndDropsIt();
     void asyncOperationsReturnAtOnceAndLeaveLastErrorAlone();
     void asyncOperationsToAnAbsentServiceShowNothing();
+    void relaysEachSignalOfItsOwnObjectOnly_data();
+    void relaysEachSignalOfItsOwnObjectOnly();
+    void metaCastAnswersForTheClassAndItsBasesOnly();
+    void metaObjectDeclaresSignalsThenSlotsOnly();
     void metaObjectPlacesEachMethodAtItsIndex_data();
     void metaObjectPlacesEachMethodAtItsIndex();
 };
