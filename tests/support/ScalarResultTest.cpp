@@ -7,16 +7,12 @@
 #include <QDBusError>
 #include <QDBusMessage>
 #include <QDBusReply>
-#include <QDBusVariant>
 #include <QMetaMethod>
 #include <QtTest/QTest>
 
 namespace {
 
-QList<QVariant> composite(const ScalarResultClass &tested)
-{
-    return {tested.value, tested.text};
-}
+const QVariant emptyList = QVariant::fromValue(QList<QVariant>());
 
 /// The error that QDBusReply<QList<QVariant>> itself makes of what @p member answers now.
 QString listReplyErrorOf(const QString &service, const QString &path, const QString &member)
@@ -24,12 +20,6 @@ QString listReplyErrorOf(const QString &service, const QString &path, const QStr
     const QDBusMessage call = QDBusMessage::createMethodCall(service, path, FakeMeasApplication::interfaceName, member);
     const QDBusReply<QList<QVariant>> reply = QDBusConnection::sessionBus().call(call, QDBus::Block);
     return reply.error().message();
-}
-
-void addOperationColumns()
-{
-    QTest::addColumn<ProxyOperation>("operation");
-    QTest::addColumn<QString>("member");
 }
 
 } // namespace
@@ -44,22 +34,21 @@ ScalarResultTest::~ScalarResultTest() = default;
 
 void ScalarResultTest::sendsEachOperationAsItsOwnMemberWithoutArguments_data()
 {
-    addOperationColumns();
+    QTest::addColumn<OperationRow>("row");
     for (const QList<OperationRow> *rows : {&m_class.getters, &m_class.commands, &m_class.comps}) {
         for (const OperationRow &row : *rows)
-            QTest::newRow(tag(row, "sent")) << row.run << row.wireMember();
+            QTest::newRow(tag(row, "sent")) << row;
     }
 }
 
 void ScalarResultTest::sendsEachOperationAsItsOwnMemberWithoutArguments()
 {
-    QFETCH(ProxyOperation, operation);
-    QFETCH(QString, member);
+    QFETCH(OperationRow, row);
 
-    m_fake->answer(member, ScriptedAnswer::reply());
+    m_fake->answer(row.wireMember(), ScriptedAnswer::reply());
     LogCapture log; // an empty reply is a failure to the Comp getters
-    operation(*m_proxy);
-    verifySingleCall(*m_fake, m_path, member, "", {});
+    row.run(*m_proxy);
+    verifySingleCall(*m_fake, m_path, row.wireMember(), "", {});
 }
 
 void ScalarResultTest::mapsEachGeneratedReply_data()
@@ -76,88 +65,93 @@ void ScalarResultTest::mapsEachGeneratedReply()
     verifyMappedReply(*m_fake, *m_proxy);
 }
 
-void ScalarResultTest::generatedOperationsGiveInvalidRepliesSilentlyWhenTheServiceIsAbsent_data()
+void ScalarResultTest::failsWhenTheServiceIsAbsentAndOnlyCompGettersReportIt_data()
 {
-    QTest::addColumn<ProxyOperation>("operation");
-    QTest::addColumn<QVariant>("empty");
-
-    for (const OperationRow &getter : m_class.getters)
-        QTest::newRow(tag(getter, "absent service")) << getter.run << getter.empty;
-    for (const OperationRow &command : m_class.commands)
-        QTest::newRow(tag(command, "absent service")) << command.run << QVariant();
+    QTest::addColumn<OperationRow>("row");
+    for (const OperationRow &row : m_class.getters + m_class.commands)
+        QTest::newRow(tag(row, "absent service")) << row;
+    for (OperationRow comp : m_class.comps) {
+        comp.empty = emptyList;
+        QTest::newRow(tag(comp, "absent service")) << comp;
+    }
 }
 
-void ScalarResultTest::generatedOperationsGiveInvalidRepliesSilentlyWhenTheServiceIsAbsent()
+void ScalarResultTest::failsWhenTheServiceIsAbsentAndOnlyCompGettersReportIt()
 {
-    QFETCH(ProxyOperation, operation);
-    QFETCH(QVariant, empty);
+    QFETCH(OperationRow, row);
 
     LogCapture log;
     const std::unique_ptr<QDBusAbstractInterface> absent = makeAbsent();
-    const Seen seen = operation(*absent);
+    const Seen seen = row.run(*absent);
 
     QCOMPARE(seen.valid, false);
-    QCOMPARE(seen.value, empty);
-    QCOMPARE(seen.value.userType(), empty.userType());
-    if (empty.userType() == QMetaType::QString)
+    QCOMPARE(seen.value, row.empty);
+    QCOMPARE(seen.value.userType(), row.empty.userType());
+    if (row.empty.userType() == QMetaType::QString)
         QVERIFY(seen.value.toString().isNull());
     QCOMPARE(absent->lastError().type(), QDBusError::ServiceUnknown);
-    QCOMPARE(log.lines(), QList<LogLine>());
-}
-
-void ScalarResultTest::addCompRows()
-{
-    addOperationColumns();
-    QTest::addColumn<QString>("opening");
-    for (const OperationRow &comp : m_class.comps)
-        QTest::newRow(tag(comp, "comp")) << comp.run << comp.wireMember() << comp.report;
+    const QString message = absent->lastError().message();
+    QCOMPARE(log.lines(),
+             row.report.isEmpty() ? QList<LogLine>()
+                                  : debugLines({reportLine(row.report, absentService(), m_path, message)}));
 }
 
 void ScalarResultTest::compGettersReturnTheElementsAsSent_data()
 {
-    addCompRows();
+    QTest::addColumn<OperationRow>("row");
+    for (const OperationRow &comp : m_class.comps)
+        QTest::newRow(tag(comp, "comp")) << comp;
 }
 
 void ScalarResultTest::compGettersReturnTheElementsAsSent()
 {
-    QFETCH(ProxyOperation, operation);
-    QFETCH(QString, member);
+    QFETCH(OperationRow, row);
 
     ResultTest::verifyListArrivesUnwrapped(
-        *m_fake, *m_proxy, m_path, member, operation, {3, QStringLiteral("3 counts"), -1.5, true, 1},
+        *m_fake, *m_proxy, m_path, row.wireMember(), row.run, {3, QStringLiteral("3 counts"), -1.5, true, 1},
         {QMetaType::Int, QMetaType::QString, QMetaType::Double, QMetaType::Bool, QMetaType::Int});
 }
 
-void ScalarResultTest::compGettersPassAnEmptyListOnWithoutAReport_data()
+void ScalarResultTest::compGettersGiveAnEmptyListAndReportAnyFailureInOneLine_data()
 {
-    addCompRows();
+    QTest::addColumn<OperationRow>("row");
+    QTest::addColumn<ScriptedAnswer>("answer");
+    QTest::addColumn<QString>("messageOpening");
+
+    const QString wrongSignature = QStringLiteral("Unexpected reply signature");
+    for (const OperationRow &comp : m_class.comps) {
+        QTest::newRow(tag(comp, "empty list")) << comp << ScriptedAnswer::value(QList<QVariant>()) << QString();
+        QTest::newRow(tag(comp, "error reply"))
+            << comp << ScriptedAnswer::error(failedErrorName(), QStringLiteral("no reading"))
+            << QStringLiteral("no reading");
+        QTest::newRow(tag(comp, "integer array"))
+            << comp << ScriptedAnswer::value(QVariant::fromValue(QList<int>{1, 2})) << wrongSignature;
+        QTest::newRow(tag(comp, "string")) << comp << ScriptedAnswer::value(QStringLiteral("1 2")) << wrongSignature;
+        QTest::newRow(tag(comp, "string list"))
+            << comp << ScriptedAnswer::value(QStringList{"1", "2"}) << wrongSignature;
+        QTest::newRow(tag(comp, "nothing")) << comp << ScriptedAnswer::reply() << wrongSignature;
+    }
 }
 
-void ScalarResultTest::compGettersPassAnEmptyListOnWithoutAReport()
+void ScalarResultTest::compGettersGiveAnEmptyListAndReportAnyFailureInOneLine()
 {
-    QFETCH(ProxyOperation, operation);
-    QFETCH(QString, member);
+    QFETCH(OperationRow, row);
+    QFETCH(ScriptedAnswer, answer);
+    QFETCH(QString, messageOpening);
 
     LogCapture log;
-    m_fake->answer(member, ScriptedAnswer::value(QList<QVariant>()));
+    m_fake->answer(row.wireMember(), answer);
 
-    QCOMPARE(operation(*m_proxy).value, QVariant::fromValue(QList<QVariant>()));
-    QCOMPARE(log.lines(), QList<LogLine>());
-}
+    QCOMPARE(row.run(*m_proxy).value, emptyList);
 
-void ScalarResultTest::compGettersReportAnErrorReplyInOneLine_data()
-{
-    addCompRows();
-}
-
-void ScalarResultTest::compGettersReportAnErrorReplyInOneLine()
-{
-    QFETCH(ProxyOperation, operation);
-    QFETCH(QString, member);
-    QFETCH(QString, opening);
-
-    const QString message = QStringLiteral("no reading");
-    verifyOneReportLine(operation, member, message, reportLine(opening, m_fake->service(), m_path, message));
+    verifySingleCall(*m_fake, m_path, row.wireMember(), "", {});
+    // The line quotes the message QDBusReply itself makes of the answer; an empty list is no failure.
+    const QString message = listReplyErrorOf(m_fake->service(), m_path, row.wireMember());
+    QVERIFY2(message.startsWith(messageOpening), qPrintable(message));
+    QCOMPARE(message.isEmpty(), messageOpening.isEmpty());
+    QCOMPARE(log.lines(),
+             message.isEmpty() ? QList<LogLine>()
+                               : debugLines({reportLine(row.report, m_fake->service(), m_path, message)}));
 }
 
 void ScalarResultTest::verifyOneReportLine(const ProxyOperation &operation, const QString &member,
@@ -165,60 +159,6 @@ void ScalarResultTest::verifyOneReportLine(const ProxyOperation &operation, cons
 {
     ResultTest::verifyErrorReplyReportedOnce(*m_fake, m_path, member, message, line,
                                              [&] { return operation(*m_proxy).value; });
-}
-
-void ScalarResultTest::compGettersTreatAWrongTypedReplyAsAFailure_data()
-{
-    addOperationColumns();
-    QTest::addColumn<QString>("opening");
-    QTest::addColumn<ScriptedAnswer>("answer");
-
-    for (const OperationRow &comp : m_class.comps) {
-        const QString member = comp.wireMember();
-        QTest::newRow(tag(comp, "integer array"))
-            << comp.run << member << comp.report << ScriptedAnswer::value(QVariant::fromValue(QList<int>{1, 2}));
-        QTest::newRow(tag(comp, "string"))
-            << comp.run << member << comp.report << ScriptedAnswer::value(QStringLiteral("1 2"));
-        QTest::newRow(tag(comp, "string list"))
-            << comp.run << member << comp.report << ScriptedAnswer::value(QStringList{"1", "2"});
-        QTest::newRow(tag(comp, "nothing")) << comp.run << member << comp.report << ScriptedAnswer::reply();
-    }
-}
-
-void ScalarResultTest::compGettersTreatAWrongTypedReplyAsAFailure()
-{
-    QFETCH(ProxyOperation, operation);
-    QFETCH(QString, member);
-    QFETCH(QString, opening);
-    QFETCH(ScriptedAnswer, answer);
-
-    LogCapture log;
-    m_fake->answer(member, answer);
-
-    QCOMPARE(operation(*m_proxy).value, QVariant::fromValue(QList<QVariant>()));
-
-    const QString message = listReplyErrorOf(m_fake->service(), m_path, member);
-    QVERIFY(message.startsWith(QStringLiteral("Unexpected reply signature")));
-    QCOMPARE(log.lines(), debugLines({reportLine(opening, m_fake->service(), m_path, message)}));
-}
-
-void ScalarResultTest::compGettersReportAnAbsentServiceInOneLine_data()
-{
-    addCompRows();
-}
-
-void ScalarResultTest::compGettersReportAnAbsentServiceInOneLine()
-{
-    QFETCH(ProxyOperation, operation);
-    QFETCH(QString, opening);
-
-    LogCapture log;
-    const std::unique_ptr<QDBusAbstractInterface> absent = makeAbsent();
-
-    QCOMPARE(operation(*absent).value, QVariant::fromValue(QList<QVariant>()));
-
-    QCOMPARE(absent->lastError().type(), QDBusError::ServiceUnknown);
-    QCOMPARE(log.lines(), debugLines({reportLine(opening, absentService(), m_path, absent->lastError().message())}));
 }
 
 void ScalarResultTest::compReportQuotesAndEscapesTheErrorMessage()
@@ -243,16 +183,17 @@ void ScalarResultTest::aFailedCallLeavesTheProxyAsItWas()
     const ProxyOperation getValueComp = operationNamed("getValueComp");
     const ProxyOperation getValue = operationNamed("getValue");
     QVERIFY(getValueComp && getValue);
+    const QList<QVariant> composite{m_class.value, m_class.text};
 
     LogCapture log;
     m_fake->answer("getValueComp", ScriptedAnswer::error(failedErrorName(), QStringLiteral("not yet")));
     m_fake->answer("getValue", ScriptedAnswer::error(failedErrorName(), QStringLiteral("not yet")));
-    QCOMPARE(getValueComp(*m_proxy).value, QVariant::fromValue(QList<QVariant>()));
+    QCOMPARE(getValueComp(*m_proxy).value, emptyList);
     QVERIFY(!getValue(*m_proxy).valid);
 
-    m_fake->answer("getValueComp", ScriptedAnswer::value(composite(m_class)));
+    m_fake->answer("getValueComp", ScriptedAnswer::value(composite));
     m_fake->answer("getValue", ScriptedAnswer::value(m_class.value));
-    QCOMPARE(getValueComp(*m_proxy).value, QVariant::fromValue(composite(m_class)));
+    QCOMPARE(getValueComp(*m_proxy).value, QVariant::fromValue(composite));
     QCOMPARE(getValue(*m_proxy).value, m_class.value);
 
     QVERIFY(m_fake->waitForCalls(4));
@@ -282,35 +223,28 @@ void ScalarResultTest::metaCastKnowsTheClassAndLeavesTheRestToTheBase()
 
 void ScalarResultTest::invokingSlotsByNameGivesTheDirectResult_data()
 {
-    QTest::addColumn<ProxyOperation>("invoked");
-    QTest::addColumn<ProxyOperation>("direct");
-    QTest::addColumn<QString>("member");
-    QTest::addColumn<QVariant>("answered");
-
-    for (const OperationRow &row : m_class.byName) {
-        QTest::newRow(tag(row, "by name"))
-            << row.run << operationNamed(row.operation) << row.wireMember() << row.answered;
-    }
+    QTest::addColumn<OperationRow>("row");
+    for (const OperationRow &row : m_class.byName)
+        QTest::newRow(tag(row, "by name")) << row;
 }
 
 void ScalarResultTest::invokingSlotsByNameGivesTheDirectResult()
 {
-    QFETCH(ProxyOperation, invoked);
-    QFETCH(ProxyOperation, direct);
-    QFETCH(QString, member);
-    QFETCH(QVariant, answered);
+    QFETCH(OperationRow, row);
+    const ProxyOperation direct = operationNamed(row.operation);
 
     QVERIFY(direct);
-    m_fake->answer(member, answered.isValid() ? ScriptedAnswer::value(answered) : ScriptedAnswer::reply());
+    m_fake->answer(row.wireMember(),
+                   row.answered.isValid() ? ScriptedAnswer::value(row.answered) : ScriptedAnswer::reply());
 
-    const Seen byName = invoked(*m_proxy);
-    QVERIFY(byName.valid || !answered.isValid());
-    QCOMPARE(byName.value, answered);
+    const Seen byName = row.run(*m_proxy);
+    QVERIFY(byName.valid || !row.answered.isValid());
+    QCOMPARE(byName.value, row.answered);
     const Seen called = direct(*m_proxy);
     QCOMPARE(byName.valid, called.valid);
     QCOMPARE(byName.value, called.value);
     QVERIFY(m_fake->waitForCalls(2));
-    QCOMPARE(m_fake->calls().first().member, member);
+    QCOMPARE(m_fake->calls().first().member, row.wireMember());
 }
 
 void ScalarResultTest::verifyCannotBeFoundByName(const QList<const char *> &names)
