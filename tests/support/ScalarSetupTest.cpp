@@ -7,18 +7,10 @@
 #include <QMetaMethod>
 #include <QtTest/QTest>
 
-namespace {
-
-/// The row's lines with @p quotedMessage in place of "%1".
 QList<LogLine> linesOf(const QStringList &lines, const QString &quotedMessage)
 {
-    QStringList texts;
-    for (const QString &line : lines)
-        texts.append(QString(line).replace(QStringLiteral("%1"), quotedMessage));
-    return debugLines(texts);
+    return debugLines(QStringList(lines).replaceInStrings(QStringLiteral("%1"), quotedMessage));
 }
-
-} // namespace
 
 ScalarSetupTest::ScalarSetupTest(ScalarSetupClass tested)
     : ProxyTableTest(tested.className, tested.path, tested.make)
@@ -102,15 +94,6 @@ void ScalarSetupTest::givesInvalidRepliesWhenTheServiceIsAbsent()
     QCOMPARE(log.lines(), linesOf(row.logLines, QLatin1Char('"') + message + QLatin1Char('"')));
 }
 
-void ScalarSetupTest::addCheckedGetterRows()
-{
-    QTest::addColumn<OperationRow>("row");
-    for (const OperationRow &row : m_class.replies) {
-        if (!row.logLines.isEmpty())
-            QTest::newRow(tag(row, "checked")) << row;
-    }
-}
-
 void ScalarSetupTest::checkedGettersLogTheirLinesOnAnErrorReply_data()
 {
     QTest::addColumn<OperationRow>("row");
@@ -149,7 +132,11 @@ void ScalarSetupTest::checkedGettersLogTheirLinesOnAnErrorReply()
 
 void ScalarSetupTest::checkedGettersLogNothingForAWrongTypedReply_data()
 {
-    addCheckedGetterRows();
+    QTest::addColumn<OperationRow>("row");
+    for (const OperationRow &row : m_class.replies) {
+        if (!row.logLines.isEmpty())
+            QTest::newRow(tag(row, "checked")) << row;
+    }
 }
 
 void ScalarSetupTest::checkedGettersLogNothingForAWrongTypedReply()
