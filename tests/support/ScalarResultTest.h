@@ -29,11 +29,6 @@ struct ScalarResultClass
     QList<OperationRow> comps;
     /// The class's own slots, in declaration order.
     QStringList slotSignatures;
-    /// One reading: the value getValue() answers and the text getString() answers.
-    QVariant value;
-    QString text;
-    /// The whole line getValueComp() logs for the error message: say "hi" \ bye
-    QString escapedReport;
     /// getValue, getString and getValueComp, and any .commands, invoked by name.
     QList<OperationRow> byName;
     /// Class names qt_metacast must not take for this class.
@@ -119,7 +114,7 @@ private Q_SLOTS:
 
 private:
     /// The row of the table's getters, commands or Comp getters named @p name.
-    ProxyOperation operationNamed(const char *name) const;
+    OperationRow rowNamed(const char *name) const;
 };
 
 #endif

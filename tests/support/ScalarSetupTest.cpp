@@ -23,11 +23,9 @@ ScalarSetupTest::~ScalarSetupTest() = default;
 QList<OperationRow> ScalarSetupTest::plainReplies() const
 {
     QList<OperationRow> plain;
-    for (const QList<OperationRow> *rows : {&m_class.replies, &m_class.voidReplies}) {
-        for (const OperationRow &row : *rows) {
-            if (row.logLines.isEmpty())
-                plain.append(row);
-        }
+    for (const OperationRow &row : m_class.replies + m_class.voidReplies) {
+        if (row.logLines.isEmpty())
+            plain.append(row);
     }
     return plain;
 }
@@ -40,10 +38,8 @@ void ScalarSetupTest::holdsNoDataOfItsOwn()
 void ScalarSetupTest::sendsEachOperationWithItsWireForm_data()
 {
     QTest::addColumn<OperationRow>("row");
-    for (const QList<OperationRow> *rows : {&m_class.sent, &m_class.replies, &m_class.voidReplies, &m_class.asyncs}) {
-        for (const OperationRow &row : *rows)
-            QTest::newRow(tag(row, "sent")) << row;
-    }
+    for (const OperationRow &row : m_class.sent + m_class.replies + m_class.voidReplies + m_class.asyncs)
+        QTest::newRow(tag(row, "sent")) << row;
 }
 
 void ScalarSetupTest::sendsEachOperationWithItsWireForm()
@@ -70,10 +66,8 @@ void ScalarSetupTest::mapsEachReply()
 void ScalarSetupTest::givesInvalidRepliesWhenTheServiceIsAbsent_data()
 {
     QTest::addColumn<OperationRow>("row");
-    for (const QList<OperationRow> *rows : {&m_class.replies, &m_class.voidReplies}) {
-        for (const OperationRow &row : *rows)
-            QTest::newRow(tag(row, "absent service")) << row;
-    }
+    for (const OperationRow &row : m_class.replies + m_class.voidReplies)
+        QTest::newRow(tag(row, "absent service")) << row;
 }
 
 void ScalarSetupTest::givesInvalidRepliesWhenTheServiceIsAbsent()

@@ -51,6 +51,20 @@ struct ScalarSetupClass
     QList<OperationRow> signalsRelayed = {};
 };
 
+/// setValue(@p value) of a proxy class, as an operation.
+template<typename P, typename T>
+ProxyOperation setValueOf(T value)
+{
+    return onProxy<P>([value](P &p) { return p.setValue(value); });
+}
+
+/// setValueAsync(@p value) of a proxy class, as an operation.
+template<typename P, typename T>
+ProxyOperation setValueAsyncOf(T value)
+{
+    return onProxy<P>([value](P &p) { p.setValueAsync(value); });
+}
+
 /// A checked getter's @p lines with @p quotedMessage in place of "%1", as debug lines.
 QList<LogLine> linesOf(const QStringList &lines, const QString &quotedMessage);
 

@@ -46,10 +46,6 @@ const ScalarResultClass resultBool{
                        "getMinString()", "getMaxValue()", "getMaxString()", "resetMinMaxValues()", "stopMinMaxEval()",
                        "continueMinMaxEval()", "getValueComp()", "getMinValueComp()", "getMaxValueComp()",
                        "getStringComp()", "getMinStringComp()", "getMaxStringComp()"},
-    .value = true,
-    .text = QStringLiteral("overload"),
-    .escapedReport = QStringLiteral("\"ResultBoolInterface::\" getValueComp():  \"com.velk.mqx.app.fake\"  /  "
-                                    "\"/Result/Overload\"  / Error: \"say \\\"hi\\\" \\\\ bye\""),
     .byName = invokedByName,
     .otherClasses = {"ResultEnumInterface"},
 };

@@ -43,10 +43,6 @@ const ScalarResultClass resultDouble{
                        "getMaxValue()", "resetMinMaxValues()", "stopMinMaxEval()", "continueMinMaxEval()",
                        "getValueComp()", "getMinValueComp()", "getMaxValueComp()", "getStringComp()",
                        "getMinStringComp()", "getMaxStringComp()"},
-    .value = 3.25,
-    .text = QStringLiteral("3.25 V"),
-    .escapedReport = QStringLiteral("\"ResultDoubleInterface::\" getValueComp():  \"com.velk.mqx.app.fake\"  /  "
-                                    "\"/Result/Voltage\"  / Error: \"say \\\"hi\\\" \\\\ bye\""),
     .byName = invokedByName,
     .otherClasses = {"ResultIntInterface"},
 };

@@ -35,10 +35,6 @@ const ScalarResultClass resultEnum{
     .comps = {{.operation = "getValueComp", .run = onProxy(&P::getValueComp),
                .report = QStringLiteral("ResultEnumInterface::getValueComp(): ")}},
     .slotSignatures = {"getValue()", "getString()", "getMinValue()", "getMaxValue()", "getValueComp()"},
-    .value = 2,
-    .text = QStringLiteral("Range 2"),
-    .escapedReport = QStringLiteral("ResultEnumInterface::getValueComp():  \"com.velk.mqx.app.fake\"  /  "
-                                    "\"/Result/Range\"  / Error: \"say \\\"hi\\\" \\\\ bye\""),
     .byName = invokedByName,
     .otherClasses = {"ResultBoolInterface"},
 };

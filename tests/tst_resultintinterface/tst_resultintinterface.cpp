@@ -48,10 +48,6 @@ const ScalarResultClass resultInt{
                        "getMinString()", "getMaxValue()", "getMaxString()", "resetMinMaxValues()", "stopMinMaxEval()",
                        "continueMinMaxEval()", "getValueComp()", "getMinValueComp()", "getMaxValueComp()",
                        "getStringComp()", "getMinStringComp()", "getMaxStringComp()"},
-    .value = 42,
-    .text = QStringLiteral("42 counts"),
-    .escapedReport = QStringLiteral("\"ResultIntInterface::\" getValueComp():  \"com.velk.mqx.app.fake\"  /  "
-                                    "\"/Result/Count\"  / Error: \"say \\\"hi\\\" \\\\ bye\""),
     .byName = invokedByName,
     .otherClasses = {"ResultDoubleInterface"},
 };

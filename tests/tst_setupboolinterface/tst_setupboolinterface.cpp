@@ -10,18 +10,18 @@ using P = SetupBoolInterface;
 
 // clang-format off
 const QList<OperationRow> sent{
-    {.operation = "setValue false", .run = onProxy<P>([](P &p) { return p.setValue(false); }), .member = "setValue",
-     .signature = "b", .arguments = {false}},
-    {.operation = "setValueAsync false", .run = onProxy<P>([](P &p) { p.setValueAsync(false); }), .member = "setValue",
-     .signature = "b", .arguments = {false}},
+    {.operation = "setValue false", .run = setValueOf<P>(false), .member = "setValue", .signature = "b",
+     .arguments = {false}},
+    {.operation = "setValueAsync false", .run = setValueAsyncOf<P>(false), .member = "setValue", .signature = "b",
+     .arguments = {false}},
 };
 
 // An answered false is valid, unlike the false of a failed reply.
 const QList<OperationRow> replies{
-    {.operation = "setValue", .run = onProxy<P>([](P &p) { return p.setValue(true); }), .signature = "b",
-     .arguments = {true}, .answered = true, .wrongType = 1, .empty = false},
-    {.operation = "setValue answered false", .run = onProxy<P>([](P &p) { return p.setValue(true); }),
-     .member = "setValue", .signature = "b", .arguments = {true}, .answered = false, .wrongType = 0.0, .empty = false},
+    {.operation = "setValue", .run = setValueOf<P>(true), .signature = "b", .arguments = {true}, .answered = true,
+     .wrongType = 1, .empty = false},
+    {.operation = "setValue answered false", .run = setValueOf<P>(true), .member = "setValue", .signature = "b",
+     .arguments = {true}, .answered = false, .wrongType = 0.0, .empty = false},
     {.operation = "getValue", .run = onProxy(&P::getValue), .answered = true, .wrongType = QStringLiteral("true"),
      .empty = false},
     {.operation = "getValue answered false", .run = onProxy(&P::getValue), .member = "getValue", .answered = false,
@@ -34,8 +34,8 @@ const QList<OperationRow> replies{
 };
 
 const QList<OperationRow> asyncs{
-    {.operation = "setValueAsync", .run = onProxy<P>([](P &p) { p.setValueAsync(true); }), .member = "setValue",
-     .signature = "b", .arguments = {true}},
+    {.operation = "setValueAsync", .run = setValueAsyncOf<P>(true), .member = "setValue", .signature = "b",
+     .arguments = {true}},
     {.operation = "setToDefaultAsync", .run = onProxy(&P::setToDefaultAsync), .member = "setToDefault"},
 };
 

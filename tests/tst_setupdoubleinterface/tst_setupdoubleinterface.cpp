@@ -16,22 +16,12 @@ const double infinity = std::numeric_limits<double>::infinity();
 const double quietNaN = std::numeric_limits<double>::quiet_NaN();
 const QString nanLine = QStringLiteral("SetupDoubleInterface::setValue(): Value is NaN!");
 
-ProxyOperation setValueOf(double value)
-{
-    return onProxy<P>([value](P &p) { return p.setValue(value); });
-}
-
-ProxyOperation setValueAsyncOf(double value)
-{
-    return onProxy<P>([value](P &p) { p.setValueAsync(value); });
-}
-
 // clang-format off
 const QList<OperationRow> replies{
-    {.operation = "setValue", .run = setValueOf(5.5), .signature = "d", .arguments = {5.5}, .answered = true,
+    {.operation = "setValue", .run = setValueOf<P>(5.5), .signature = "d", .arguments = {5.5}, .answered = true,
      .wrongType = 1, .empty = false},
     // A false answer must come back valid, apart from the default of a failed reply.
-    {.operation = "setValue answered false", .run = setValueOf(5.5), .member = "setValue", .signature = "d",
+    {.operation = "setValue answered false", .run = setValueOf<P>(5.5), .member = "setValue", .signature = "d",
      .arguments = {5.5}, .answered = false, .wrongType = 0.0, .empty = false},
     {.operation = "getValue", .run = onProxy(&P::getValue), .answered = 3.25, .wrongType = 3, .empty = 0.0},
     {.operation = "getString", .run = onProxy(&P::getString), .answered = QStringLiteral("3.25 MHz"), .wrongType = 3.25,
@@ -60,13 +50,13 @@ const ScalarSetupClass setupDouble{
     .size = sizeof(P),
     // setToDefault() returns no reply; its call is checked here.
     .sent = {
-        {.operation = "setValue zero", .run = setValueOf(0.0), .member = "setValue", .signature = "d",
+        {.operation = "setValue zero", .run = setValueOf<P>(0.0), .member = "setValue", .signature = "d",
          .arguments = {0.0}},
         {.operation = "setToDefault", .run = onProxy(&P::setToDefault)},
     },
     .replies = replies,
     .asyncs = {
-        {.operation = "setValueAsync", .run = setValueAsyncOf(9.5), .member = "setValue", .signature = "d",
+        {.operation = "setValueAsync", .run = setValueAsyncOf<P>(9.5), .member = "setValue", .signature = "d",
          .arguments = {9.5}},
         {.operation = "setToDefaultAsync", .run = onProxy(&P::setToDefaultAsync), .member = "setToDefault"},
     },
@@ -150,7 +140,7 @@ void tst_SetupDoubleInterface::setValueRefusesNaNWithoutSendingIt()
     QCOMPARE(proxy<P>().lastError().message(), QStringLiteral("earlier failure"));
     m_fake->clearCalls();
 
-    verifyNaNRefused(*m_proxy, invokedByName ? byName<QDBusReply<bool>>("setValue(double)", nan) : setValueOf(nan));
+    verifyNaNRefused(*m_proxy, invokedByName ? byName<QDBusReply<bool>>("setValue(double)", nan) : setValueOf<P>(nan));
 
     // Messages of one connection arrive in order: had setValue gone out, it would stand
     // before this call.
@@ -164,7 +154,7 @@ void tst_SetupDoubleInterface::setValueRefusesNaNAlsoWhenTheServiceIsAbsent()
 {
     const std::unique_ptr<QDBusAbstractInterface> absent = makeAbsent();
 
-    verifyNaNRefused(*absent, setValueOf(quietNaN));
+    verifyNaNRefused(*absent, setValueOf<P>(quietNaN));
 
     QVERIFY(!absent->lastError().isValid());
 }
@@ -175,11 +165,11 @@ void tst_SetupDoubleInterface::infinitiesAndAsyncNaNAreSentAsTheyAre_data()
     QTest::addColumn<QVariant>("reply");
     QTest::addColumn<QString>("sent");
 
-    QTest::newRow("setValue +inf") << setValueOf(infinity) << QVariant(true) << "d inf";
-    QTest::newRow("setValue -inf") << setValueOf(-infinity) << QVariant(true) << "d -inf";
-    QTest::newRow("setValueAsync +inf") << setValueAsyncOf(infinity) << QVariant() << "d inf";
-    QTest::newRow("setValueAsync -inf") << setValueAsyncOf(-infinity) << QVariant() << "d -inf";
-    QTest::newRow("setValueAsync NaN") << setValueAsyncOf(quietNaN) << QVariant() << "d nan";
+    QTest::newRow("setValue +inf") << setValueOf<P>(infinity) << QVariant(true) << "d inf";
+    QTest::newRow("setValue -inf") << setValueOf<P>(-infinity) << QVariant(true) << "d -inf";
+    QTest::newRow("setValueAsync +inf") << setValueAsyncOf<P>(infinity) << QVariant() << "d inf";
+    QTest::newRow("setValueAsync -inf") << setValueAsyncOf<P>(-infinity) << QVariant() << "d -inf";
+    QTest::newRow("setValueAsync NaN") << setValueAsyncOf<P>(quietNaN) << QVariant() << "d nan";
 }
 
 void tst_SetupDoubleInterface::infinitiesAndAsyncNaNAreSentAsTheyAre()

@@ -14,11 +14,10 @@ const QString manual = QStringLiteral("Manual");
 // The enum operations send members without "Enum"; both setValue overloads send "setValue".
 // clang-format off
 const QList<OperationRow> replies{
-    {.operation = "setValue by index", .run = onProxy<P>([](P &p) { return p.setValue(1); }), .member = "setValue",
-     .signature = "i", .arguments = {1}, .answered = true, .wrongType = 1, .empty = false},
-    {.operation = "setValue by text", .run = onProxy<P>([](P &p) { return p.setValue(autoMode); }),
-     .member = "setValue", .signature = "s", .arguments = {autoMode}, .answered = true,
-     .wrongType = QStringLiteral("true"), .empty = false},
+    {.operation = "setValue by index", .run = setValueOf<P>(1), .member = "setValue", .signature = "i",
+     .arguments = {1}, .answered = true, .wrongType = 1, .empty = false},
+    {.operation = "setValue by text", .run = setValueOf<P>(autoMode), .member = "setValue", .signature = "s",
+     .arguments = {autoMode}, .answered = true, .wrongType = QStringLiteral("true"), .empty = false},
     {.operation = "getEnumValueList", .run = onProxy(&P::getEnumValueList), .member = "getValueList",
      .answered = QStringLiteral("Off;Auto;Manual"), .wrongType = QStringList({"Off", "Auto"}), .empty = QString()},
     {.operation = "getValue", .run = onProxy(&P::getValue), .answered = 2, .wrongType = QStringLiteral("2"),
@@ -32,10 +31,10 @@ const QList<OperationRow> replies{
 };
 
 const QList<OperationRow> asyncs{
-    {.operation = "setValueAsync by index", .run = onProxy<P>([](P &p) { p.setValueAsync(2); }), .member = "setValue",
-     .signature = "i", .arguments = {2}},
-    {.operation = "setValueAsync by text", .run = onProxy<P>([](P &p) { p.setValueAsync(autoMode); }),
-     .member = "setValue", .signature = "s", .arguments = {autoMode}},
+    {.operation = "setValueAsync by index", .run = setValueAsyncOf<P>(2), .member = "setValue", .signature = "i",
+     .arguments = {2}},
+    {.operation = "setValueAsync by text", .run = setValueAsyncOf<P>(autoMode), .member = "setValue", .signature = "s",
+     .arguments = {autoMode}},
     {.operation = "executeAsync", .run = onProxy(&P::executeAsync), .member = "execute"},
     {.operation = "setToDefaultAsync", .run = onProxy(&P::setToDefaultAsync), .member = "setToDefault"},
 };

@@ -10,8 +10,8 @@ using P = SetupIntInterface;
 
 // clang-format off
 const QList<OperationRow> replies{
-    {.operation = "setValue", .run = onProxy<P>([](P &p) { return p.setValue(5); }), .signature = "i", .arguments = {5},
-     .answered = true, .wrongType = 1, .empty = false},
+    {.operation = "setValue", .run = setValueOf<P>(5), .signature = "i", .arguments = {5}, .answered = true,
+     .wrongType = 1, .empty = false},
     {.operation = "getValue", .run = onProxy(&P::getValue), .answered = 42, .wrongType = QStringLiteral("forty-two"),
      .empty = 0, .logLines = {"SetupIntInterface::getValue() Error!  %1",
                               "SetupIntInterface::getValue() Interface  \"com.velk.mqx.MeasApplInterface\"",
@@ -25,8 +25,8 @@ const QList<OperationRow> replies{
 };
 
 const QList<OperationRow> asyncs{
-    {.operation = "setValueAsync", .run = onProxy<P>([](P &p) { p.setValueAsync(9); }), .member = "setValue",
-     .signature = "i", .arguments = {9}},
+    {.operation = "setValueAsync", .run = setValueAsyncOf<P>(9), .member = "setValue", .signature = "i",
+     .arguments = {9}},
     {.operation = "setToDefaultAsync", .run = onProxy(&P::setToDefaultAsync), .member = "setToDefault"},
 };
 

@@ -18,15 +18,15 @@ const QStringList getValueLines{"SetupStringInterface::getValue() Error!  %1",
 
 // clang-format off
 const QList<OperationRow> sent{
-    {.operation = "setValue empty", .run = onProxy<P>([](P &p) { return p.setValue(QString()); }), .member = "setValue",
-     .signature = "s", .arguments = {QString()}},
-    {.operation = "setValue unicode", .run = onProxy<P>([](P &p) { return p.setValue(unicode); }), .member = "setValue",
-     .signature = "s", .arguments = {unicode}},
+    {.operation = "setValue empty", .run = setValueOf<P>(QString()), .member = "setValue", .signature = "s",
+     .arguments = {QString()}},
+    {.operation = "setValue unicode", .run = setValueOf<P>(unicode), .member = "setValue", .signature = "s",
+     .arguments = {unicode}},
 };
 
 // Only getValue is a checked getter; getString, unlike SetupIntInterface's, is not.
 const QList<OperationRow> replies{
-    {.operation = "setValue", .run = onProxy<P>([](P &p) { return p.setValue(QStringLiteral("x")); }), .signature = "s",
+    {.operation = "setValue", .run = setValueOf<P>(QStringLiteral("x")), .signature = "s",
      .arguments = {QStringLiteral("x")}, .answered = true, .wrongType = QStringLiteral("true"), .empty = false},
     {.operation = "getString", .run = onProxy(&P::getString), .answered = QStringLiteral("Probe A"), .wrongType = 7,
      .empty = QString()},
@@ -38,8 +38,8 @@ const QList<OperationRow> replies{
 };
 
 const QList<OperationRow> asyncs{
-    {.operation = "setValueAsync", .run = onProxy<P>([](P &p) { p.setValueAsync(QStringLiteral("Probe C")); }),
-     .member = "setValue", .signature = "s", .arguments = {QStringLiteral("Probe C")}},
+    {.operation = "setValueAsync", .run = setValueAsyncOf<P>(QStringLiteral("Probe C")), .member = "setValue",
+     .signature = "s", .arguments = {QStringLiteral("Probe C")}},
     {.operation = "setToDefaultAsync", .run = onProxy(&P::setToDefaultAsync), .member = "setToDefault"},
 };
 
