@@ -205,8 +205,10 @@ void ScalarResultTest::metaObjectListsExactlyItsSlotsInOrder()
 {
     const QMetaObject &meta = *m_proxy->metaObject();
     QCOMPARE(QByteArray(meta.className()), QByteArray(m_class.className));
-    ResultTest::verifyOwnMethodsAreExactlyTheseSlots(meta, *m_proxy, m_class.slotSignatures,
-                                                     int(m_class.slotSignatures.size()));
+    QStringList slotSignatures;
+    for (const OperationRow &row : m_class.getters + m_class.commands + m_class.comps)
+        slotSignatures.append(QLatin1String(row.operation) + QStringLiteral("()"));
+    ResultTest::verifyOwnMethodsAreExactlyTheseSlots(meta, *m_proxy, slotSignatures, int(slotSignatures.size()));
 }
 
 void ScalarResultTest::metaCastKnowsTheClassAndLeavesTheRestToTheBase()

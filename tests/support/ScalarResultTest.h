@@ -21,14 +21,13 @@ struct ScalarResultClass
     const char *className;
     QString path;
     ProxyFactory make;
+    /// The tables .getters, .commands and .comps hold the class's own slots, in declaration order.
     /// Getters handing back a reply: .answered, .wrongType and the .empty value of a failure.
     QList<OperationRow> getters;
     /// Operations handing back QDBusReply<void>; .answered is an answer they must accept.
     QList<OperationRow> commands = {};
     /// The Comp getters: a list of variants, or an empty one after one line opening with .report.
     QList<OperationRow> comps;
-    /// The class's own slots, in declaration order.
-    QStringList slotSignatures;
     /// getValue, getString and getValueComp, and any .commands, invoked by name.
     QList<OperationRow> byName;
     /// Class names qt_metacast must not take for this class.
@@ -68,6 +67,24 @@ QList<OperationRow> compRows(const QList<const char *> &reportedAs)
         rows[i].report = QStringLiteral("\"%1::\" %2(): ")
                              .arg(QLatin1String(P::staticMetaObject.className()), QLatin1String(reportedAs.at(i)));
     }
+    return rows;
+}
+
+/// getValue() (handing back an R), getString() and getValueComp() invoked by name, the application
+/// answering @p value and @p text; then each of @p commands.
+template<typename R>
+QList<OperationRow> invokedByName(const QVariant &value, const QString &text, const QList<const char *> &commands = {})
+{
+    // clang-format off
+    QList<OperationRow> rows{
+        {.operation = "getValue", .run = byName<R>("getValue"), .answered = value},
+        {.operation = "getString", .run = byName<QDBusReply<QString>>("getString"), .answered = text},
+        {.operation = "getValueComp", .run = byName<QList<QVariant>>("getValueComp"),
+         .answered = QVariantList{value, text}},
+    };
+    // clang-format on
+    for (const char *command : commands)
+        rows.append({.operation = command, .run = byName<QDBusReply<void>>(command)});
     return rows;
 }
 

@@ -25,14 +25,6 @@ const QList<OperationRow> getters{
      .wrongType = 1, .empty = QString()},
 };
 
-const QList<OperationRow> invokedByName{
-    {.operation = "getValue", .run = byName<QDBusReply<bool>>("getValue"), .answered = true},
-    {.operation = "getString", .run = byName<QDBusReply<QString>>("getString"), .answered = QStringLiteral("overload")},
-    {.operation = "getValueComp", .run = byName<QList<QVariant>>("getValueComp"),
-     .answered = QVariantList{true, QStringLiteral("overload")}},
-    {.operation = "resetMinMaxValues", .run = byName<QDBusReply<void>>("resetMinMaxValues")},
-};
-
 const ScalarResultClass resultBool{
     .className = "ResultBoolInterface",
     .path = QStringLiteral("/Result/Overload"),
@@ -42,11 +34,7 @@ const ScalarResultClass resultBool{
     // Each Comp getter reports under its own name.
     .comps = compRows<P>({"getValueComp", "getMinValueComp", "getMaxValueComp", "getStringComp", "getMinStringComp",
                           "getMaxStringComp"}),
-    .slotSignatures = {"getLowerLimit()", "getUpperLimit()", "getValue()", "getString()", "getMinValue()",
-                       "getMinString()", "getMaxValue()", "getMaxString()", "resetMinMaxValues()", "stopMinMaxEval()",
-                       "continueMinMaxEval()", "getValueComp()", "getMinValueComp()", "getMaxValueComp()",
-                       "getStringComp()", "getMinStringComp()", "getMaxStringComp()"},
-    .byName = invokedByName,
+    .byName = invokedByName<QDBusReply<bool>>(true, QStringLiteral("overload"), {"resetMinMaxValues"}),
     .otherClasses = {"ResultEnumInterface"},
 };
 // clang-format on

@@ -22,14 +22,6 @@ const QList<OperationRow> getters{
      .empty = 0.0},
 };
 
-const QList<OperationRow> invokedByName{
-    {.operation = "getValue", .run = byName<QDBusReply<double>>("getValue"), .answered = 3.25},
-    {.operation = "getString", .run = byName<QDBusReply<QString>>("getString"), .answered = QStringLiteral("3.25 V")},
-    {.operation = "getValueComp", .run = byName<QList<QVariant>>("getValueComp"),
-     .answered = QVariantList{3.25, QStringLiteral("3.25 V")}},
-    {.operation = "resetMinMaxValues", .run = byName<QDBusReply<void>>("resetMinMaxValues")},
-};
-
 const ScalarResultClass resultDouble{
     .className = "ResultDoubleInterface",
     .path = QStringLiteral("/Result/Voltage"),
@@ -39,11 +31,7 @@ const ScalarResultClass resultDouble{
     // Each Comp getter reports under its own name.
     .comps = compRows<P>({"getValueComp", "getMinValueComp", "getMaxValueComp", "getStringComp", "getMinStringComp",
                           "getMaxStringComp"}),
-    .slotSignatures = {"getLowerLimit()", "getUpperLimit()", "getValue()", "getString()", "getMinValue()",
-                       "getMaxValue()", "resetMinMaxValues()", "stopMinMaxEval()", "continueMinMaxEval()",
-                       "getValueComp()", "getMinValueComp()", "getMaxValueComp()", "getStringComp()",
-                       "getMinStringComp()", "getMaxStringComp()"},
-    .byName = invokedByName,
+    .byName = invokedByName<QDBusReply<double>>(3.25, QStringLiteral("3.25 V"), {"resetMinMaxValues"}),
     .otherClasses = {"ResultIntInterface"},
 };
 // clang-format on

@@ -19,13 +19,6 @@ const QList<OperationRow> getters{
     {.operation = "getMaxValue", .run = onProxy(&P::getMaxValue), .answered = 3, .wrongType = 3.0, .empty = 0},
 };
 
-const QList<OperationRow> invokedByName{
-    {.operation = "getValue", .run = byName<QDBusReply<int>>("getValue"), .answered = 2},
-    {.operation = "getString", .run = byName<QDBusReply<QString>>("getString"), .answered = QStringLiteral("Range 2")},
-    {.operation = "getValueComp", .run = byName<QList<QVariant>>("getValueComp"),
-     .answered = QVariantList{2, QStringLiteral("Range 2")}},
-};
-
 const ScalarResultClass resultEnum{
     .className = "ResultEnumInterface",
     .path = QStringLiteral("/Result/Range"),
@@ -34,8 +27,7 @@ const ScalarResultClass resultEnum{
     // The report opens with the bare literal, without the quoted class prefix.
     .comps = {{.operation = "getValueComp", .run = onProxy(&P::getValueComp),
                .report = QStringLiteral("ResultEnumInterface::getValueComp(): ")}},
-    .slotSignatures = {"getValue()", "getString()", "getMinValue()", "getMaxValue()", "getValueComp()"},
-    .byName = invokedByName,
+    .byName = invokedByName<QDBusReply<int>>(2, QStringLiteral("Range 2")),
     .otherClasses = {"ResultBoolInterface"},
 };
 // clang-format on

@@ -26,15 +26,6 @@ const QList<OperationRow> getters{
      .wrongType = true, .empty = QString()},
 };
 
-const QList<OperationRow> invokedByName{
-    {.operation = "getValue", .run = byName<QDBusReply<int>>("getValue"), .answered = 42},
-    {.operation = "getString", .run = byName<QDBusReply<QString>>("getString"),
-     .answered = QStringLiteral("42 counts")},
-    {.operation = "getValueComp", .run = byName<QList<QVariant>>("getValueComp"),
-     .answered = QVariantList{42, QStringLiteral("42 counts")}},
-    {.operation = "resetMinMaxValues", .run = byName<QDBusReply<void>>("resetMinMaxValues")},
-};
-
 const ScalarResultClass resultInt{
     .className = "ResultIntInterface",
     .path = QStringLiteral("/Result/Count"),
@@ -44,11 +35,7 @@ const ScalarResultClass resultInt{
     // getMaxValueComp, getStringComp and getMinStringComp report under getMinValueComp's text.
     .comps = compRows<P>({"getValueComp", "getMinValueComp", "getMinValueComp", "getMinValueComp", "getMinValueComp",
                           "getMaxStringComp"}),
-    .slotSignatures = {"getLowerLimit()", "getUpperLimit()", "getValue()", "getString()", "getMinValue()",
-                       "getMinString()", "getMaxValue()", "getMaxString()", "resetMinMaxValues()", "stopMinMaxEval()",
-                       "continueMinMaxEval()", "getValueComp()", "getMinValueComp()", "getMaxValueComp()",
-                       "getStringComp()", "getMinStringComp()", "getMaxStringComp()"},
-    .byName = invokedByName,
+    .byName = invokedByName<QDBusReply<int>>(42, QStringLiteral("42 counts"), {"resetMinMaxValues"}),
     .otherClasses = {"ResultDoubleInterface"},
 };
 // clang-format on
