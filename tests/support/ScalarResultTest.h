@@ -28,7 +28,7 @@ struct ScalarResultClass
     QList<OperationRow> commands = {};
     /// The Comp getters: a list of variants, or an empty one after one line opening with .report.
     QList<OperationRow> comps;
-    /// getValue, getString and getValueComp, and any .commands, invoked by name.
+    /// Slots invoked by name (invokedByName()), each giving what its direct call gives.
     QList<OperationRow> byName;
     /// Class names qt_metacast must not take for this class.
     QList<const char *> otherClasses;
