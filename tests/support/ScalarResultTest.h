@@ -62,10 +62,10 @@ QList<OperationRow> compRows(const QList<const char *> &reportedAs)
         {.operation = "getMaxStringComp", .run = onProxy(&P::getMaxStringComp)},
     };
     // clang-format on
-    Q_ASSERT(reportedAs.size() == rows.size());
+    // A list too short leaves the later rows without a name, and their report rows fail.
     for (int i = 0; i < rows.size(); ++i) {
         rows[i].report = QStringLiteral("\"%1::\" %2(): ")
-                             .arg(QLatin1String(P::staticMetaObject.className()), QLatin1String(reportedAs.at(i)));
+                             .arg(QLatin1String(P::staticMetaObject.className()), QLatin1String(reportedAs.value(i)));
     }
     return rows;
 }
