@@ -30,7 +30,7 @@ const ScalarResultClass resultBool{
     .path = QStringLiteral("/Result/Overload"),
     .make = factoryOf<P>(),
     .getters = getters,
-    .commands = minMaxCommandRows<P>(),
+    .commands = minMaxCommandRows<P>(), // resetMinMaxValues, stopMinMaxEval, continueMinMaxEval
     // Each Comp getter reports under its own name.
     .comps = compRows<P>({"getValueComp", "getMinValueComp", "getMaxValueComp", "getStringComp", "getMinStringComp",
                           "getMaxStringComp"}),

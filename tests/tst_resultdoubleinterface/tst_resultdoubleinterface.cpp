@@ -27,7 +27,7 @@ const ScalarResultClass resultDouble{
     .path = QStringLiteral("/Result/Voltage"),
     .make = factoryOf<P>(),
     .getters = getters,
-    .commands = minMaxCommandRows<P>(),
+    .commands = minMaxCommandRows<P>(), // resetMinMaxValues, stopMinMaxEval, continueMinMaxEval
     // Each Comp getter reports under its own name.
     .comps = compRows<P>({"getValueComp", "getMinValueComp", "getMaxValueComp", "getStringComp", "getMinStringComp",
                           "getMaxStringComp"}),

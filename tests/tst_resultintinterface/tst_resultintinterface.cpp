@@ -31,7 +31,7 @@ const ScalarResultClass resultInt{
     .path = QStringLiteral("/Result/Count"),
     .make = factoryOf<P>(),
     .getters = getters,
-    .commands = minMaxCommandRows<P>(),
+    .commands = minMaxCommandRows<P>(), // resetMinMaxValues, stopMinMaxEval, continueMinMaxEval
     // getMaxValueComp, getStringComp and getMinStringComp report under getMinValueComp's text.
     .comps = compRows<P>({"getValueComp", "getMinValueComp", "getMinValueComp", "getMinValueComp", "getMinValueComp",
                           "getMaxStringComp"}),
