@@ -7,18 +7,10 @@
 #include <QMetaMethod>
 #include <QtTest/QTest>
 
-namespace {
-
-/// The row's lines with @p quotedMessage in place of "%1".
 QList<LogLine> linesOf(const QStringList &lines, const QString &quotedMessage)
 {
-    QStringList texts;
-    for (const QString &line : lines)
-        texts.append(QString(line).replace(QStringLiteral("%1"), quotedMessage));
-    return debugLines(texts);
+    return debugLines(QStringList(lines).replaceInStrings(QStringLiteral("%1"), quotedMessage));
 }
-
-} // namespace
 
 ScalarSetupTest::ScalarSetupTest(ScalarSetupClass tested)
     : ProxyTableTest(tested.className, tested.path, tested.make)
@@ -31,11 +23,9 @@ ScalarSetupTest::~ScalarSetupTest() = default;
 QList<OperationRow> ScalarSetupTest::plainReplies() const
 {
     QList<OperationRow> plain;
-    for (const QList<OperationRow> *rows : {&m_class.replies, &m_class.voidReplies}) {
-        for (const OperationRow &row : *rows) {
-            if (row.logLines.isEmpty())
-                plain.append(row);
-        }
+    for (const OperationRow &row : m_class.replies + m_class.voidReplies) {
+        if (row.logLines.isEmpty())
+            plain.append(row);
     }
     return plain;
 }
@@ -48,10 +38,8 @@ void ScalarSetupTest::holdsNoDataOfItsOwn()
 void ScalarSetupTest::sendsEachOperationWithItsWireForm_data()
 {
     QTest::addColumn<OperationRow>("row");
-    for (const QList<OperationRow> *rows : {&m_class.sent, &m_class.replies, &m_class.voidReplies, &m_class.asyncs}) {
-        for (const OperationRow &row : *rows)
-            QTest::newRow(tag(row, "sent")) << row;
-    }
+    for (const OperationRow &row : m_class.sent + m_class.replies + m_class.voidReplies + m_class.asyncs)
+        QTest::newRow(tag(row, "sent")) << row;
 }
 
 void ScalarSetupTest::sendsEachOperationWithItsWireForm()
@@ -78,10 +66,8 @@ void ScalarSetupTest::mapsEachReply()
 void ScalarSetupTest::givesInvalidRepliesWhenTheServiceIsAbsent_data()
 {
     QTest::addColumn<OperationRow>("row");
-    for (const QList<OperationRow> *rows : {&m_class.replies, &m_class.voidReplies}) {
-        for (const OperationRow &row : *rows)
-            QTest::newRow(tag(row, "absent service")) << row;
-    }
+    for (const OperationRow &row : m_class.replies + m_class.voidReplies)
+        QTest::newRow(tag(row, "absent service")) << row;
 }
 
 void ScalarSetupTest::givesInvalidRepliesWhenTheServiceIsAbsent()
@@ -100,15 +86,6 @@ void ScalarSetupTest::givesInvalidRepliesWhenTheServiceIsAbsent()
     const QString message = seen.error->message();
     QVERIFY(message.contains(absentService()));
     QCOMPARE(log.lines(), linesOf(row.logLines, QLatin1Char('"') + message + QLatin1Char('"')));
-}
-
-void ScalarSetupTest::addCheckedGetterRows()
-{
-    QTest::addColumn<OperationRow>("row");
-    for (const OperationRow &row : m_class.replies) {
-        if (!row.logLines.isEmpty())
-            QTest::newRow(tag(row, "checked")) << row;
-    }
 }
 
 void ScalarSetupTest::checkedGettersLogTheirLinesOnAnErrorReply_data()
@@ -149,7 +126,11 @@ void ScalarSetupTest::checkedGettersLogTheirLinesOnAnErrorReply()
 
 void ScalarSetupTest::checkedGettersLogNothingForAWrongTypedReply_data()
 {
-    addCheckedGetterRows();
+    QTest::addColumn<OperationRow>("row");
+    for (const OperationRow &row : m_class.replies) {
+        if (!row.logLines.isEmpty())
+            QTest::newRow(tag(row, "checked")) << row;
+    }
 }
 
 void ScalarSetupTest::checkedGettersLogNothingForAWrongTypedReply()

@@ -5,6 +5,7 @@
 // ScalarSetupClass and derives from ScalarSetupTest, adding what is the class's own. Row
 // tags name class, operation and case: "SetupIntInterface/getValue/error reply".
 
+#include "LogCapture.h"
 #include "ProxyTableTest.h"
 
 #include <QDBusAbstractInterface>
@@ -27,12 +28,12 @@ struct ScalarSetupClass
     std::size_t size;
     /// Calls checked for their wire form only. Every row of .replies, .voidReplies and .asyncs
     /// is checked for it too: each names the .member, .signature and .arguments it sends.
-    QList<OperationRow> sent;
+    QList<OperationRow> sent = {};
     /// Operations handing back a reply with a value: .answered, .wrongType, .empty; a checked
     /// getter also names the .logLines it writes on failure.
     QList<OperationRow> replies;
     /// Operations handing back QDBusReply<void>; .answered is an answer they must accept.
-    QList<OperationRow> voidReplies;
+    QList<OperationRow> voidReplies = {};
     /// The fire-and-forget operations, with the call each sends.
     QList<OperationRow> asyncs;
     /// A blocking call the application refuses before the asyncs go out.
@@ -42,13 +43,30 @@ struct ScalarSetupClass
     QStringList signalSignatures;
     QStringList returnTypes;
     /// Class names qt_metacast must not take for this class.
-    QList<const char *> otherClasses;
+    QList<const char *> otherClasses = {};
     /// Slots invoked by name: the application answers .answered (or an empty return), the
     /// call goes out with .arguments.
-    QList<OperationRow> byName;
+    QList<OperationRow> byName = {};
     /// Bus signals relayed: .operation is the Qt signal, .member and .arguments the bus signal.
-    QList<OperationRow> signalsRelayed;
+    QList<OperationRow> signalsRelayed = {};
 };
+
+/// setValue(@p value) of a proxy class, as an operation.
+template<typename P, typename T>
+ProxyOperation setValueOf(T value)
+{
+    return onProxy<P>([value](P &p) { return p.setValue(value); });
+}
+
+/// setValueAsync(@p value) of a proxy class, as an operation.
+template<typename P, typename T>
+ProxyOperation setValueAsyncOf(T value)
+{
+    return onProxy<P>([value](P &p) { p.setValueAsync(value); });
+}
+
+/// A checked getter's @p lines with @p quotedMessage in place of "%1", as debug lines.
+QList<LogLine> linesOf(const QStringList &lines, const QString &quotedMessage);
 
 class ScalarSetupTest : public ProxyTableTest
 {
@@ -89,7 +107,6 @@ private Q_SLOTS:
     void relaysItsSignalsOfItsOwnObjectOnly();
 
 private:
-    void addCheckedGetterRows();
     QList<OperationRow> plainReplies() const;
 };
 

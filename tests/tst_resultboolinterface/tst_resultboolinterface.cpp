@@ -8,105 +8,36 @@ namespace {
 
 using P = ResultBoolInterface;
 
-QString opening(const char *operation)
-{
-    return QStringLiteral("\"ResultBoolInterface::\" %1(): ").arg(QLatin1String(operation));
-}
+// clang-format off
+const QList<OperationRow> getters{
+    {.operation = "getLowerLimit", .run = onProxy(&P::getLowerLimit), .answered = false, .wrongType = 0,
+     .empty = false},
+    {.operation = "getUpperLimit", .run = onProxy(&P::getUpperLimit), .answered = true, .wrongType = 1, .empty = false},
+    {.operation = "getValue", .run = onProxy(&P::getValue), .answered = true, .wrongType = QStringLiteral("true"),
+     .empty = false},
+    {.operation = "getString", .run = onProxy(&P::getString), .answered = QStringLiteral("overload"), .wrongType = true,
+     .empty = QString()},
+    {.operation = "getMinValue", .run = onProxy(&P::getMinValue), .answered = true, .wrongType = 1.0, .empty = false},
+    {.operation = "getMinString", .run = onProxy(&P::getMinString), .answered = QStringLiteral("no overload"),
+     .wrongType = false, .empty = QString()},
+    {.operation = "getMaxValue", .run = onProxy(&P::getMaxValue), .answered = true, .wrongType = 1, .empty = false},
+    {.operation = "getMaxString", .run = onProxy(&P::getMaxString), .answered = QStringLiteral("overload"),
+     .wrongType = 1, .empty = QString()},
+};
 
-ScalarResultClass resultBool()
-{
-    return {
-        .className = "ResultBoolInterface",
-        .path = QStringLiteral("/Result/Overload"),
-        .make = factoryOf<P>(),
-        .getters =
-            {
-                {.operation = "getLowerLimit",
-                 .run = onProxy(&P::getLowerLimit),
-                 .answered = false,
-                 .wrongType = 0,
-                 .empty = false},
-                {.operation = "getUpperLimit",
-                 .run = onProxy(&P::getUpperLimit),
-                 .answered = true,
-                 .wrongType = 1,
-                 .empty = false},
-                {.operation = "getValue",
-                 .run = onProxy(&P::getValue),
-                 .answered = true,
-                 .wrongType = QStringLiteral("true"),
-                 .empty = false},
-                {.operation = "getString",
-                 .run = onProxy(&P::getString),
-                 .answered = QStringLiteral("overload"),
-                 .wrongType = true,
-                 .empty = QString()},
-                {.operation = "getMinValue",
-                 .run = onProxy(&P::getMinValue),
-                 .answered = true,
-                 .wrongType = 1.0,
-                 .empty = false},
-                {.operation = "getMinString",
-                 .run = onProxy(&P::getMinString),
-                 .answered = QStringLiteral("no overload"),
-                 .wrongType = false,
-                 .empty = QString()},
-                {.operation = "getMaxValue",
-                 .run = onProxy(&P::getMaxValue),
-                 .answered = true,
-                 .wrongType = 1,
-                 .empty = false},
-                {.operation = "getMaxString",
-                 .run = onProxy(&P::getMaxString),
-                 .answered = QStringLiteral("overload"),
-                 .wrongType = 1,
-                 .empty = QString()},
-            },
-        .commands =
-            {
-                {.operation = "resetMinMaxValues", .run = onProxy(&P::resetMinMaxValues), .answered = 1},
-                {.operation = "stopMinMaxEval", .run = onProxy(&P::stopMinMaxEval), .answered = 1},
-                {.operation = "continueMinMaxEval", .run = onProxy(&P::continueMinMaxEval), .answered = 1},
-            },
-        .comps =
-            {
-                {.operation = "getValueComp", .run = onProxy(&P::getValueComp), .report = opening("getValueComp")},
-                {.operation = "getMinValueComp",
-                 .run = onProxy(&P::getMinValueComp),
-                 .report = opening("getMinValueComp")},
-                {.operation = "getMaxValueComp",
-                 .run = onProxy(&P::getMaxValueComp),
-                 .report = opening("getMaxValueComp")},
-                {.operation = "getStringComp", .run = onProxy(&P::getStringComp), .report = opening("getStringComp")},
-                {.operation = "getMinStringComp",
-                 .run = onProxy(&P::getMinStringComp),
-                 .report = opening("getMinStringComp")},
-                {.operation = "getMaxStringComp",
-                 .run = onProxy(&P::getMaxStringComp),
-                 .report = opening("getMaxStringComp")},
-            },
-        .slotSignatures = {"getLowerLimit()", "getUpperLimit()", "getValue()", "getString()", "getMinValue()",
-                           "getMinString()", "getMaxValue()", "getMaxString()", "resetMinMaxValues()",
-                           "stopMinMaxEval()", "continueMinMaxEval()", "getValueComp()", "getMinValueComp()",
-                           "getMaxValueComp()", "getStringComp()", "getMinStringComp()", "getMaxStringComp()"},
-        .value = true,
-        .text = QStringLiteral("overload"),
-        .escapedReport = QStringLiteral("\"ResultBoolInterface::\" getValueComp():  \"com.velk.mqx.app.fake\"  /  "
-                                        "\"/Result/Overload\"  / Error: \"say \\\"hi\\\" \\\\ bye\""),
-        .byName =
-            {
-                {.operation = "getValue", .run = byName<QDBusReply<bool>>("getValue"), .answered = true},
-                {.operation = "getString",
-                 .run = byName<QDBusReply<QString>>("getString"),
-                 .answered = QStringLiteral("overload")},
-                {.operation = "getValueComp",
-                 .run = byName<QList<QVariant>>("getValueComp"),
-                 .answered = QVariantList{true, QStringLiteral("overload")}},
-                {.operation = "resetMinMaxValues", .run = byName<QDBusReply<void>>("resetMinMaxValues")},
-            },
-        .otherClasses = {"ResultEnumInterface"},
-    };
-}
+const ScalarResultClass resultBool{
+    .className = "ResultBoolInterface",
+    .path = QStringLiteral("/Result/Overload"),
+    .make = factoryOf<P>(),
+    .getters = getters,
+    .commands = minMaxCommandRows<P>(), // resetMinMaxValues, stopMinMaxEval, continueMinMaxEval
+    // Each Comp getter reports under its own name.
+    .comps = compRows<P>({"getValueComp", "getMinValueComp", "getMaxValueComp", "getStringComp", "getMinStringComp",
+                          "getMaxStringComp"}),
+    .byName = invokedByName<QDBusReply<bool>>(true, QStringLiteral("overload"), {"resetMinMaxValues"}),
+    .otherClasses = {"ResultEnumInterface"},
+};
+// clang-format on
 
 } // namespace
 
@@ -116,7 +47,7 @@ class tst_ResultBoolInterface : public ScalarResultTest
 
 public:
     tst_ResultBoolInterface()
-        : ScalarResultTest(resultBool())
+        : ScalarResultTest(resultBool)
     {
     }
 };

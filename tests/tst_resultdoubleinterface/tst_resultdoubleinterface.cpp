@@ -9,91 +9,32 @@ namespace {
 
 using P = ResultDoubleInterface;
 
-QString opening(const char *operation)
-{
-    return QStringLiteral("\"ResultDoubleInterface::\" %1(): ").arg(QLatin1String(operation));
-}
+// clang-format off
+const QList<OperationRow> getters{
+    {.operation = "getLowerLimit", .run = onProxy(&P::getLowerLimit), .answered = -0.5, .wrongType = -1, .empty = 0.0},
+    {.operation = "getUpperLimit", .run = onProxy(&P::getUpperLimit), .answered = 12.75,
+     .wrongType = QStringLiteral("12.75"), .empty = 0.0},
+    {.operation = "getValue", .run = onProxy(&P::getValue), .answered = 3.25, .wrongType = 3, .empty = 0.0},
+    {.operation = "getString", .run = onProxy(&P::getString), .answered = QStringLiteral("3.25 V"), .wrongType = 3.25,
+     .empty = QString()},
+    {.operation = "getMinValue", .run = onProxy(&P::getMinValue), .answered = -0.125, .wrongType = true, .empty = 0.0},
+    {.operation = "getMaxValue", .run = onProxy(&P::getMaxValue), .answered = 11.5, .wrongType = QStringLiteral("11.5"),
+     .empty = 0.0},
+};
 
-ScalarResultClass resultDouble()
-{
-    return {
-        .className = "ResultDoubleInterface",
-        .path = QStringLiteral("/Result/Voltage"),
-        .make = factoryOf<P>(),
-        .getters =
-            {
-                {.operation = "getLowerLimit",
-                 .run = onProxy(&P::getLowerLimit),
-                 .answered = -0.5,
-                 .wrongType = -1,
-                 .empty = 0.0},
-                {.operation = "getUpperLimit",
-                 .run = onProxy(&P::getUpperLimit),
-                 .answered = 12.75,
-                 .wrongType = QStringLiteral("12.75"),
-                 .empty = 0.0},
-                {.operation = "getValue", .run = onProxy(&P::getValue), .answered = 3.25, .wrongType = 3, .empty = 0.0},
-                {.operation = "getString",
-                 .run = onProxy(&P::getString),
-                 .answered = QStringLiteral("3.25 V"),
-                 .wrongType = 3.25,
-                 .empty = QString()},
-                {.operation = "getMinValue",
-                 .run = onProxy(&P::getMinValue),
-                 .answered = -0.125,
-                 .wrongType = true,
-                 .empty = 0.0},
-                {.operation = "getMaxValue",
-                 .run = onProxy(&P::getMaxValue),
-                 .answered = 11.5,
-                 .wrongType = QStringLiteral("11.5"),
-                 .empty = 0.0},
-            },
-        .commands =
-            {
-                {.operation = "resetMinMaxValues", .run = onProxy(&P::resetMinMaxValues), .answered = 1},
-                {.operation = "stopMinMaxEval", .run = onProxy(&P::stopMinMaxEval), .answered = 1},
-                {.operation = "continueMinMaxEval", .run = onProxy(&P::continueMinMaxEval), .answered = 1},
-            },
-        .comps =
-            {
-                {.operation = "getValueComp", .run = onProxy(&P::getValueComp), .report = opening("getValueComp")},
-                {.operation = "getMinValueComp",
-                 .run = onProxy(&P::getMinValueComp),
-                 .report = opening("getMinValueComp")},
-                {.operation = "getMaxValueComp",
-                 .run = onProxy(&P::getMaxValueComp),
-                 .report = opening("getMaxValueComp")},
-                {.operation = "getStringComp", .run = onProxy(&P::getStringComp), .report = opening("getStringComp")},
-                {.operation = "getMinStringComp",
-                 .run = onProxy(&P::getMinStringComp),
-                 .report = opening("getMinStringComp")},
-                {.operation = "getMaxStringComp",
-                 .run = onProxy(&P::getMaxStringComp),
-                 .report = opening("getMaxStringComp")},
-            },
-        .slotSignatures = {"getLowerLimit()", "getUpperLimit()", "getValue()", "getString()", "getMinValue()",
-                           "getMaxValue()", "resetMinMaxValues()", "stopMinMaxEval()", "continueMinMaxEval()",
-                           "getValueComp()", "getMinValueComp()", "getMaxValueComp()", "getStringComp()",
-                           "getMinStringComp()", "getMaxStringComp()"},
-        .value = 3.25,
-        .text = QStringLiteral("3.25 V"),
-        .escapedReport = QStringLiteral("\"ResultDoubleInterface::\" getValueComp():  \"com.velk.mqx.app.fake\"  /  "
-                                        "\"/Result/Voltage\"  / Error: \"say \\\"hi\\\" \\\\ bye\""),
-        .byName =
-            {
-                {.operation = "getValue", .run = byName<QDBusReply<double>>("getValue"), .answered = 3.25},
-                {.operation = "getString",
-                 .run = byName<QDBusReply<QString>>("getString"),
-                 .answered = QStringLiteral("3.25 V")},
-                {.operation = "getValueComp",
-                 .run = byName<QList<QVariant>>("getValueComp"),
-                 .answered = QVariantList{3.25, QStringLiteral("3.25 V")}},
-                {.operation = "resetMinMaxValues", .run = byName<QDBusReply<void>>("resetMinMaxValues")},
-            },
-        .otherClasses = {"ResultIntInterface"},
-    };
-}
+const ScalarResultClass resultDouble{
+    .className = "ResultDoubleInterface",
+    .path = QStringLiteral("/Result/Voltage"),
+    .make = factoryOf<P>(),
+    .getters = getters,
+    .commands = minMaxCommandRows<P>(), // resetMinMaxValues, stopMinMaxEval, continueMinMaxEval
+    // Each Comp getter reports under its own name.
+    .comps = compRows<P>({"getValueComp", "getMinValueComp", "getMaxValueComp", "getStringComp", "getMinStringComp",
+                          "getMaxStringComp"}),
+    .byName = invokedByName<QDBusReply<double>>(3.25, QStringLiteral("3.25 V"), {"resetMinMaxValues"}),
+    .otherClasses = {"ResultIntInterface"},
+};
+// clang-format on
 
 } // namespace
 
@@ -103,7 +44,7 @@ class tst_ResultDoubleInterface : public ScalarResultTest
 
 public:
     tst_ResultDoubleInterface()
-        : ScalarResultTest(resultDouble())
+        : ScalarResultTest(resultDouble)
     {
     }
 

@@ -9,58 +9,28 @@ namespace {
 
 using P = ResultEnumInterface;
 
-ScalarResultClass resultEnum()
-{
-    return {
-        .className = "ResultEnumInterface",
-        .path = QStringLiteral("/Result/Range"),
-        .make = factoryOf<P>(),
-        .getters =
-            {
-                {.operation = "getValue",
-                 .run = onProxy(&P::getValue),
-                 .answered = 2,
-                 .wrongType = QStringLiteral("2"),
-                 .empty = 0},
-                {.operation = "getString",
-                 .run = onProxy(&P::getString),
-                 .answered = QStringLiteral("Range 2"),
-                 .wrongType = 2,
-                 .empty = QString()},
-                {.operation = "getMinValue",
-                 .run = onProxy(&P::getMinValue),
-                 .answered = 1,
-                 .wrongType = true,
-                 .empty = 0},
-                {.operation = "getMaxValue",
-                 .run = onProxy(&P::getMaxValue),
-                 .answered = 3,
-                 .wrongType = 3.0,
-                 .empty = 0},
-            },
-        .commands = {},
-        // The report opens with the bare literal, without the quoted class prefix.
-        .comps = {{.operation = "getValueComp",
-                   .run = onProxy(&P::getValueComp),
-                   .report = QStringLiteral("ResultEnumInterface::getValueComp(): ")}},
-        .slotSignatures = {"getValue()", "getString()", "getMinValue()", "getMaxValue()", "getValueComp()"},
-        .value = 2,
-        .text = QStringLiteral("Range 2"),
-        .escapedReport = QStringLiteral("ResultEnumInterface::getValueComp():  \"com.velk.mqx.app.fake\"  /  "
-                                        "\"/Result/Range\"  / Error: \"say \\\"hi\\\" \\\\ bye\""),
-        .byName =
-            {
-                {.operation = "getValue", .run = byName<QDBusReply<int>>("getValue"), .answered = 2},
-                {.operation = "getString",
-                 .run = byName<QDBusReply<QString>>("getString"),
-                 .answered = QStringLiteral("Range 2")},
-                {.operation = "getValueComp",
-                 .run = byName<QList<QVariant>>("getValueComp"),
-                 .answered = QVariantList{2, QStringLiteral("Range 2")}},
-            },
-        .otherClasses = {"ResultBoolInterface"},
-    };
-}
+// clang-format off
+const QList<OperationRow> getters{
+    {.operation = "getValue", .run = onProxy(&P::getValue), .answered = 2, .wrongType = QStringLiteral("2"),
+     .empty = 0},
+    {.operation = "getString", .run = onProxy(&P::getString), .answered = QStringLiteral("Range 2"), .wrongType = 2,
+     .empty = QString()},
+    {.operation = "getMinValue", .run = onProxy(&P::getMinValue), .answered = 1, .wrongType = true, .empty = 0},
+    {.operation = "getMaxValue", .run = onProxy(&P::getMaxValue), .answered = 3, .wrongType = 3.0, .empty = 0},
+};
+
+const ScalarResultClass resultEnum{
+    .className = "ResultEnumInterface",
+    .path = QStringLiteral("/Result/Range"),
+    .make = factoryOf<P>(),
+    .getters = getters,
+    // The report opens with the bare literal, without the quoted class prefix.
+    .comps = {{.operation = "getValueComp", .run = onProxy(&P::getValueComp),
+               .report = QStringLiteral("ResultEnumInterface::getValueComp(): ")}},
+    .byName = invokedByName<QDBusReply<int>>(2, QStringLiteral("Range 2")),
+    .otherClasses = {"ResultBoolInterface"},
+};
+// clang-format on
 
 } // namespace
 
@@ -70,7 +40,7 @@ class tst_ResultEnumInterface : public ScalarResultTest
 
 public:
     tst_ResultEnumInterface()
-        : ScalarResultTest(resultEnum())
+        : ScalarResultTest(resultEnum)
     {
     }
 

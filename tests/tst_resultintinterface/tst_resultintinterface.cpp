@@ -9,94 +9,39 @@ namespace {
 
 using P = ResultIntInterface;
 
-ScalarResultClass resultInt()
-{
-    // Three Comp getters report under getMinValueComp's text while calling their own member.
-    const QString minValueComp = QStringLiteral("\"ResultIntInterface::\" getMinValueComp(): ");
-    return {
-        .className = "ResultIntInterface",
-        .path = QStringLiteral("/Result/Count"),
-        .make = factoryOf<P>(),
-        .getters =
-            {
-                {.operation = "getLowerLimit",
-                 .run = onProxy(&P::getLowerLimit),
-                 .answered = -100,
-                 .wrongType = QStringLiteral("-100"),
-                 .empty = 0},
-                {.operation = "getUpperLimit",
-                 .run = onProxy(&P::getUpperLimit),
-                 .answered = 100,
-                 .wrongType = 100.0,
-                 .empty = 0},
-                {.operation = "getValue", .run = onProxy(&P::getValue), .answered = 42, .wrongType = true, .empty = 0},
-                {.operation = "getString",
-                 .run = onProxy(&P::getString),
-                 .answered = QStringLiteral("42 counts"),
-                 .wrongType = 42,
-                 .empty = QString()},
-                {.operation = "getMinValue",
-                 .run = onProxy(&P::getMinValue),
-                 .answered = -7,
-                 .wrongType = QStringLiteral("-7"),
-                 .empty = 0},
-                {.operation = "getMinString",
-                 .run = onProxy(&P::getMinString),
-                 .answered = QStringLiteral("-7 counts"),
-                 .wrongType = -7,
-                 .empty = QString()},
-                {.operation = "getMaxValue",
-                 .run = onProxy(&P::getMaxValue),
-                 .answered = 99,
-                 .wrongType = 99.0,
-                 .empty = 0},
-                {.operation = "getMaxString",
-                 .run = onProxy(&P::getMaxString),
-                 .answered = QStringLiteral("99 counts"),
-                 .wrongType = true,
-                 .empty = QString()},
-            },
-        .commands =
-            {
-                {.operation = "resetMinMaxValues", .run = onProxy(&P::resetMinMaxValues), .answered = 1},
-                {.operation = "stopMinMaxEval", .run = onProxy(&P::stopMinMaxEval), .answered = 1},
-                {.operation = "continueMinMaxEval", .run = onProxy(&P::continueMinMaxEval), .answered = 1},
-            },
-        .comps =
-            {
-                {.operation = "getValueComp",
-                 .run = onProxy(&P::getValueComp),
-                 .report = QStringLiteral("\"ResultIntInterface::\" getValueComp(): ")},
-                {.operation = "getMinValueComp", .run = onProxy(&P::getMinValueComp), .report = minValueComp},
-                {.operation = "getMaxValueComp", .run = onProxy(&P::getMaxValueComp), .report = minValueComp},
-                {.operation = "getStringComp", .run = onProxy(&P::getStringComp), .report = minValueComp},
-                {.operation = "getMinStringComp", .run = onProxy(&P::getMinStringComp), .report = minValueComp},
-                {.operation = "getMaxStringComp",
-                 .run = onProxy(&P::getMaxStringComp),
-                 .report = QStringLiteral("\"ResultIntInterface::\" getMaxStringComp(): ")},
-            },
-        .slotSignatures = {"getLowerLimit()", "getUpperLimit()", "getValue()", "getString()", "getMinValue()",
-                           "getMinString()", "getMaxValue()", "getMaxString()", "resetMinMaxValues()",
-                           "stopMinMaxEval()", "continueMinMaxEval()", "getValueComp()", "getMinValueComp()",
-                           "getMaxValueComp()", "getStringComp()", "getMinStringComp()", "getMaxStringComp()"},
-        .value = 42,
-        .text = QStringLiteral("42 counts"),
-        .escapedReport = QStringLiteral("\"ResultIntInterface::\" getValueComp():  \"com.velk.mqx.app.fake\"  /  "
-                                        "\"/Result/Count\"  / Error: \"say \\\"hi\\\" \\\\ bye\""),
-        .byName =
-            {
-                {.operation = "getValue", .run = byName<QDBusReply<int>>("getValue"), .answered = 42},
-                {.operation = "getString",
-                 .run = byName<QDBusReply<QString>>("getString"),
-                 .answered = QStringLiteral("42 counts")},
-                {.operation = "getValueComp",
-                 .run = byName<QList<QVariant>>("getValueComp"),
-                 .answered = QVariantList{42, QStringLiteral("42 counts")}},
-                {.operation = "resetMinMaxValues", .run = byName<QDBusReply<void>>("resetMinMaxValues")},
-            },
-        .otherClasses = {"ResultDoubleInterface"},
-    };
-}
+// clang-format off
+const QList<OperationRow> getters{
+    {.operation = "getLowerLimit", .run = onProxy(&P::getLowerLimit), .answered = -100,
+     .wrongType = QStringLiteral("-100"), .empty = 0},
+    {.operation = "getUpperLimit", .run = onProxy(&P::getUpperLimit), .answered = 100, .wrongType = 100.0, .empty = 0},
+    {.operation = "getValue", .run = onProxy(&P::getValue), .answered = 42, .wrongType = true, .empty = 0},
+    {.operation = "getString", .run = onProxy(&P::getString), .answered = QStringLiteral("42 counts"), .wrongType = 42,
+     .empty = QString()},
+    {.operation = "getMinValue", .run = onProxy(&P::getMinValue), .answered = -7, .wrongType = QStringLiteral("-7"),
+     .empty = 0},
+    {.operation = "getMinString", .run = onProxy(&P::getMinString), .answered = QStringLiteral("-7 counts"),
+     .wrongType = -7, .empty = QString()},
+    {.operation = "getMaxValue", .run = onProxy(&P::getMaxValue), .answered = 99, .wrongType = 99.0, .empty = 0},
+    {.operation = "getMaxString", .run = onProxy(&P::getMaxString), .answered = QStringLiteral("99 counts"),
+     .wrongType = true, .empty = QString()},
+};
+
+const ScalarResultClass resultInt{
+    .className = "ResultIntInterface",
+    .path = QStringLiteral("/Result/Count"),
+    .make = factoryOf<P>(),
+    .getters = getters,
+    .commands = minMaxCommandRows<P>(), // resetMinMaxValues, stopMinMaxEval, continueMinMaxEval
+    // getMaxValueComp, getStringComp and getMinStringComp report under getMinValueComp's text.
+    .comps = compRows<P>({"getValueComp", "getMinValueComp", "getMinValueComp", "getMinValueComp", "getMinValueComp",
+                          "getMaxStringComp"}),
+    .byName = invokedByName<QDBusReply<int>>(42, QStringLiteral("42 counts"), {"resetMinMaxValues"}),
+    .otherClasses = {"ResultDoubleInterface"},
+};
+// clang-format on
+
+const QString minValueCompLine = QStringLiteral(
+    "\"ResultIntInterface::\" getMinValueComp():  \"com.velk.mqx.app.fake\"  /  \"/Result/Count\"  / Error: \"%1\"");
 
 } // namespace
 
@@ -106,7 +51,7 @@ class tst_ResultIntInterface : public ScalarResultTest
 
 public:
     tst_ResultIntInterface()
-        : ScalarResultTest(resultInt())
+        : ScalarResultTest(resultInt)
     {
     }
 
@@ -118,8 +63,7 @@ private Q_SLOTS:
 void tst_ResultIntInterface::failingStringCompReportsUnderMinValueCompTextButCallsItsOwnMember()
 {
     verifyOneReportLine(onProxy(&P::getStringComp), "getStringComp", QStringLiteral("no text"),
-                        "\"ResultIntInterface::\" getMinValueComp():  \"com.velk.mqx.app.fake\"  /  \"/Result/Count\" "
-                        " / Error: \"no text\"");
+                        minValueCompLine.arg("no text"));
 }
 
 void tst_ResultIntInterface::failingMaxValueCompAndMinStringCompReportUnderMinValueCompText()
@@ -134,11 +78,7 @@ void tst_ResultIntInterface::failingMaxValueCompAndMinStringCompReportUnderMinVa
     QVERIFY(m_fake->waitForCalls(2));
     QCOMPARE(m_fake->calls().at(0).member, QStringLiteral("getMaxValueComp"));
     QCOMPARE(m_fake->calls().at(1).member, QStringLiteral("getMinStringComp"));
-    QCOMPARE(log.lines(),
-             debugLines({"\"ResultIntInterface::\" getMinValueComp():  \"com.velk.mqx.app.fake\"  /  \"/Result/Count\" "
-                         " / Error: \"no maximum\"",
-                         "\"ResultIntInterface::\" getMinValueComp():  \"com.velk.mqx.app.fake\"  /  \"/Result/Count\" "
-                         " / Error: \"no minimum\""}));
+    QCOMPARE(log.lines(), debugLines({minValueCompLine.arg("no maximum"), minValueCompLine.arg("no minimum")}));
 }
 
 QTEST_GUILESS_MAIN(tst_ResultIntInterface)

@@ -8,92 +8,56 @@ namespace {
 
 using P = SetupIntInterface;
 
-ScalarSetupClass setupInt()
-{
-    return {
-        .className = "SetupIntInterface",
-        .path = QStringLiteral("/Setup/Gain"),
-        .make = factoryOf<P>(),
-        .size = sizeof(P),
-        .sent = {},
-        .replies =
-            {
-                {.operation = "setValue",
-                 .run = onProxy<P>([](P &p) { return p.setValue(5); }),
-                 .signature = "i",
-                 .arguments = {5},
-                 .answered = true,
-                 .wrongType = 1,
-                 .empty = false},
-                {.operation = "getValue",
-                 .run = onProxy(&P::getValue),
-                 .answered = 42,
-                 .wrongType = QStringLiteral("forty-two"),
-                 .empty = 0,
-                 .logLines = {"SetupIntInterface::getValue() Error!  %1",
+// clang-format off
+const QList<OperationRow> replies{
+    {.operation = "setValue", .run = setValueOf<P>(5), .signature = "i", .arguments = {5}, .answered = true,
+     .wrongType = 1, .empty = false},
+    {.operation = "getValue", .run = onProxy(&P::getValue), .answered = 42, .wrongType = QStringLiteral("forty-two"),
+     .empty = 0, .logLines = {"SetupIntInterface::getValue() Error!  %1",
                               "SetupIntInterface::getValue() Interface  \"com.velk.mqx.MeasApplInterface\"",
                               "SetupIntInterface::getValue() Path  \"/Setup/Gain\""}},
-                {.operation = "getString",
-                 .run = onProxy(&P::getString),
-                 .answered = QStringLiteral("42 dB"),
-                 .wrongType = 42,
-                 .empty = QString(),
-                 .logLines = {"SetupIntInterface::getString() Error!  %1"}},
-                {.operation = "getMinValue",
-                 .run = onProxy(&P::getMinValue),
-                 .answered = -10,
-                 .wrongType = 2.5,
-                 .empty = 0},
-                {.operation = "getMaxValue",
-                 .run = onProxy(&P::getMaxValue),
-                 .answered = 90,
-                 .wrongType = true,
-                 .empty = 0},
-                {.operation = "getGranularity",
-                 .run = onProxy(&P::getGranularity),
-                 .answered = 5,
-                 .wrongType = 5.0,
-                 .empty = 0},
-                {.operation = "isChangeable",
-                 .run = onProxy(&P::isChangeable),
-                 .answered = true,
-                 .wrongType = 1,
-                 .empty = false},
-            },
-        .voidReplies = {{.operation = "setToDefault", .run = onProxy(&P::setToDefault), .answered = 3}},
-        .asyncs =
-            {
-                {.operation = "setValueAsync",
-                 .run = onProxy<P>([](P &p) { p.setValueAsync(9); }),
-                 .member = "setValue",
-                 .signature = "i",
-                 .arguments = {9}},
-                {.operation = "setToDefaultAsync", .run = onProxy(&P::setToDefaultAsync), .member = "setToDefault"},
-            },
-        .failingCall = {.operation = "getMinValue", .run = onProxy(&P::getMinValue)},
-        .methods = {"setupChanged(int)", "setValue(int)", "setValueAsync(int)", "getValue()", "getString()",
-                    "getMinValue()", "getMaxValue()", "getGranularity()", "isChangeable()", "setToDefault()",
-                    "setToDefaultAsync()"},
-        .signalSignatures = {"setupChanged(int)"},
-        .returnTypes = {"void", "QDBusReply<bool>", "void", "QDBusReply<int>", "QDBusReply<QString>", "QDBusReply<int>",
-                        "QDBusReply<int>", "QDBusReply<int>", "QDBusReply<bool>", "QDBusReply<void>", "void"},
-        .otherClasses = {"SetupDoubleInterface"},
-        .byName =
-            {
-                {.operation = "getValue", .run = byName<QDBusReply<int>>("getValue"), .answered = 17},
-                {.operation = "getString",
-                 .run = byName<QDBusReply<QString>>("getString"),
-                 .answered = QStringLiteral("17 dB")},
-                {.operation = "setValue",
-                 .run = byName<QDBusReply<bool>>("setValue(int)", 4),
-                 .signature = "i",
-                 .arguments = {4},
-                 .answered = true},
-                {.operation = "setToDefaultAsync", .run = byName<void>("setToDefaultAsync"), .member = "setToDefault"},
-            },
-        .signalsRelayed = {{.operation = "setupChanged(int)", .member = "setupChanged", .arguments = {12}}},
-    };
-}
+    {.operation = "getString", .run = onProxy(&P::getString), .answered = QStringLiteral("42 dB"), .wrongType = 42,
+     .empty = QString(), .logLines = {"SetupIntInterface::getString() Error!  %1"}},
+    {.operation = "getMinValue", .run = onProxy(&P::getMinValue), .answered = -10, .wrongType = 2.5, .empty = 0},
+    {.operation = "getMaxValue", .run = onProxy(&P::getMaxValue), .answered = 90, .wrongType = true, .empty = 0},
+    {.operation = "getGranularity", .run = onProxy(&P::getGranularity), .answered = 5, .wrongType = 5.0, .empty = 0},
+    {.operation = "isChangeable", .run = onProxy(&P::isChangeable), .answered = true, .wrongType = 1, .empty = false},
+};
+
+const QList<OperationRow> asyncs{
+    {.operation = "setValueAsync", .run = setValueAsyncOf<P>(9), .member = "setValue", .signature = "i",
+     .arguments = {9}},
+    {.operation = "setToDefaultAsync", .run = onProxy(&P::setToDefaultAsync), .member = "setToDefault"},
+};
+
+const QList<OperationRow> invokedByName{
+    {.operation = "getValue", .run = byName<QDBusReply<int>>("getValue"), .answered = 17},
+    {.operation = "getString", .run = byName<QDBusReply<QString>>("getString"), .answered = QStringLiteral("17 dB")},
+    {.operation = "setValue", .run = byName<QDBusReply<bool>>("setValue(int)", 4), .signature = "i", .arguments = {4},
+     .answered = true},
+    {.operation = "setToDefaultAsync", .run = byName<void>("setToDefaultAsync"), .member = "setToDefault"},
+};
+
+const ScalarSetupClass setupInt{
+    .className = "SetupIntInterface",
+    .path = QStringLiteral("/Setup/Gain"),
+    .make = factoryOf<P>(),
+    .size = sizeof(P),
+    .replies = replies,
+    .voidReplies = {{.operation = "setToDefault", .run = onProxy(&P::setToDefault), .answered = 3}},
+    .asyncs = asyncs,
+    .failingCall = {.operation = "getMinValue", .run = onProxy(&P::getMinValue)},
+    .methods = {"setupChanged(int)", "setValue(int)", "setValueAsync(int)", "getValue()", "getString()",
+                "getMinValue()", "getMaxValue()", "getGranularity()", "isChangeable()", "setToDefault()",
+                "setToDefaultAsync()"},
+    .signalSignatures = {"setupChanged(int)"},
+    .returnTypes = {"void", "QDBusReply<bool>", "void", "QDBusReply<int>", "QDBusReply<QString>", "QDBusReply<int>",
+                    "QDBusReply<int>", "QDBusReply<int>", "QDBusReply<bool>", "QDBusReply<void>", "void"},
+    .otherClasses = {"SetupDoubleInterface"},
+    .byName = invokedByName,
+    .signalsRelayed = {{.operation = "setupChanged(int)", .member = "setupChanged", .arguments = {12}}},
+};
+// clang-format on
 
 } // namespace
 
@@ -103,7 +67,7 @@ class tst_SetupIntInterface : public ScalarSetupTest
 
 public:
     tst_SetupIntInterface()
-        : ScalarSetupTest(setupInt())
+        : ScalarSetupTest(setupInt)
     {
     }
 };
