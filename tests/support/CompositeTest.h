@@ -125,7 +125,7 @@ void addByNameRows(const char *className, const QList<OperationRow> &invoked, co
 /// The row's slot invoked by name sends the row's call and gives what the direct call gives.
 void verifyByNameRow(FakeMeasApplication &fake, QDBusAbstractInterface &proxy);
 
-/// @p value is a structured value that QtDBus left as a QDBusArgument, reading as @p wire (WireText.h).
+/// @p value is a structured value that QtDBus left as a QDBusArgument, reading as @p wire (wireText()).
 void verifyLeftAsArgument(const QVariant &value, const QString &wire);
 
 /// A row per relayed signal: .operation is the Qt signal's signature, named as the bus
