@@ -87,10 +87,14 @@ const QList<OperationRow> checkedGetters{
      .answered = QStringLiteral("2.5 V"), .wrongType = 42, .empty = QString(), .report = report,
      .typeError = "Unexpected reply signature: got \"i\" (int), expected \"s\" (QString)"},
 };
+const QList<LoggedError> errors{
+    {"error", "no device data", "\"no device data\""},
+    {"error with quotes", "say \"hi\"", "\"say \\\"hi\\\"\""},
+};
 // Unlike the checked getters of the integer and text proxies, these judge the reply itself,
 // so a well-formed answer of the wrong type is reported too.
 const QList<OperationRow> refused{
-    {.operation = "getValue text", .run = getValue, .member = "getValue", .wrongType = QStringLiteral("42"),
+    {.operation = "getValue plain string", .run = getValue, .member = "getValue", .wrongType = QStringLiteral("42"),
      .empty = QVariant(), .report = report,
      .typeError = "Unexpected reply signature: got \"s\" (QString), expected \"v\" (QDBusVariant)"},
     {.operation = "getString wrapped", .run = getString, .member = "getString",
@@ -188,10 +192,7 @@ void tst_SetupDevDataInterface::mapsEachAnswerWithoutLogging()
 
 void tst_SetupDevDataInterface::checkedGettersGiveTheAnswerOrEmptyAfterOneLine_data()
 {
-    addCheckedGetterRows(
-        m_className, path, checkedGetters,
-        {{"error", "no device data", "\"no device data\""}, {"error with quotes", "say \"hi\"", "\"say \\\"hi\\\"\""}},
-        refused);
+    addCheckedGetterRows(m_className, path, checkedGetters, errors, refused);
 }
 
 void tst_SetupDevDataInterface::checkedGettersGiveTheAnswerOrEmptyAfterOneLine()
