@@ -11,4 +11,4 @@ build=${BUILD_DIR:-build/hostile}
 cmake --build "$build" -j "$(nproc)" --target tst_hostilereplies
 export DBUSINTERFACES_HOSTILE_CASES=${1:-200000}
 [ -n "${2:-}" ] && export DBUSINTERFACES_HOSTILE_SEED=$2
-dbus-run-session --config-file=tests/session-bus.conf -- "$build/tests/tst_hostilereplies"
+dbus-run-session --config-file=tests/session-bus.conf -- "$build/tests/robustness/tst_hostilereplies"

@@ -12,4 +12,4 @@ cmake --build "$build" -j "$(nproc)" --target tst_soak
 export DBUSINTERFACES_SOAK_CALLS=${DBUSINTERFACES_SOAK_CALLS:-100000}
 export DBUSINTERFACES_SOAK_SIGNALS=${DBUSINTERFACES_SOAK_SIGNALS:-100000}
 export DBUSINTERFACES_SOAK_PROXIES=${DBUSINTERFACES_SOAK_PROXIES:-10000}
-dbus-run-session --config-file=tests/session-bus.conf -- "$build/tests/tst_soak" -maxwarnings 0
+dbus-run-session --config-file=tests/session-bus.conf -- "$build/tests/robustness/tst_soak" -maxwarnings 0
