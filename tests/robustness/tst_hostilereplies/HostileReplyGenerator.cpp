@@ -10,6 +10,7 @@
 #include <QTimeZone>
 
 #include <limits>
+#include <utility>
 
 namespace {
 
@@ -217,18 +218,24 @@ GeneratedValue HostileReplyGenerator::variantOf(const GeneratedValue &inner)
     return generated;
 }
 
+QList<GeneratedValue> HostileReplyGenerator::containerElements(int depth, int maxDepth)
+{
+    QList<GeneratedValue> elements;
+    const int size = count();
+    // Large containers stay flat: the size is what they try.
+    for (int i = 0; i < size; ++i)
+        elements.append(size > 4 ? basicValue() : anyValue(depth, maxDepth));
+    return elements;
+}
+
 GeneratedValue HostileReplyGenerator::arrayOfVariants(int depth, int maxDepth)
 {
     GeneratedValue generated;
     generated.signature = QStringLiteral("av");
+    generated.elements = containerElements(depth + 2, maxDepth);
     QVariantList list;
-    const int size = count();
-    for (int i = 0; i < size; ++i) {
-        // Large arrays stay flat: the size is what they try.
-        const GeneratedValue element = size > 4 ? basicValue() : anyValue(depth + 2, maxDepth);
+    for (const GeneratedValue &element : std::as_const(generated.elements))
         list.append(element.value);
-        generated.elements.append(element);
-    }
     generated.value = list;
     return generated;
 }
@@ -237,14 +244,12 @@ GeneratedValue HostileReplyGenerator::dictionary(int depth, int maxDepth)
 {
     GeneratedValue generated;
     generated.signature = QStringLiteral("a{sv}");
+    generated.elements = containerElements(depth + 3, maxDepth);
     RepeatedKeys entries;
-    const int size = count();
-    for (int i = 0; i < size; ++i) {
+    for (int i = 0; i < generated.elements.size(); ++i) {
         const QString key = chance(30) ? QStringLiteral("k") : QStringLiteral("k%1").arg(i);
-        const GeneratedValue value = size > 4 ? basicValue() : anyValue(depth + 3, maxDepth);
-        entries.entries.append({key, value.value});
+        entries.entries.append({key, generated.elements.at(i).value});
         generated.keys.append(key);
-        generated.elements.append(value);
     }
     generated.value = QVariant::fromValue(entries);
     return generated;
