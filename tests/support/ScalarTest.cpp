@@ -53,16 +53,6 @@ ScalarTest::ScalarTest(ScalarClass tested)
 
 ScalarTest::~ScalarTest() = default;
 
-QList<OperationRow> ScalarTest::plainReplies() const
-{
-    QList<OperationRow> plain;
-    for (const OperationRow &row : m_class.replies + m_class.voidReplies) {
-        if (row.logLines.isEmpty())
-            plain.append(row);
-    }
-    return plain;
-}
-
 QList<LogLine> ScalarTest::failureLines(const OperationRow &row, const QString &service, const QString &message) const
 {
     const QStringList report{reportLine(row.report, service, m_path, message)};
@@ -197,7 +187,11 @@ void ScalarTest::checkedGettersLogNothingForAWrongTypedReply()
 
 void ScalarTest::plainOperationsLogNothingOnAnErrorReply()
 {
-    const QList<OperationRow> plain = plainReplies();
+    QList<OperationRow> plain;
+    for (const OperationRow &row : m_class.replies + m_class.voidReplies) {
+        if (row.logLines.isEmpty())
+            plain.append(row);
+    }
     LogCapture log;
     for (const OperationRow &row : plain)
         m_fake->answer(row.wireMember(), ScriptedAnswer::error(failedErrorName(), QStringLiteral("refused")));

@@ -173,8 +173,6 @@ private Q_SLOTS:
     void relaysItsSignalsOfItsOwnObjectOnly();
 
 private:
-    /// The blocking operations that log nothing of a failure.
-    QList<OperationRow> plainReplies() const;
     /// The lines the row's operation logs when its call to @p service fails with @p message.
     QList<LogLine> failureLines(const OperationRow &row, const QString &service, const QString &message) const;
 };
