@@ -2,7 +2,8 @@
 #define TESTS_PROXYTABLETEST_H
 
 // What the family tests share: a fresh fake application and a proxy on it for each test
-// function, made by the class's factory, and row tags that name class, operation and case.
+// function, made by the class's factory, row tags that name class, operation and case, and
+// the check of a slot invoked by name.
 
 #include "FakeMeasApplication.h"
 #include "ProxyTestSupport.h"

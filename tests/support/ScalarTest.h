@@ -37,7 +37,8 @@ struct ScalarClass
     OperationRow failingCall = {.operation = ""};
     /// The Comp getters: a list of variants, or an empty one after one line opening with .report.
     QList<OperationRow> comps = {};
-    /// Comp getters (by name) with the line each logs on an error reply written out whole in .logLines.
+    /// Comp getters, named only, each with the line it logs on an error reply written out whole
+    /// in .logLines; they are checked as the checked getters are.
     QList<OperationRow> compLines = {};
     /// The class's own signals and slots in declaration order, and the return types of all of
     /// them; without .slotSignatures the slots are the operations of .replies, .voidReplies and
