@@ -1,6 +1,6 @@
 #include "ResultBoolInterface.h"
 
-#include "ScalarResultTest.h"
+#include "ScalarTest.h"
 
 #include <QtTest/QTest>
 
@@ -8,8 +8,11 @@ namespace {
 
 using P = ResultBoolInterface;
 
+const QString valueCompLine = QStringLiteral(
+    "\"ResultBoolInterface::\" getValueComp():  \"com.velk.mqx.app.fake\"  /  \"/Result/Overload\"  / Error: %1");
+
 // clang-format off
-const QList<OperationRow> getters{
+const QList<OperationRow> replies{
     {.operation = "getLowerLimit", .run = onProxy(&P::getLowerLimit), .answered = false, .wrongType = 0,
      .empty = false},
     {.operation = "getUpperLimit", .run = onProxy(&P::getUpperLimit), .answered = true, .wrongType = 1, .empty = false},
@@ -25,29 +28,30 @@ const QList<OperationRow> getters{
      .wrongType = 1, .empty = QString()},
 };
 
-const ScalarResultClass resultBool{
+const ScalarClass resultBool{
     .className = "ResultBoolInterface",
     .path = QStringLiteral("/Result/Overload"),
     .make = factoryOf<P>(),
-    .getters = getters,
-    .commands = minMaxCommandRows<P>(), // resetMinMaxValues, stopMinMaxEval, continueMinMaxEval
+    .replies = replies,
+    .voidReplies = minMaxCommandRows<P>(), // resetMinMaxValues, stopMinMaxEval, continueMinMaxEval
     // Each Comp getter reports under its own name.
     .comps = compRows<P>({"getValueComp", "getMinValueComp", "getMaxValueComp", "getStringComp", "getMinStringComp",
                           "getMaxStringComp"}),
-    .byName = invokedByName<QDBusReply<bool>>(true, QStringLiteral("overload"), {"resetMinMaxValues"}),
+    .compLines = {{.operation = "getValueComp", .logLines = {valueCompLine}}},
     .otherClasses = {"ResultEnumInterface"},
+    .byName = invokedByName<QDBusReply<bool>>(true, QStringLiteral("overload"), {"resetMinMaxValues"}),
 };
 // clang-format on
 
 } // namespace
 
-class tst_ResultBoolInterface : public ScalarResultTest
+class tst_ResultBoolInterface : public ScalarTest
 {
     Q_OBJECT
 
 public:
     tst_ResultBoolInterface()
-        : ScalarResultTest(resultBool)
+        : ScalarTest(resultBool)
     {
     }
 };

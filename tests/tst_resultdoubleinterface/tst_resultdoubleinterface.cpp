@@ -1,16 +1,20 @@
 #include "ResultDoubleInterface.h"
 
-#include "ScalarResultTest.h"
+#include "ScalarTest.h"
 
-#include <QMetaObject>
 #include <QtTest/QTest>
 
 namespace {
 
 using P = ResultDoubleInterface;
 
+const QString valueCompLine = QStringLiteral(
+    "\"ResultDoubleInterface::\" getValueComp():  \"com.velk.mqx.app.fake\"  /  \"/Result/Voltage\"  / Error: %1");
+const QString stringCompLine = QStringLiteral(
+    "\"ResultDoubleInterface::\" getStringComp():  \"com.velk.mqx.app.fake\"  /  \"/Result/Voltage\"  / Error: %1");
+
 // clang-format off
-const QList<OperationRow> getters{
+const QList<OperationRow> replies{
     {.operation = "getLowerLimit", .run = onProxy(&P::getLowerLimit), .answered = -0.5, .wrongType = -1, .empty = 0.0},
     {.operation = "getUpperLimit", .run = onProxy(&P::getUpperLimit), .answered = 12.75,
      .wrongType = QStringLiteral("12.75"), .empty = 0.0},
@@ -22,52 +26,38 @@ const QList<OperationRow> getters{
      .empty = 0.0},
 };
 
-const ScalarResultClass resultDouble{
+const ScalarClass resultDouble{
     .className = "ResultDoubleInterface",
     .path = QStringLiteral("/Result/Voltage"),
     .make = factoryOf<P>(),
-    .getters = getters,
-    .commands = minMaxCommandRows<P>(), // resetMinMaxValues, stopMinMaxEval, continueMinMaxEval
+    .replies = replies,
+    .voidReplies = minMaxCommandRows<P>(), // resetMinMaxValues, stopMinMaxEval, continueMinMaxEval
     // Each Comp getter reports under its own name.
     .comps = compRows<P>({"getValueComp", "getMinValueComp", "getMaxValueComp", "getStringComp", "getMinStringComp",
                           "getMaxStringComp"}),
-    .byName = invokedByName<QDBusReply<double>>(3.25, QStringLiteral("3.25 V"), {"resetMinMaxValues"}),
+    .compLines = {
+        {.operation = "getValueComp", .logLines = {valueCompLine}},
+        {.operation = "getStringComp", .logLines = {stringCompLine}},
+    },
     .otherClasses = {"ResultIntInterface"},
+    .byName = invokedByName<QDBusReply<double>>(3.25, QStringLiteral("3.25 V"), {"resetMinMaxValues"}),
+    // Both text Comp getters, but no minimum or maximum as text.
+    .noSuchSlots = {"getMinString", "getMaxString"},
 };
 // clang-format on
 
 } // namespace
 
-class tst_ResultDoubleInterface : public ScalarResultTest
+class tst_ResultDoubleInterface : public ScalarTest
 {
     Q_OBJECT
 
 public:
     tst_ResultDoubleInterface()
-        : ScalarResultTest(resultDouble)
+        : ScalarTest(resultDouble)
     {
     }
-
-private Q_SLOTS:
-    void failingStringCompReportsUnderItsOwnName();
-    void hasNoMinOrMaxStringButBothStringComps();
 };
-
-void tst_ResultDoubleInterface::failingStringCompReportsUnderItsOwnName()
-{
-    verifyOneReportLine(onProxy(&P::getStringComp), "getStringComp", QStringLiteral("no text"),
-                        "\"ResultDoubleInterface::\" getStringComp():  \"com.velk.mqx.app.fake\"  /  "
-                        "\"/Result/Voltage\"  / Error: \"no text\"");
-}
-
-void tst_ResultDoubleInterface::hasNoMinOrMaxStringButBothStringComps()
-{
-    const QMetaObject &meta = ResultDoubleInterface::staticMetaObject;
-    QVERIFY(meta.indexOfMethod("getMinStringComp()") >= meta.methodOffset());
-    QVERIFY(meta.indexOfMethod("getMaxStringComp()") >= meta.methodOffset());
-
-    verifyCannotBeFoundByName({"getMinString", "getMaxString"});
-}
 
 QTEST_GUILESS_MAIN(tst_ResultDoubleInterface)
 

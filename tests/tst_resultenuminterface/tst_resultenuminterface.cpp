@@ -1,7 +1,6 @@
 #include "ResultEnumInterface.h"
 
-#include "LogCapture.h"
-#include "ScalarResultTest.h"
+#include "ScalarTest.h"
 
 #include <QtTest/QTest>
 
@@ -10,7 +9,7 @@ namespace {
 using P = ResultEnumInterface;
 
 // clang-format off
-const QList<OperationRow> getters{
+const QList<OperationRow> replies{
     {.operation = "getValue", .run = onProxy(&P::getValue), .answered = 2, .wrongType = QStringLiteral("2"),
      .empty = 0},
     {.operation = "getString", .run = onProxy(&P::getString), .answered = QStringLiteral("Range 2"), .wrongType = 2,
@@ -19,56 +18,38 @@ const QList<OperationRow> getters{
     {.operation = "getMaxValue", .run = onProxy(&P::getMaxValue), .answered = 3, .wrongType = 3.0, .empty = 0},
 };
 
-const ScalarResultClass resultEnum{
+const ScalarClass resultEnum{
     .className = "ResultEnumInterface",
     .path = QStringLiteral("/Result/Range"),
     .make = factoryOf<P>(),
-    .getters = getters,
+    .replies = replies,
     // The report opens with the bare literal, without the quoted class prefix.
     .comps = {{.operation = "getValueComp", .run = onProxy(&P::getValueComp),
                .report = QStringLiteral("ResultEnumInterface::getValueComp(): ")}},
-    .byName = invokedByName<QDBusReply<int>>(2, QStringLiteral("Range 2")),
+    .compLines = {{.operation = "getValueComp",
+                   .logLines = {"ResultEnumInterface::getValueComp():  \"com.velk.mqx.app.fake\"  /  \"/Result/Range\"  / "
+                                "Error: %1"}}},
     .otherClasses = {"ResultBoolInterface"},
+    .byName = invokedByName<QDBusReply<int>>(2, QStringLiteral("Range 2")),
+    // No limits, no minimum or maximum as text, no control of the minimum and maximum, one Comp getter.
+    .noSuchSlots = {"getLowerLimit", "getUpperLimit", "getMinString", "getMaxString", "resetMinMaxValues",
+                    "stopMinMaxEval", "continueMinMaxEval", "getMinValueComp", "getMaxValueComp", "getStringComp",
+                    "getMinStringComp", "getMaxStringComp"},
 };
 // clang-format on
 
 } // namespace
 
-class tst_ResultEnumInterface : public ScalarResultTest
+class tst_ResultEnumInterface : public ScalarTest
 {
     Q_OBJECT
 
 public:
     tst_ResultEnumInterface()
-        : ScalarResultTest(resultEnum)
+        : ScalarTest(resultEnum)
     {
     }
-
-private Q_SLOTS:
-    void failingValueCompReportBeginsWithTheBareClassLiteral();
-    void cannotFindLimitsMinMaxTextOrMinMaxControlByName();
 };
-
-void tst_ResultEnumInterface::failingValueCompReportBeginsWithTheBareClassLiteral()
-{
-    LogCapture log;
-    m_fake->answer("getValueComp", ScriptedAnswer::error(failedErrorName(), QStringLiteral("no range")));
-
-    QCOMPARE(proxy<P>().getValueComp(), QList<QVariant>());
-
-    const QList<LogLine> lines = log.lines();
-    QCOMPARE(lines,
-             debugLines({"ResultEnumInterface::getValueComp():  \"com.velk.mqx.app.fake\"  /  \"/Result/Range\"  / "
-                         "Error: \"no range\""}));
-    QVERIFY(lines.first().text.startsWith(QStringLiteral("ResultEnumInterface::getValueComp():  \"")));
-}
-
-void tst_ResultEnumInterface::cannotFindLimitsMinMaxTextOrMinMaxControlByName()
-{
-    verifyCannotBeFoundByName({"getLowerLimit", "getUpperLimit", "getMinString", "getMaxString", "resetMinMaxValues",
-                               "stopMinMaxEval", "continueMinMaxEval", "getMinValueComp", "getMaxValueComp",
-                               "getStringComp", "getMinStringComp", "getMaxStringComp"});
-}
 
 QTEST_GUILESS_MAIN(tst_ResultEnumInterface)
 

@@ -1,7 +1,6 @@
 #include "ResultIntInterface.h"
 
-#include "LogCapture.h"
-#include "ScalarResultTest.h"
+#include "ScalarTest.h"
 
 #include <QtTest/QTest>
 
@@ -9,8 +8,13 @@ namespace {
 
 using P = ResultIntInterface;
 
+const QString valueCompLine = QStringLiteral(
+    "\"ResultIntInterface::\" getValueComp():  \"com.velk.mqx.app.fake\"  /  \"/Result/Count\"  / Error: %1");
+const QString minValueCompLine = QStringLiteral(
+    "\"ResultIntInterface::\" getMinValueComp():  \"com.velk.mqx.app.fake\"  /  \"/Result/Count\"  / Error: %1");
+
 // clang-format off
-const QList<OperationRow> getters{
+const QList<OperationRow> replies{
     {.operation = "getLowerLimit", .run = onProxy(&P::getLowerLimit), .answered = -100,
      .wrongType = QStringLiteral("-100"), .empty = 0},
     {.operation = "getUpperLimit", .run = onProxy(&P::getUpperLimit), .answered = 100, .wrongType = 100.0, .empty = 0},
@@ -26,60 +30,39 @@ const QList<OperationRow> getters{
      .wrongType = true, .empty = QString()},
 };
 
-const ScalarResultClass resultInt{
+const ScalarClass resultInt{
     .className = "ResultIntInterface",
     .path = QStringLiteral("/Result/Count"),
     .make = factoryOf<P>(),
-    .getters = getters,
-    .commands = minMaxCommandRows<P>(), // resetMinMaxValues, stopMinMaxEval, continueMinMaxEval
-    // getMaxValueComp, getStringComp and getMinStringComp report under getMinValueComp's text.
+    .replies = replies,
+    .voidReplies = minMaxCommandRows<P>(), // resetMinMaxValues, stopMinMaxEval, continueMinMaxEval
+    // getMaxValueComp, getStringComp and getMinStringComp report under getMinValueComp's text,
+    // but each calls its own member.
     .comps = compRows<P>({"getValueComp", "getMinValueComp", "getMinValueComp", "getMinValueComp", "getMinValueComp",
                           "getMaxStringComp"}),
-    .byName = invokedByName<QDBusReply<int>>(42, QStringLiteral("42 counts"), {"resetMinMaxValues"}),
+    .compLines = {
+        {.operation = "getValueComp", .logLines = {valueCompLine}},
+        {.operation = "getMaxValueComp", .logLines = {minValueCompLine}},
+        {.operation = "getStringComp", .logLines = {minValueCompLine}},
+        {.operation = "getMinStringComp", .logLines = {minValueCompLine}},
+    },
     .otherClasses = {"ResultDoubleInterface"},
+    .byName = invokedByName<QDBusReply<int>>(42, QStringLiteral("42 counts"), {"resetMinMaxValues"}),
 };
 // clang-format on
 
-const QString minValueCompLine = QStringLiteral(
-    "\"ResultIntInterface::\" getMinValueComp():  \"com.velk.mqx.app.fake\"  /  \"/Result/Count\"  / Error: \"%1\"");
-
 } // namespace
 
-class tst_ResultIntInterface : public ScalarResultTest
+class tst_ResultIntInterface : public ScalarTest
 {
     Q_OBJECT
 
 public:
     tst_ResultIntInterface()
-        : ScalarResultTest(resultInt)
+        : ScalarTest(resultInt)
     {
     }
-
-private Q_SLOTS:
-    void failingStringCompReportsUnderMinValueCompTextButCallsItsOwnMember();
-    void failingMaxValueCompAndMinStringCompReportUnderMinValueCompText();
 };
-
-void tst_ResultIntInterface::failingStringCompReportsUnderMinValueCompTextButCallsItsOwnMember()
-{
-    verifyOneReportLine(onProxy(&P::getStringComp), "getStringComp", QStringLiteral("no text"),
-                        minValueCompLine.arg("no text"));
-}
-
-void tst_ResultIntInterface::failingMaxValueCompAndMinStringCompReportUnderMinValueCompText()
-{
-    LogCapture log;
-    m_fake->answer("getMaxValueComp", ScriptedAnswer::error(failedErrorName(), QStringLiteral("no maximum")));
-    m_fake->answer("getMinStringComp", ScriptedAnswer::error(failedErrorName(), QStringLiteral("no minimum")));
-
-    proxy<P>().getMaxValueComp();
-    proxy<P>().getMinStringComp();
-
-    QVERIFY(m_fake->waitForCalls(2));
-    QCOMPARE(m_fake->calls().at(0).member, QStringLiteral("getMaxValueComp"));
-    QCOMPARE(m_fake->calls().at(1).member, QStringLiteral("getMinStringComp"));
-    QCOMPARE(log.lines(), debugLines({minValueCompLine.arg("no maximum"), minValueCompLine.arg("no minimum")}));
-}
 
 QTEST_GUILESS_MAIN(tst_ResultIntInterface)
 

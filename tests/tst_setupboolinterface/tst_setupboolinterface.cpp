@@ -1,6 +1,6 @@
 #include "SetupBoolInterface.h"
 
-#include "ScalarSetupTest.h"
+#include "ScalarTest.h"
 
 #include <QtTest/QTest>
 
@@ -48,7 +48,7 @@ const QList<OperationRow> invokedByName{
     {.operation = "setToDefaultAsync", .run = byName<void>("setToDefaultAsync"), .member = "setToDefault"},
 };
 
-const ScalarSetupClass setupBool{
+const ScalarClass setupBool{
     .className = "SetupBoolInterface",
     .path = QStringLiteral("/Setup/Enabled"),
     .make = factoryOf<P>(),
@@ -58,9 +58,9 @@ const ScalarSetupClass setupBool{
     .voidReplies = {{.operation = "setToDefault", .run = onProxy(&P::setToDefault), .answered = true}},
     .asyncs = asyncs,
     .failingCall = {.operation = "isChangeable", .run = onProxy(&P::isChangeable)},
-    .methods = {"setupChanged(bool)", "setValue(bool)", "setValueAsync(bool)", "getValue()", "getString()",
-                "isChangeable()", "setToDefault()", "setToDefaultAsync()"},
     .signalSignatures = {"setupChanged(bool)"},
+    .slotSignatures = {"setValue(bool)", "setValueAsync(bool)", "getValue()", "getString()", "isChangeable()",
+                       "setToDefault()", "setToDefaultAsync()"},
     .returnTypes = {"void", "QDBusReply<bool>", "void", "QDBusReply<bool>", "QDBusReply<QString>", "QDBusReply<bool>",
                     "QDBusReply<void>", "void"},
     .otherClasses = {"SetupIntInterface", "SetupBoolInterface "},
@@ -74,13 +74,13 @@ const ScalarSetupClass setupBool{
 
 } // namespace
 
-class tst_SetupBoolInterface : public ScalarSetupTest
+class tst_SetupBoolInterface : public ScalarTest
 {
     Q_OBJECT
 
 public:
     tst_SetupBoolInterface()
-        : ScalarSetupTest(setupBool)
+        : ScalarTest(setupBool)
     {
     }
 };

@@ -1,6 +1,6 @@
 #include "SetupEnumInterface.h"
 
-#include "ScalarSetupTest.h"
+#include "ScalarTest.h"
 
 #include <QtTest/QTest>
 
@@ -58,7 +58,7 @@ const QList<OperationRow> invokedByName{
      .signature = "i", .arguments = {2}},
 };
 
-const ScalarSetupClass setupEnum{
+const ScalarClass setupEnum{
     .className = "SetupEnumInterface",
     .path = QStringLiteral("/Setup/Mode"),
     .make = factoryOf<P>(),
@@ -73,11 +73,11 @@ const ScalarSetupClass setupEnum{
     },
     .asyncs = asyncs,
     .failingCall = {.operation = "getEnumQuantity", .run = onProxy(&P::getEnumQuantity), .member = "getQuantity"},
-    .methods = {"setupChanged(int,QString)", "setValue(int)", "setValueAsync(int)", "setValue(QString)",
-                "setValueAsync(QString)", "getEnumValueList()", "getValue()", "getString()",
-                "getStringRepresentation(int)", "getEnumQuantity()", "execute()", "executeAsync()", "isChangeable()",
-                "setToDefault()", "setToDefaultAsync()"},
     .signalSignatures = {"setupChanged(int,QString)"},
+    .slotSignatures = {"setValue(int)", "setValueAsync(int)", "setValue(QString)", "setValueAsync(QString)",
+                       "getEnumValueList()", "getValue()", "getString()", "getStringRepresentation(int)",
+                       "getEnumQuantity()", "execute()", "executeAsync()", "isChangeable()", "setToDefault()",
+                       "setToDefaultAsync()"},
     .returnTypes = {"void", "QDBusReply<bool>", "void", "QDBusReply<bool>", "void", "QDBusReply<QString>",
                     "QDBusReply<int>", "QDBusReply<QString>", "QDBusReply<QString>", "QDBusReply<int>",
                     "QDBusReply<void>", "void", "QDBusReply<bool>", "QDBusReply<void>", "void"},
@@ -89,13 +89,13 @@ const ScalarSetupClass setupEnum{
 
 } // namespace
 
-class tst_SetupEnumInterface : public ScalarSetupTest
+class tst_SetupEnumInterface : public ScalarTest
 {
     Q_OBJECT
 
 public:
     tst_SetupEnumInterface()
-        : ScalarSetupTest(setupEnum)
+        : ScalarTest(setupEnum)
     {
     }
 };

@@ -1,6 +1,6 @@
 #include "SetupIntInterface.h"
 
-#include "ScalarSetupTest.h"
+#include "ScalarTest.h"
 
 #include <QtTest/QTest>
 
@@ -38,7 +38,7 @@ const QList<OperationRow> invokedByName{
     {.operation = "setToDefaultAsync", .run = byName<void>("setToDefaultAsync"), .member = "setToDefault"},
 };
 
-const ScalarSetupClass setupInt{
+const ScalarClass setupInt{
     .className = "SetupIntInterface",
     .path = QStringLiteral("/Setup/Gain"),
     .make = factoryOf<P>(),
@@ -47,10 +47,9 @@ const ScalarSetupClass setupInt{
     .voidReplies = {{.operation = "setToDefault", .run = onProxy(&P::setToDefault), .answered = 3}},
     .asyncs = asyncs,
     .failingCall = {.operation = "getMinValue", .run = onProxy(&P::getMinValue)},
-    .methods = {"setupChanged(int)", "setValue(int)", "setValueAsync(int)", "getValue()", "getString()",
-                "getMinValue()", "getMaxValue()", "getGranularity()", "isChangeable()", "setToDefault()",
-                "setToDefaultAsync()"},
     .signalSignatures = {"setupChanged(int)"},
+    .slotSignatures = {"setValue(int)", "setValueAsync(int)", "getValue()", "getString()", "getMinValue()",
+                       "getMaxValue()", "getGranularity()", "isChangeable()", "setToDefault()", "setToDefaultAsync()"},
     .returnTypes = {"void", "QDBusReply<bool>", "void", "QDBusReply<int>", "QDBusReply<QString>", "QDBusReply<int>",
                     "QDBusReply<int>", "QDBusReply<int>", "QDBusReply<bool>", "QDBusReply<void>", "void"},
     .otherClasses = {"SetupDoubleInterface"},
@@ -61,13 +60,13 @@ const ScalarSetupClass setupInt{
 
 } // namespace
 
-class tst_SetupIntInterface : public ScalarSetupTest
+class tst_SetupIntInterface : public ScalarTest
 {
     Q_OBJECT
 
 public:
     tst_SetupIntInterface()
-        : ScalarSetupTest(setupInt)
+        : ScalarTest(setupInt)
     {
     }
 };
