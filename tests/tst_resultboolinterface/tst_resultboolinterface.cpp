@@ -1,6 +1,6 @@
 #include "ResultBoolInterface.h"
 
-#include "ScalarTest.h"
+#include "ProxyClassTest.h"
 
 #include <QtTest/QTest>
 
@@ -28,7 +28,7 @@ const QList<OperationRow> replies{
      .wrongType = 1, .empty = QString()},
 };
 
-const ScalarClass resultBool{
+const ProxyClass resultBool{
     .className = "ResultBoolInterface",
     .path = QStringLiteral("/Result/Overload"),
     .make = factoryOf<P>(),
@@ -45,13 +45,13 @@ const ScalarClass resultBool{
 
 } // namespace
 
-class tst_ResultBoolInterface : public ScalarTest
+class tst_ResultBoolInterface : public ProxyClassTest
 {
     Q_OBJECT
 
 public:
     tst_ResultBoolInterface()
-        : ScalarTest(resultBool)
+        : ProxyClassTest(resultBool)
     {
     }
 };

@@ -1,6 +1,6 @@
 #include "ResultDoubleInterface.h"
 
-#include "ScalarTest.h"
+#include "ProxyClassTest.h"
 
 #include <QtTest/QTest>
 
@@ -26,7 +26,7 @@ const QList<OperationRow> replies{
      .empty = 0.0},
 };
 
-const ScalarClass resultDouble{
+const ProxyClass resultDouble{
     .className = "ResultDoubleInterface",
     .path = QStringLiteral("/Result/Voltage"),
     .make = factoryOf<P>(),
@@ -48,13 +48,13 @@ const ScalarClass resultDouble{
 
 } // namespace
 
-class tst_ResultDoubleInterface : public ScalarTest
+class tst_ResultDoubleInterface : public ProxyClassTest
 {
     Q_OBJECT
 
 public:
     tst_ResultDoubleInterface()
-        : ScalarTest(resultDouble)
+        : ProxyClassTest(resultDouble)
     {
     }
 };

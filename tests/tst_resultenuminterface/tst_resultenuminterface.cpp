@@ -1,6 +1,6 @@
 #include "ResultEnumInterface.h"
 
-#include "ScalarTest.h"
+#include "ProxyClassTest.h"
 
 #include <QtTest/QTest>
 
@@ -18,7 +18,7 @@ const QList<OperationRow> replies{
     {.operation = "getMaxValue", .run = onProxy(&P::getMaxValue), .answered = 3, .wrongType = 3.0, .empty = 0},
 };
 
-const ScalarClass resultEnum{
+const ProxyClass resultEnum{
     .className = "ResultEnumInterface",
     .path = QStringLiteral("/Result/Range"),
     .make = factoryOf<P>(),
@@ -40,13 +40,13 @@ const ScalarClass resultEnum{
 
 } // namespace
 
-class tst_ResultEnumInterface : public ScalarTest
+class tst_ResultEnumInterface : public ProxyClassTest
 {
     Q_OBJECT
 
 public:
     tst_ResultEnumInterface()
-        : ScalarTest(resultEnum)
+        : ProxyClassTest(resultEnum)
     {
     }
 };

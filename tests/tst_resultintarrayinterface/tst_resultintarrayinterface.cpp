@@ -1,7 +1,7 @@
 #include "ResultIntArrayInterface.h"
 
-#include "ArrayResultTest.h"
 #include "LogCapture.h"
+#include "ProxyClassTest.h"
 
 #include <QDateTime>
 #include <QtTest/QTest>
@@ -14,7 +14,7 @@ const QString path = QStringLiteral("/Result/Counts");
 const QVariant none = QVariant(QVariantList());
 
 // clang-format off
-ArrayResultClass intArray()
+ProxyClass intArray()
 {
     const ProxyOperation getValues = onProxy<P>([](P &p) { return QVariant(p.getValues()); });
     const ProxyOperation getString = onProxy<P>([](P &p) { return QVariant(p.getString()); });
@@ -23,12 +23,10 @@ ArrayResultClass intArray()
         .path = path,
         .make = factoryOf<P>(),
         .size = sizeof(P),
+        .ownData = 2 * sizeof(QString), // service and path, for the error lines
         .sent = {
             {.operation = "getValues", .run = onProxy(&P::getValues)},
             {.operation = "getString", .run = onProxy(&P::getString)},
-            {.operation = "size", .run = onProxy(&P::size)},
-            {.operation = "getResultStatus", .run = onProxy(&P::getResultStatus)},
-            {.operation = "getTimeStamp", .run = onProxy(&P::getTimeStamp)},
         },
         .checked = {
             {.operation = "getValues", .run = getValues, .answered = QVariantList{7, -2, QStringLiteral("n/a"), 2.5},
@@ -43,7 +41,7 @@ ArrayResultClass intArray()
             {"error", "no row yet", "\"no row yet\""},
             {"error with quotes", "row \"A\" locked", "\"row \\\"A\\\" locked\""},
         },
-        .generated = {
+        .replies = {
             {.operation = "size", .run = onProxy(&P::size), .answered = 3, .wrongType = QStringLiteral("3"),
              .empty = 0},
             {.operation = "getResultStatus", .run = onProxy(&P::getResultStatus), .answered = 2, .wrongType = 2.0,
@@ -56,32 +54,32 @@ ArrayResultClass intArray()
             {.operation = "getValues integers", .run = getValues, .member = "getValues",
              .answered = QVariantList{3, 1, 4}},
             {.operation = "getValues none", .run = getValues, .member = "getValues", .answered = QVariantList()},
-            {.operation = "getValues by name", .run = byName<QList<QVariant>>("getValues"), .member = "getValues",
-             .answered = QVariantList{5, 6}},
-            {.operation = "getString by name", .run = byName<QString>("getString"), .member = "getString",
-             .answered = QStringLiteral("5 6")},
-            {.operation = "size by name", .run = byName<QDBusReply<int>>("size"), .member = "size", .answered = 2},
         },
         .timeStamps = {
             QDateTime(QDate(1999, 12, 31), QTime(23, 59, 59, 999), Qt::UTC),
             QDateTime(QDate(2030, 7, 1), QTime(6, 5, 4, 3), Qt::LocalTime),
         },
         .slotSignatures = {"getValues()", "getString()", "size()", "getResultStatus()", "getTimeStamp()"},
-        .returnTypes = {{"getTimeStamp()", "QDBusReply<QDateTime>"}},
+        .returnTypes = {"QVariantList", "QString", "QDBusReply<int>", "QDBusReply<int>", "QDBusReply<QDateTime>"},
         .otherClasses = {"ResultVarArrayInterface"},
+        .byName = {
+            {.operation = "getValues", .run = byName<QList<QVariant>>("getValues"), .answered = QVariantList{5, 6}},
+            {.operation = "getString", .run = byName<QString>("getString"), .answered = QStringLiteral("5 6")},
+            {.operation = "size", .run = byName<QDBusReply<int>>("size"), .answered = 2},
+        },
     };
 }
 // clang-format on
 
 } // namespace
 
-class tst_ResultIntArrayInterface : public ArrayResultTest
+class tst_ResultIntArrayInterface : public ProxyClassTest
 {
     Q_OBJECT
 
 public:
     tst_ResultIntArrayInterface()
-        : ArrayResultTest(intArray())
+        : ProxyClassTest(intArray())
     {
     }
 

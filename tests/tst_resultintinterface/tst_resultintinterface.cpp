@@ -1,6 +1,6 @@
 #include "ResultIntInterface.h"
 
-#include "ScalarTest.h"
+#include "ProxyClassTest.h"
 
 #include <QtTest/QTest>
 
@@ -30,7 +30,7 @@ const QList<OperationRow> replies{
      .wrongType = true, .empty = QString()},
 };
 
-const ScalarClass resultInt{
+const ProxyClass resultInt{
     .className = "ResultIntInterface",
     .path = QStringLiteral("/Result/Count"),
     .make = factoryOf<P>(),
@@ -53,13 +53,13 @@ const ScalarClass resultInt{
 
 } // namespace
 
-class tst_ResultIntInterface : public ScalarTest
+class tst_ResultIntInterface : public ProxyClassTest
 {
     Q_OBJECT
 
 public:
     tst_ResultIntInterface()
-        : ScalarTest(resultInt)
+        : ProxyClassTest(resultInt)
     {
     }
 };

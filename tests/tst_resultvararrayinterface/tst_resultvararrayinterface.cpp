@@ -1,6 +1,6 @@
 #include "ResultVarArrayInterface.h"
 
-#include "ArrayResultTest.h"
+#include "ProxyClassTest.h"
 
 #include <QDateTime>
 #include <QtTest/QTest>
@@ -37,7 +37,7 @@ Seen statusesByName(QDBusAbstractInterface &proxy)
 }
 
 // clang-format off
-ArrayResultClass varArray()
+ProxyClass varArray()
 {
     const ProxyOperation getValues = onProxy<P>([](P &p) { return QVariant(p.getValues()); });
     const ProxyOperation getValuesStatus = onProxy<P>(statuses);
@@ -50,9 +50,10 @@ ArrayResultClass varArray()
         .path = path,
         .make = factoryOf<P>(),
         .size = sizeof(P),
+        .ownData = 2 * sizeof(QString), // service and path, for the error lines
         .sent = {
             {.operation = "getValues", .run = onProxy(&P::getValues)},
-            {.operation = "getValuesStatus", .run = onProxy(&P::getValuesStatus)},
+            {.operation = "getValuesStatus", .run = getValuesStatus},
             {.operation = "getValueComp", .run = onProxy(&P::getValueComp)},
             {.operation = "getValue", .run = onProxy<P>([](P &p) { return p.getValue(2); }), .signature = "i",
              .arguments = {2}},
@@ -60,9 +61,6 @@ ArrayResultClass varArray()
              .signature = "i", .arguments = {5}},
             {.operation = "getLowerLimit", .run = onProxy(&P::getLowerLimit)},
             {.operation = "getUpperLimit", .run = onProxy(&P::getUpperLimit)},
-            {.operation = "size", .run = onProxy(&P::size)},
-            {.operation = "getResultStatus", .run = onProxy(&P::getResultStatus)},
-            {.operation = "getTimeStamp", .run = onProxy(&P::getTimeStamp)},
             {.operation = "getValue by name", .run = byName<QVariant>("getValue(int)", 2), .member = "getValue",
              .signature = "i", .arguments = {2}},
             {.operation = "getValueStatus by name", .run = byName<int>("getValueStatus(int)", 3),
@@ -100,7 +98,7 @@ ArrayResultClass varArray()
             {"error", "no row yet", "\"no row yet\""},
             {"error with quotes", "limit \"L1\" unset", "\"limit \\\"L1\\\" unset\""},
         },
-        .generated = {
+        .replies = {
             {.operation = "size", .run = onProxy(&P::size), .answered = 1024, .wrongType = wrappedValue(1024),
              .empty = 0},
             {.operation = "getResultStatus", .run = onProxy(&P::getResultStatus), .answered = 1, .wrongType = true,
@@ -120,32 +118,34 @@ ArrayResultClass varArray()
             {.operation = "getValuesStatus mixed", .run = getValuesStatus, .member = "getValuesStatus",
              .answered = QVariantList{true, QStringLiteral("-12"), QStringLiteral(""), 65535u},
              .seen = asVariants({1, -12, 0, 65535})},
-            {.operation = "getValue by name", .run = byName<QVariant>("getValue(int)", 2), .member = "getValue",
-             .answered = wrappedValue(2.5), .seen = 2.5},
-            {.operation = "getValuesStatus by name", .run = statusesByName, .member = "getValuesStatus",
-             .answered = QVariantList{1, QStringLiteral("2")}, .seen = asVariants({1, 2})},
-            {.operation = "getValueStatus by name", .run = byName<int>("getValueStatus(int)", 3),
-             .member = "getValueStatus", .answered = 6},
         },
         .timeStamps = {QDateTime(QDate(2038, 1, 19), QTime(3, 14, 8, 1), Qt::UTC)},
         .slotSignatures = {"getValues()", "getValuesStatus()", "getValueComp()", "getValue(int)", "getValueStatus(int)",
                            "getLowerLimit()", "getUpperLimit()", "size()", "getResultStatus()", "getTimeStamp()"},
-        .returnTypes = {{"getValuesStatus()", "QList<int>"}, {"getValue(int)", "QVariant"},
-                        {"getValueStatus(int)", "int"}, {"getTimeStamp()", "QDBusReply<QDateTime>"}},
+        .returnTypes = {"QVariantList", "QList<int>", "QVariantList", "QVariant", "int", "QVariant", "QVariant",
+                        "QDBusReply<int>", "QDBusReply<int>", "QDBusReply<QDateTime>"},
         .otherClasses = {"ResultIntArrayInterface"},
+        .byName = {
+            {.operation = "getValue", .run = byName<QVariant>("getValue(int)", 2), .signature = "i", .arguments = {2},
+             .answered = wrappedValue(2.5), .seen = 2.5},
+            {.operation = "getValuesStatus", .run = statusesByName, .answered = QVariantList{1, QStringLiteral("2")},
+             .seen = asVariants({1, 2})},
+            {.operation = "getValueStatus", .run = byName<int>("getValueStatus(int)", 3), .signature = "i",
+             .arguments = {3}, .answered = 6},
+        },
     };
 }
 // clang-format on
 
 } // namespace
 
-class tst_ResultVarArrayInterface : public ArrayResultTest
+class tst_ResultVarArrayInterface : public ProxyClassTest
 {
     Q_OBJECT
 
 public:
     tst_ResultVarArrayInterface()
-        : ArrayResultTest(varArray())
+        : ProxyClassTest(varArray())
     {
     }
 

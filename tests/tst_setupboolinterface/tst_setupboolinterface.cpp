@@ -1,6 +1,6 @@
 #include "SetupBoolInterface.h"
 
-#include "ScalarTest.h"
+#include "ProxyClassTest.h"
 
 #include <QtTest/QTest>
 
@@ -48,7 +48,7 @@ const QList<OperationRow> invokedByName{
     {.operation = "setToDefaultAsync", .run = byName<void>("setToDefaultAsync"), .member = "setToDefault"},
 };
 
-const ScalarClass setupBool{
+const ProxyClass setupBool{
     .className = "SetupBoolInterface",
     .path = QStringLiteral("/Setup/Enabled"),
     .make = factoryOf<P>(),
@@ -74,13 +74,13 @@ const ScalarClass setupBool{
 
 } // namespace
 
-class tst_SetupBoolInterface : public ScalarTest
+class tst_SetupBoolInterface : public ProxyClassTest
 {
     Q_OBJECT
 
 public:
     tst_SetupBoolInterface()
-        : ScalarTest(setupBool)
+        : ProxyClassTest(setupBool)
     {
     }
 };

@@ -1,7 +1,7 @@
 #include "SetupDevDataInterface.h"
 
-#include "ArrayResultTest.h"
 #include "LogCapture.h"
+#include "ProxyClassTest.h"
 
 #include <QDBusArgument>
 #include <QDBusVariant>
@@ -36,8 +36,6 @@ const QList<OperationRow> sent{
     setValueCall("setValue string", QStringLiteral("rack 2")),
     setValueCall("setValue string list", QStringList{QStringLiteral("CH1"), QStringLiteral("CH2")}),
     setValueCall("setValue long long", qlonglong(1) << 40),
-    setValueCall("setValueAsync double", -0.25, Sent::Async),
-    setValueCall("setValueAsync string", QStringLiteral("rack 3"), Sent::Async),
     {.operation = "getValue", .run = getValue},
     {.operation = "getString", .run = getString},
     {.operation = "setValue by name", .run = byName<QDBusReply<bool>>("setValue(QVariant)", QVariant(4.5)),
@@ -47,11 +45,17 @@ const QList<OperationRow> sent{
      .signature = "v", .arguments = {wrappedValue(QStringLiteral("async"))}},
 };
 
-const OperationRow setValue{.operation = "setValue", .run = onProxy<P>([](P &p) { return p.setValue(1.25); }),
-                            .answered = true, .wrongType = 1, .empty = false};
+const ProxyOperation setValue = onProxy<P>([](P &p) { return p.setValue(1.25); });
+
+const QList<OperationRow> replies{
+    {.operation = "setValue", .run = setValue, .signature = "v", .arguments = {wrappedValue(1.25)}, .answered = true,
+     .wrongType = 1, .empty = false},
+    {.operation = "setValue wrapped bool", .run = setValue, .member = "setValue", .signature = "v",
+     .arguments = {wrappedValue(1.25)}, .answered = true, .wrongType = wrappedValue(true), .empty = false},
+};
 
 const QList<OperationRow> answers{
-    {.operation = "setValue refused", .run = setValue.run, .member = "setValue", .answered = false},
+    {.operation = "setValue refused", .run = setValue, .member = "setValue", .answered = false},
     {.operation = "getValue double", .run = getValue, .member = "getValue", .answered = wrappedValue(3.5), .seen = 3.5},
     {.operation = "getValue int", .run = getValue, .member = "getValue", .answered = wrappedValue(-7), .seen = -7},
     {.operation = "getValue bool", .run = getValue, .member = "getValue", .answered = wrappedValue(true), .seen = true},
@@ -66,12 +70,13 @@ const QList<OperationRow> answers{
      .seen = 42u},
     {.operation = "getString text", .run = getString, .member = "getString", .answered = QStringLiteral("3.5 V")},
     {.operation = "getString empty", .run = getString, .member = "getString", .answered = QString("")},
-    {.operation = "getValue by name", .run = byName<QVariant>("getValue"), .member = "getValue",
-     .answered = wrappedValue(17.5), .seen = 17.5},
-    {.operation = "getString by name", .run = byName<QString>("getString"), .member = "getString",
-     .answered = QStringLiteral("17.5 V")},
-    {.operation = "setValue by name", .run = byName<QDBusReply<bool>>("setValue(QVariant)", QVariant(4.5)),
-     .member = "setValue", .answered = true},
+};
+
+const QList<OperationRow> slotsByName{
+    {.operation = "getValue", .run = byName<QVariant>("getValue"), .answered = wrappedValue(17.5), .seen = 17.5},
+    {.operation = "getString", .run = byName<QString>("getString"), .answered = QStringLiteral("17.5 V")},
+    {.operation = "setValue", .run = byName<QDBusReply<bool>>("setValue(QVariant)", QVariant(4.5)), .signature = "v",
+     .arguments = {wrappedValue(4.5)}, .answered = true},
 };
 
 // Both getters, and getString() invoked by name, report under getValue's name.
@@ -102,9 +107,28 @@ const QList<OperationRow> refused{
      .typeError = "Unexpected reply signature: got \"v\" (QDBusVariant), expected \"s\" (QString)"},
 };
 
-const QList<OperationRow> asyncCalls{
-    setValueCall("setValueAsync double", 9.5, Sent::Async),
-    setValueCall("setValueAsync string", QStringLiteral("nine"), Sent::Async),
+const ProxyClass devData{
+    .className = "SetupDevDataInterface",
+    .path = path,
+    .make = factoryOf<P>(),
+    .size = sizeof(P),
+    .ownData = 2 * sizeof(QString), // service and path, for the error lines
+    .sent = sent,
+    .checked = checkedGetters,
+    .errors = errors,
+    .refused = refused,
+    .replies = replies,
+    .answers = answers,
+    .asyncs = {setValueCall("setValueAsync double", 9.5, Sent::Async),
+               setValueCall("setValueAsync string", QStringLiteral("nine"), Sent::Async)},
+    .failingCall = {.operation = "getString", .run = getString},
+    .signalSignatures = {"setupChanged(QDBusVariant)"},
+    .slotSignatures = {"setValue(QVariant)", "setValueAsync(QVariant)", "getValue()", "getString()"},
+    .returnTypes = {"void", "QDBusReply<bool>", "void", "QVariant", "QString"},
+    .otherClasses = {"SetupStringInterface", "SetupDevData"},
+    .byName = slotsByName,
+    .signalsRelayed = {{.operation = "setupChanged(QDBusVariant)", .member = "setupChanged",
+                        .arguments = {wrappedValue(4.25)}}},
 };
 // clang-format on
 
@@ -126,89 +150,23 @@ void verifyArrivedAsSent(const QVariant &received, const QVariant &sent)
 
 } // namespace
 
-class tst_SetupDevDataInterface : public ProxyTableTest
+class tst_SetupDevDataInterface : public ProxyClassTest
 {
     Q_OBJECT
 
 public:
     tst_SetupDevDataInterface()
-        : ProxyTableTest("SetupDevDataInterface", path, factoryOf<P>())
+        : ProxyClassTest(devData)
     {
     }
 
 private Q_SLOTS:
-    void keepsServiceAndPathBesideTheBase();
-    void sendsEachOperationWithItsWireForm_data();
-    void sendsEachOperationWithItsWireForm();
-    void mapsEachAnswerWithoutLogging_data();
-    void mapsEachAnswerWithoutLogging();
-    void checkedGettersGiveTheAnswerOrEmptyAfterOneLine_data();
-    void checkedGettersGiveTheAnswerOrEmptyAfterOneLine();
-    void failsWhenTheServiceIsAbsent_data();
-    void failsWhenTheServiceIsAbsent();
-
     void setValueOfAnInvalidVariantSendsNothing();
     void getValueLeavesAStructuredValueAsQDBusArgument();
     void gettersLogNothingWhenOnlyAnEarlierCallFailed();
-    void asyncSetterReturnsAtOnceAndLeavesLastErrorAlone();
-    void asyncSetterToAnAbsentServiceLogsNothing();
-
-    void metaObjectListsSignalsThenSlotsInDeclarationOrder();
-    void metaCastKnowsTheClassAndLeavesTheRestToTheBase();
-    void relaysSetupChangedOfItsOwnObjectOnly();
     void setupChangedHandsTheReceiverTheWrapper_data();
     void setupChangedHandsTheReceiverTheWrapper();
 };
-
-void tst_SetupDevDataInterface::keepsServiceAndPathBesideTheBase()
-{
-    // Service and path are kept for the error lines, and nothing else.
-    QCOMPARE(sizeof(P), sizeof(QDBusAbstractInterface) + 2 * sizeof(QString));
-}
-
-void tst_SetupDevDataInterface::sendsEachOperationWithItsWireForm_data()
-{
-    addTaggedRows(m_className, sent, "sent");
-}
-
-void tst_SetupDevDataInterface::sendsEachOperationWithItsWireForm()
-{
-    verifySentAsItsRow(*m_fake, *m_proxy);
-}
-
-void tst_SetupDevDataInterface::mapsEachAnswerWithoutLogging_data()
-{
-    addMappedReplyColumns();
-    addMappedReplyRows(tag(setValue, ""), setValue);
-    addMappedReplyRow(tag(setValue, "wrapped bool"), setValue.run, "setValue",
-                      ScriptedAnswer::value(wrappedValue(true)), false, false);
-    addAnsweredRows(m_className, answers);
-}
-
-void tst_SetupDevDataInterface::mapsEachAnswerWithoutLogging()
-{
-    verifyMappedReply(*m_fake, *m_proxy);
-}
-
-void tst_SetupDevDataInterface::checkedGettersGiveTheAnswerOrEmptyAfterOneLine_data()
-{
-    addCheckedGetterRows(m_className, path, checkedGetters, errors, refused);
-}
-
-void tst_SetupDevDataInterface::checkedGettersGiveTheAnswerOrEmptyAfterOneLine()
-{
-    verifyCheckedGetter(*m_fake, *m_proxy);
-}
-
-void tst_SetupDevDataInterface::failsWhenTheServiceIsAbsent_data()
-{
-    addAbsentServiceRows(m_className, checkedGetters, {setValue});
-}
-
-void tst_SetupDevDataInterface::failsWhenTheServiceIsAbsent()
-{
-    verifyAbsentServiceFailure(m_make, m_path);
-}
 
 void tst_SetupDevDataInterface::setValueOfAnInvalidVariantSendsNothing()
 {
@@ -255,35 +213,6 @@ void tst_SetupDevDataInterface::gettersLogNothingWhenOnlyAnEarlierCallFailed()
     QCOMPARE(proxy<P>().getValue(), QVariant(2.5));
     QCOMPARE(proxy<P>().getString(), QStringLiteral("2.5 V"));
     QCOMPARE(log.lines(), QList<LogLine>());
-}
-
-void tst_SetupDevDataInterface::asyncSetterReturnsAtOnceAndLeavesLastErrorAlone()
-{
-    verifyAsyncCallsReturnAtOnce(*m_fake, *m_proxy, {.operation = "getString", .run = getString}, asyncCalls);
-}
-
-void tst_SetupDevDataInterface::asyncSetterToAnAbsentServiceLogsNothing()
-{
-    verifyAsyncCallsShowNothing(*makeAbsent(), asyncCalls);
-}
-
-void tst_SetupDevDataInterface::metaObjectListsSignalsThenSlotsInDeclarationOrder()
-{
-    verifyOwnMethods(
-        P::staticMetaObject,
-        {"setupChanged(QDBusVariant)", "setValue(QVariant)", "setValueAsync(QVariant)", "getValue()", "getString()"},
-        {"setupChanged(QDBusVariant)"}, {"void", "QDBusReply<bool>", "void", "QVariant", "QString"});
-}
-
-void tst_SetupDevDataInterface::metaCastKnowsTheClassAndLeavesTheRestToTheBase()
-{
-    QCOMPARE(m_proxy->metaObject(), &P::staticMetaObject);
-    verifyMetaCast(*m_proxy, m_className, {"SetupStringInterface", "SetupDevData"});
-}
-
-void tst_SetupDevDataInterface::relaysSetupChangedOfItsOwnObjectOnly()
-{
-    verifySignalRelay(*m_proxy, *m_fake, SIGNAL(setupChanged(QDBusVariant)), "setupChanged", {wrappedValue(4.25)});
 }
 
 void tst_SetupDevDataInterface::setupChangedHandsTheReceiverTheWrapper_data()

@@ -1,7 +1,7 @@
 #include "SetupDoubleInterface.h"
 
 #include "LogCapture.h"
-#include "ScalarTest.h"
+#include "ProxyClassTest.h"
 
 #include <QtTest/QTest>
 
@@ -48,7 +48,7 @@ const QList<OperationRow> invokedByName{
      .signature = "d", .arguments = {-2.0}},
 };
 
-const ScalarClass setupDouble{
+const ProxyClass setupDouble{
     .className = "SetupDoubleInterface",
     .path = QStringLiteral("/Setup/Frequency"),
     .make = factoryOf<P>(),
@@ -106,13 +106,13 @@ void verifyNaNRefused(QDBusAbstractInterface &proxy, const ProxyOperation &setVa
 
 } // namespace
 
-class tst_SetupDoubleInterface : public ScalarTest
+class tst_SetupDoubleInterface : public ProxyClassTest
 {
     Q_OBJECT
 
 public:
     tst_SetupDoubleInterface()
-        : ScalarTest(setupDouble)
+        : ProxyClassTest(setupDouble)
     {
     }
 

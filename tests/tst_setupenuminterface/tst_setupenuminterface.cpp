@@ -1,6 +1,6 @@
 #include "SetupEnumInterface.h"
 
-#include "ScalarTest.h"
+#include "ProxyClassTest.h"
 
 #include <QtTest/QTest>
 
@@ -58,7 +58,7 @@ const QList<OperationRow> invokedByName{
      .signature = "i", .arguments = {2}},
 };
 
-const ScalarClass setupEnum{
+const ProxyClass setupEnum{
     .className = "SetupEnumInterface",
     .path = QStringLiteral("/Setup/Mode"),
     .make = factoryOf<P>(),
@@ -89,13 +89,13 @@ const ScalarClass setupEnum{
 
 } // namespace
 
-class tst_SetupEnumInterface : public ScalarTest
+class tst_SetupEnumInterface : public ProxyClassTest
 {
     Q_OBJECT
 
 public:
     tst_SetupEnumInterface()
-        : ScalarTest(setupEnum)
+        : ProxyClassTest(setupEnum)
     {
     }
 };

@@ -1,6 +1,6 @@
 #include "SetupIntInterface.h"
 
-#include "ScalarTest.h"
+#include "ProxyClassTest.h"
 
 #include <QtTest/QTest>
 
@@ -38,7 +38,7 @@ const QList<OperationRow> invokedByName{
     {.operation = "setToDefaultAsync", .run = byName<void>("setToDefaultAsync"), .member = "setToDefault"},
 };
 
-const ScalarClass setupInt{
+const ProxyClass setupInt{
     .className = "SetupIntInterface",
     .path = QStringLiteral("/Setup/Gain"),
     .make = factoryOf<P>(),
@@ -60,13 +60,13 @@ const ScalarClass setupInt{
 
 } // namespace
 
-class tst_SetupIntInterface : public ScalarTest
+class tst_SetupIntInterface : public ProxyClassTest
 {
     Q_OBJECT
 
 public:
     tst_SetupIntInterface()
-        : ScalarTest(setupInt)
+        : ProxyClassTest(setupInt)
     {
     }
 };

@@ -1,7 +1,7 @@
 #include "SetupStringInterface.h"
 
 #include "LogCapture.h"
-#include "ScalarTest.h"
+#include "ProxyClassTest.h"
 
 #include <QDBusObjectPath>
 #include <QtTest/QTest>
@@ -56,7 +56,7 @@ const QList<OperationRow> invokedByName{
      .member = "setValue", .signature = "s", .arguments = {QStringLiteral("Probe E")}},
 };
 
-const ScalarClass setupString{
+const ProxyClass setupString{
     .className = "SetupStringInterface",
     .path = path,
     .make = factoryOf<P>(),
@@ -81,13 +81,13 @@ const ScalarClass setupString{
 
 } // namespace
 
-class tst_SetupStringInterface : public ScalarTest
+class tst_SetupStringInterface : public ProxyClassTest
 {
     Q_OBJECT
 
 public:
     tst_SetupStringInterface()
-        : ScalarTest(setupString)
+        : ProxyClassTest(setupString)
     {
     }
 

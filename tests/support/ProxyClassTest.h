@@ -1,14 +1,15 @@
-#ifndef TESTS_SCALARTEST_H
-#define TESTS_SCALARTEST_H
+#ifndef TESTS_PROXYCLASSTEST_H
+#define TESTS_PROXYCLASSTEST_H
 
-// The data-driven test every scalar class shares, result and setup alike. A class's test
-// states the class as a ScalarClass and derives from ScalarTest, adding what is the class's
-// own; checks whose table a class leaves empty are skipped. Row tags name class, operation
-// and case: "SetupIntInterface/getValue/error reply".
+// The data-driven test the scalar, array and device-data classes share. A class's test states
+// the class as a ProxyClass and derives from ProxyClassTest, adding what is the class's own;
+// checks whose table a class leaves empty are skipped. Row tags name class, operation and
+// case: "SetupIntInterface/getValue/error reply".
 
 #include "LogCapture.h"
 #include "ProxyTableTest.h"
 
+#include <QDateTime>
 #include <QList>
 #include <QString>
 #include <QStringList>
@@ -16,20 +17,31 @@
 
 #include <cstddef>
 
-/// A scalar class as its test states it.
-struct ScalarClass
+/// A proxy class as its test states it.
+struct ProxyClass
 {
     const char *className;
     QString path;
     ProxyFactory make;
-    /// sizeof a class that holds no data of its own.
+    /// sizeof the class, and what of it is the class's own beside the base.
     std::size_t size = 0;
+    std::size_t ownData = 0;
     /// Calls checked for their wire form only. Every row of .replies, .voidReplies, .asyncs and
     /// .comps is checked for it too: each names the .member, .signature and .arguments it sends.
     QList<OperationRow> sent = {};
+    /// Getters judging the reply themselves: they give .answered (as .seen, where given), or
+    /// .empty after the one line .report opens on each of .errors, on their .wrongType (QtDBus
+    /// refusing it with .typeError) and on an empty return. Of .refused, only the .wrongType.
+    QList<OperationRow> checked = {};
+    QList<LoggedError> errors = {};
+    QList<OperationRow> refused = {};
     /// Operations handing back a reply with a value: .answered, .wrongType, .empty; a checked
     /// getter also names the .logLines it writes on failure ("%1" the quoted message).
     QList<OperationRow> replies;
+    /// Further answers and what the caller sees of them, silently.
+    QList<OperationRow> answers = {};
+    /// Time stamps getTimeStamp() hands on as sent, Qt::TimeSpec included.
+    QList<QDateTime> timeStamps = {};
     /// Operations handing back QDBusReply<void>; .answered is an answer they must accept.
     QList<OperationRow> voidReplies = {};
     /// The fire-and-forget operations, and a blocking call the application refuses before them.
@@ -128,19 +140,19 @@ QList<OperationRow> invokedByName(const QVariant &value, const QString &text, co
 /// A checked getter's @p lines with @p quotedMessage in place of "%1", as debug lines.
 QList<LogLine> linesOf(const QStringList &lines, const QString &quotedMessage);
 
-class ScalarTest : public ProxyTableTest
+class ProxyClassTest : public ProxyTableTest
 {
     Q_OBJECT
 
 public:
-    explicit ScalarTest(ScalarClass tested);
-    ~ScalarTest() override;
+    explicit ProxyClassTest(ProxyClass tested);
+    ~ProxyClassTest() override;
 
 protected:
-    const ScalarClass m_class;
+    const ProxyClass m_class;
 
 private Q_SLOTS:
-    void holdsNoDataOfItsOwn();
+    void keepsNoDataBesideTheBaseButItsOwn();
 
     void sendsEachOperationWithItsWireForm_data();
     void sendsEachOperationWithItsWireForm();
@@ -149,6 +161,9 @@ private Q_SLOTS:
     void failsWhenTheServiceIsAbsentAndLogsOnlyItsOwnLines_data();
     void failsWhenTheServiceIsAbsentAndLogsOnlyItsOwnLines();
 
+    void checkedGettersGiveTheAnswerOrEmptyAfterOneLine_data();
+    void checkedGettersGiveTheAnswerOrEmptyAfterOneLine();
+    void getTimeStampKeepsTheApplicationsTimeSpec();
     void checkedGettersLogTheirLinesOnAnErrorReply_data();
     void checkedGettersLogTheirLinesOnAnErrorReply();
     void checkedGettersLogNothingForAWrongTypedReply_data();

@@ -1,4 +1,4 @@
-#include "ScalarTest.h"
+#include "ProxyClassTest.h"
 
 #include <QDBusConnection>
 #include <QDBusError>
@@ -21,7 +21,7 @@ QString listReplyErrorOf(const QString &service, const QString &path, const QStr
 /// The tables completed: a Comp getter gives an empty list on any failure, one of .compLines
 /// is the .comps row of its name, and the slots are the tables' operations where the test does
 /// not list them.
-ScalarClass completed(ScalarClass tested)
+ProxyClass completed(ProxyClass tested)
 {
     for (OperationRow &row : tested.comps)
         row.empty = emptyList;
@@ -36,6 +36,17 @@ ScalarClass completed(ScalarClass tested)
     return tested;
 }
 
+/// The type of @p value and, for a list, of each element: an element left wrapped shows as QDBusVariant.
+QStringList typesOf(const QVariant &value)
+{
+    QStringList types{QString::fromLatin1(value.typeName())};
+    if (value.userType() == QMetaType::QVariantList) {
+        for (const QVariant &element : value.toList())
+            types.append(QString::fromLatin1(element.typeName()));
+    }
+    return types;
+}
+
 } // namespace
 
 QList<LogLine> linesOf(const QStringList &lines, const QString &quotedMessage)
@@ -43,38 +54,39 @@ QList<LogLine> linesOf(const QStringList &lines, const QString &quotedMessage)
     return debugLines(QStringList(lines).replaceInStrings(QStringLiteral("%1"), quotedMessage));
 }
 
-ScalarTest::ScalarTest(ScalarClass tested)
+ProxyClassTest::ProxyClassTest(ProxyClass tested)
     : ProxyTableTest(tested.className, tested.path, tested.make)
     , m_class(completed(std::move(tested)))
 {
 }
 
-ScalarTest::~ScalarTest() = default;
+ProxyClassTest::~ProxyClassTest() = default;
 
-QList<LogLine> ScalarTest::failureLines(const OperationRow &row, const QString &service, const QString &message) const
+QList<LogLine> ProxyClassTest::failureLines(const OperationRow &row, const QString &service,
+                                            const QString &message) const
 {
     const QStringList report{reportLine(row.report, service, m_path, message)};
     return debugLines(row.report.isEmpty() ? QStringList() : report) + linesOf(row.logLines, quoted(message));
 }
 
-void ScalarTest::holdsNoDataOfItsOwn()
+void ProxyClassTest::keepsNoDataBesideTheBaseButItsOwn()
 {
     if (m_class.size == 0)
-        QSKIP("The class keeps data of its own.");
-    QCOMPARE(m_class.size, sizeof(QDBusAbstractInterface));
+        QSKIP("The test states no size.");
+    QCOMPARE(m_class.size, sizeof(QDBusAbstractInterface) + m_class.ownData);
 }
 
-void ScalarTest::sendsEachOperationWithItsWireForm_data()
+void ProxyClassTest::sendsEachOperationWithItsWireForm_data()
 {
     addRows(m_class.sent + m_class.replies + m_class.voidReplies + m_class.asyncs + m_class.comps, "sent");
 }
 
-void ScalarTest::sendsEachOperationWithItsWireForm()
+void ProxyClassTest::sendsEachOperationWithItsWireForm()
 {
     verifySentAsItsRow(*m_fake, *m_proxy);
 }
 
-void ScalarTest::mapsEachReply_data()
+void ProxyClassTest::mapsEachReply_data()
 {
     addMappedReplyColumns();
     // What a checked getter logs is judged below.
@@ -82,19 +94,23 @@ void ScalarTest::mapsEachReply_data()
         addMappedReplyRows(tag(row, ""), row, row.logLines.isEmpty() ? LogCheck::Nothing : LogCheck::Unchecked);
     for (const OperationRow &row : m_class.voidReplies)
         addMappedVoidReplyRows(tag(row, ""), row);
+    for (const OperationRow &row : m_class.answers) {
+        addMappedReplyRow(tag(row, "answered"), row.run, row.wireMember(), ScriptedAnswer::value(row.answered), true,
+                          row.seen.isValid() ? row.seen : row.answered);
+    }
 }
 
-void ScalarTest::mapsEachReply()
+void ProxyClassTest::mapsEachReply()
 {
     verifyMappedReply(*m_fake, *m_proxy);
 }
 
-void ScalarTest::failsWhenTheServiceIsAbsentAndLogsOnlyItsOwnLines_data()
+void ProxyClassTest::failsWhenTheServiceIsAbsentAndLogsOnlyItsOwnLines_data()
 {
-    addRows(m_class.replies + m_class.voidReplies + m_class.comps, "absent service");
+    addRows(m_class.checked + m_class.replies + m_class.voidReplies + m_class.comps, "absent service");
 }
 
-void ScalarTest::failsWhenTheServiceIsAbsentAndLogsOnlyItsOwnLines()
+void ProxyClassTest::failsWhenTheServiceIsAbsentAndLogsOnlyItsOwnLines()
 {
     QFETCH(OperationRow, row);
 
@@ -102,20 +118,101 @@ void ScalarTest::failsWhenTheServiceIsAbsentAndLogsOnlyItsOwnLines()
     const std::unique_ptr<QDBusAbstractInterface> absent = makeAbsent();
     const Seen seen = row.run(*absent);
 
-    QVERIFY(!seen.valid);
     QCOMPARE(seen.value, row.empty);
     QCOMPARE(seen.value.userType(), row.empty.userType());
     if (row.empty.userType() == QMetaType::QString)
         QVERIFY(seen.value.toString().isNull());
-    if (seen.error) // a plain value carries none
+    if (seen.error) { // a plain value carries none, and shows its failure only as the empty value
+        QVERIFY(!seen.valid);
         QCOMPARE(seen.error->type(), QDBusError::ServiceUnknown);
+        QVERIFY(seen.error->message().contains(absentService()));
+    }
     QCOMPARE(absent->lastError().type(), QDBusError::ServiceUnknown);
     const QString message = absent->lastError().message();
     QVERIFY(message.contains(absentService()));
     QCOMPARE(log.lines(), failureLines(row, absentService(), message));
 }
 
-void ScalarTest::checkedGettersLogTheirLinesOnAnErrorReply_data()
+void ProxyClassTest::checkedGettersGiveTheAnswerOrEmptyAfterOneLine_data()
+{
+    QTest::addColumn<OperationRow>("row");
+    QTest::addColumn<ScriptedAnswer>("answer");
+    QTest::addColumn<QVariant>("result");
+    QTest::addColumn<QStringList>("lines");
+
+    const auto addRow = [this](const OperationRow &getter, const char *situation, const ScriptedAnswer &answer,
+                               const QVariant &result, const QStringList &lines) {
+        QTest::newRow(tag(getter, situation).constData()) << getter << answer << result << lines;
+    };
+    // reportLine() quotes an empty message as "", which gives way to the message quoted here.
+    const QString service = FakeMeasApplication::serviceFor(QStringLiteral("fake"));
+    const auto failure = [&](const OperationRow &getter, const QString &quotedMessage) {
+        return QStringList{reportLine(getter.report, service, m_path, QString()).chopped(2) + quotedMessage};
+    };
+    const auto refuse = [&](const OperationRow &getter, const char *situation, const ScriptedAnswer &answer,
+                            const QString &typeError) {
+        addRow(getter, situation, answer, getter.empty, failure(getter, quoted(typeError)));
+    };
+
+    for (const OperationRow &getter : m_class.checked) {
+        addRow(getter, "answered", ScriptedAnswer::value(getter.answered),
+               getter.seen.isValid() ? getter.seen : getter.answered, {});
+        for (const LoggedError &error : m_class.errors) {
+            addRow(getter, error.name, ScriptedAnswer::error(failedErrorName(), error.message), getter.empty,
+                   failure(getter, error.quoted));
+        }
+        refuse(getter, "wrong type", ScriptedAnswer::value(getter.wrongType), getter.typeError);
+        // QtDBus names the type it expected in the same words whatever it got.
+        const QString expected = getter.typeError.section(QStringLiteral(", expected "), 1);
+        refuse(getter, "empty return", ScriptedAnswer::reply(),
+               QStringLiteral("Unexpected reply signature: got \"<empty signature>\", expected ") + expected);
+    }
+    for (const OperationRow &getter : m_class.refused)
+        refuse(getter, "wrong type", ScriptedAnswer::value(getter.wrongType), getter.typeError);
+}
+
+void ProxyClassTest::checkedGettersGiveTheAnswerOrEmptyAfterOneLine()
+{
+    if (!QTest::currentDataTag())
+        QSKIP("The class has no getter judging the reply itself.");
+    QFETCH(OperationRow, row);
+    QFETCH(ScriptedAnswer, answer);
+    QFETCH(QVariant, result);
+    QFETCH(QStringList, lines);
+
+    // The rows' lines name the application's default service.
+    QCOMPARE(m_fake->service(), FakeMeasApplication::serviceFor(QStringLiteral("fake")));
+    LogCapture log;
+    m_fake->answer(row.wireMember(), answer);
+
+    const QVariant value = row.run(*m_proxy).value;
+
+    QCOMPARE(typesOf(value), typesOf(result));
+    QCOMPARE(value, result);
+    if (result.userType() == QMetaType::QString && result.toString().isNull())
+        QVERIFY(value.toString().isNull());
+    QCOMPARE(log.lines(), debugLines(lines));
+    // Only an error answer is the call's own failure; a refused answer is the getter's judgement.
+    QCOMPARE(m_proxy->lastError().isValid(), answer.kind == ScriptedAnswer::Error);
+    verifySingleCall(*m_fake, m_path, row.wireMember(), row.signature, wireTexts(row.arguments));
+}
+
+void ProxyClassTest::getTimeStampKeepsTheApplicationsTimeSpec()
+{
+    if (m_class.timeStamps.isEmpty())
+        QSKIP("The class hands on no time stamp.");
+    LogCapture log;
+    for (const QDateTime &stamp : m_class.timeStamps) {
+        m_fake->answer("getTimeStamp", ScriptedAnswer::value(stamp));
+        const Seen seen = byName<QDBusReply<QDateTime>>("getTimeStamp")(*m_proxy);
+        QVERIFY(seen.valid);
+        QCOMPARE(seen.value.toDateTime(), stamp);
+        QCOMPARE(seen.value.toDateTime().timeSpec(), stamp.timeSpec());
+    }
+    QCOMPARE(log.lines(), QList<LogLine>());
+}
+
+void ProxyClassTest::checkedGettersLogTheirLinesOnAnErrorReply_data()
 {
     QTest::addColumn<OperationRow>("row");
     QTest::addColumn<QString>("message");
@@ -130,7 +227,7 @@ void ScalarTest::checkedGettersLogTheirLinesOnAnErrorReply_data()
     }
 }
 
-void ScalarTest::checkedGettersLogTheirLinesOnAnErrorReply()
+void ProxyClassTest::checkedGettersLogTheirLinesOnAnErrorReply()
 {
     if (!QTest::currentDataTag()) // an empty table runs the function once, without data
         QSKIP("The class has no checked getter.");
@@ -153,7 +250,7 @@ void ScalarTest::checkedGettersLogTheirLinesOnAnErrorReply()
     QCOMPARE(log.lines(), linesOf(row.logLines, quotedMessage));
 }
 
-void ScalarTest::checkedGettersLogNothingForAWrongTypedReply_data()
+void ProxyClassTest::checkedGettersLogNothingForAWrongTypedReply_data()
 {
     QTest::addColumn<OperationRow>("row");
     for (const OperationRow &row : m_class.replies) {
@@ -162,7 +259,7 @@ void ScalarTest::checkedGettersLogNothingForAWrongTypedReply_data()
     }
 }
 
-void ScalarTest::checkedGettersLogNothingForAWrongTypedReply()
+void ProxyClassTest::checkedGettersLogNothingForAWrongTypedReply()
 {
     if (!QTest::currentDataTag())
         QSKIP("The class has no checked getter.");
@@ -183,7 +280,7 @@ void ScalarTest::checkedGettersLogNothingForAWrongTypedReply()
     QCOMPARE(log.lines(), QList<LogLine>());
 }
 
-void ScalarTest::plainOperationsLogNothingOnAnErrorReply()
+void ProxyClassTest::plainOperationsLogNothingOnAnErrorReply()
 {
     QList<OperationRow> plain;
     for (const OperationRow &row : m_class.replies + m_class.voidReplies) {
@@ -201,19 +298,19 @@ void ScalarTest::plainOperationsLogNothingOnAnErrorReply()
     QCOMPARE(log.lines(), QList<LogLine>());
 }
 
-void ScalarTest::asyncOperationsReturnAtOnceAndLeaveLastErrorAlone()
+void ProxyClassTest::asyncOperationsReturnAtOnceAndLeaveLastErrorAlone()
 {
     if (m_class.asyncs.isEmpty())
         QSKIP("The class has no fire-and-forget operation.");
     verifyAsyncCallsReturnAtOnce(*m_fake, *m_proxy, m_class.failingCall, m_class.asyncs);
 }
 
-void ScalarTest::asyncOperationsToAnAbsentServiceShowNothing_data()
+void ProxyClassTest::asyncOperationsToAnAbsentServiceShowNothing_data()
 {
     addRows(m_class.asyncs, "absent service");
 }
 
-void ScalarTest::asyncOperationsToAnAbsentServiceShowNothing()
+void ProxyClassTest::asyncOperationsToAnAbsentServiceShowNothing()
 {
     if (!QTest::currentDataTag())
         QSKIP("The class has no fire-and-forget operation.");
@@ -221,12 +318,12 @@ void ScalarTest::asyncOperationsToAnAbsentServiceShowNothing()
     verifyAsyncCallsShowNothing(*makeAbsent(), {row});
 }
 
-void ScalarTest::compGettersReturnTheElementsAsSent_data()
+void ProxyClassTest::compGettersReturnTheElementsAsSent_data()
 {
     addRows(m_class.comps, "comp");
 }
 
-void ScalarTest::compGettersReturnTheElementsAsSent()
+void ProxyClassTest::compGettersReturnTheElementsAsSent()
 {
     if (!QTest::currentDataTag())
         QSKIP("The class has no Comp getter.");
@@ -250,7 +347,7 @@ void ScalarTest::compGettersReturnTheElementsAsSent()
     QCOMPARE(log.lines(), QList<LogLine>());
 }
 
-void ScalarTest::compGettersGiveAnEmptyListAndReportAnyFailureInOneLine_data()
+void ProxyClassTest::compGettersGiveAnEmptyListAndReportAnyFailureInOneLine_data()
 {
     QTest::addColumn<OperationRow>("row");
     QTest::addColumn<ScriptedAnswer>("answer");
@@ -271,7 +368,7 @@ void ScalarTest::compGettersGiveAnEmptyListAndReportAnyFailureInOneLine_data()
     }
 }
 
-void ScalarTest::compGettersGiveAnEmptyListAndReportAnyFailureInOneLine()
+void ProxyClassTest::compGettersGiveAnEmptyListAndReportAnyFailureInOneLine()
 {
     if (!QTest::currentDataTag())
         QSKIP("The class has no Comp getter.");
@@ -292,7 +389,7 @@ void ScalarTest::compGettersGiveAnEmptyListAndReportAnyFailureInOneLine()
     QCOMPARE(log.lines(), message.isEmpty() ? QList<LogLine>() : failureLines(row, m_fake->service(), message));
 }
 
-void ScalarTest::aFailedCompCallLeavesTheProxyAsItWas()
+void ProxyClassTest::aFailedCompCallLeavesTheProxyAsItWas()
 {
     if (m_class.comps.isEmpty())
         QSKIP("The class has no Comp getter.");
@@ -322,7 +419,7 @@ void ScalarTest::aFailedCompCallLeavesTheProxyAsItWas()
     QCOMPARE(log.lines().size(), 1);
 }
 
-void ScalarTest::metaObjectListsSignalsThenSlotsInDeclarationOrder()
+void ProxyClassTest::metaObjectListsSignalsThenSlotsInDeclarationOrder()
 {
     const QMetaObject &meta = *m_proxy->metaObject();
     QCOMPARE(QByteArray(meta.className()), QByteArray(m_className));
@@ -331,22 +428,22 @@ void ScalarTest::metaObjectListsSignalsThenSlotsInDeclarationOrder()
         QCOMPARE(ownMethodReturnTypes(meta), m_class.returnTypes);
 }
 
-void ScalarTest::metaCastKnowsTheClassAndLeavesTheRestToTheBase()
+void ProxyClassTest::metaCastKnowsTheClassAndLeavesTheRestToTheBase()
 {
     verifyMetaCast(*m_proxy, m_className, m_class.otherClasses);
 }
 
-void ScalarTest::invokingSlotsByNameGivesTheDirectResult_data()
+void ProxyClassTest::invokingSlotsByNameGivesTheDirectResult_data()
 {
     addRows(m_class.byName, "by name");
 }
 
-void ScalarTest::invokingSlotsByNameGivesTheDirectResult()
+void ProxyClassTest::invokingSlotsByNameGivesTheDirectResult()
 {
     verifyInvokedByName(m_class.sent + m_class.replies + m_class.voidReplies + m_class.asyncs + m_class.comps);
 }
 
-void ScalarTest::namesThatAreNoSlotCannotBeInvoked()
+void ProxyClassTest::namesThatAreNoSlotCannotBeInvoked()
 {
     if (m_class.noSuchSlots.isEmpty())
         QSKIP("The test names no missing slot.");
@@ -370,14 +467,14 @@ void ScalarTest::namesThatAreNoSlotCannotBeInvoked()
     verifySingleCall(*m_fake, m_path, "getValue", "", {});
 }
 
-void ScalarTest::relaysItsSignalsOfItsOwnObjectOnly_data()
+void ProxyClassTest::relaysItsSignalsOfItsOwnObjectOnly_data()
 {
     QTest::addColumn<OperationRow>("row");
     for (const OperationRow &row : m_class.signalsRelayed)
         QTest::newRow(tag(row, wireTexts(row.arguments).join(QStringLiteral(", ")).toUtf8().constData())) << row;
 }
 
-void ScalarTest::relaysItsSignalsOfItsOwnObjectOnly()
+void ProxyClassTest::relaysItsSignalsOfItsOwnObjectOnly()
 {
     if (!QTest::currentDataTag())
         QSKIP("The class relays no signal.");
