@@ -19,10 +19,16 @@ QString listReplyErrorOf(const QString &service, const QString &path, const QStr
 }
 
 /// The tables completed: a Comp getter gives an empty list on any failure, one of .compLines
-/// is the .comps row of its name, and the slots are the tables' operations where the test does
-/// not list them.
+/// is the .comps row of its name, the slots are the tables' operations and the checked getters
+/// are tried with two errors where the test does not list them.
 ProxyClass completed(ProxyClass tested)
 {
+    // Written out, not made by quoted(), which would share a mistake of the library's own quoting.
+    if (tested.errors.isEmpty()) {
+        tested.errors = {{"error reply", QStringLiteral("no value"), QStringLiteral("\"no value\"")},
+                         {"message with quotes", QStringLiteral("say \"hi\" \\ bye"),
+                          QStringLiteral("\"say \\\"hi\\\" \\\\ bye\"")}};
+    }
     for (OperationRow &row : tested.comps)
         row.empty = emptyList;
     for (OperationRow &row : tested.compLines) {
@@ -49,11 +55,6 @@ QStringList typesOf(const QVariant &value)
 
 } // namespace
 
-QList<LogLine> linesOf(const QStringList &lines, const QString &quotedMessage)
-{
-    return debugLines(QStringList(lines).replaceInStrings(QStringLiteral("%1"), quotedMessage));
-}
-
 ProxyClassTest::ProxyClassTest(ProxyClass tested)
     : ProxyTableTest(tested.className, tested.path, tested.make)
     , m_class(completed(std::move(tested)))
@@ -66,7 +67,8 @@ QList<LogLine> ProxyClassTest::failureLines(const OperationRow &row, const QStri
                                             const QString &message) const
 {
     const QStringList report{reportLine(row.report, service, m_path, message)};
-    return debugLines(row.report.isEmpty() ? QStringList() : report) + linesOf(row.logLines, quoted(message));
+    const QStringList lines = QStringList(row.logLines).replaceInStrings(QStringLiteral("%1"), quoted(message));
+    return debugLines(row.report.isEmpty() ? lines : report + lines);
 }
 
 void ProxyClassTest::keepsNoDataBesideTheBaseButItsOwn()
@@ -133,7 +135,7 @@ void ProxyClassTest::failsWhenTheServiceIsAbsentAndLogsOnlyItsOwnLines()
     QCOMPARE(log.lines(), failureLines(row, absentService(), message));
 }
 
-void ProxyClassTest::checkedGettersGiveTheAnswerOrEmptyAfterOneLine_data()
+void ProxyClassTest::checkedGettersGiveTheAnswerOrEmptyAfterTheirLines_data()
 {
     QTest::addColumn<OperationRow>("row");
     QTest::addColumn<ScriptedAnswer>("answer");
@@ -144,37 +146,47 @@ void ProxyClassTest::checkedGettersGiveTheAnswerOrEmptyAfterOneLine_data()
                                const QVariant &result, const QStringList &lines) {
         QTest::newRow(tag(getter, situation).constData()) << getter << answer << result << lines;
     };
-    // reportLine() quotes an empty message as "", which gives way to the message quoted here.
+    // A getter names its lines in .logLines, or logs the one line .report opens; reportLine()
+    // quotes an empty message as "", which gives way to the message quoted here.
     const QString service = FakeMeasApplication::serviceFor(QStringLiteral("fake"));
-    const auto failure = [&](const OperationRow &getter, const QString &quotedMessage) {
-        return QStringList{reportLine(getter.report, service, m_path, QString()).chopped(2) + quotedMessage};
+    const auto fail = [&](const OperationRow &getter, const char *situation, const ScriptedAnswer &answer,
+                          const QString &quotedMessage) {
+        const QStringList lines = getter.logLines.isEmpty()
+            ? QStringList{reportLine(getter.report, service, m_path, QString()).chopped(2) + quotedMessage}
+            : QStringList(getter.logLines).replaceInStrings(QStringLiteral("%1"), quotedMessage);
+        addRow(getter, situation, answer, getter.empty, lines);
     };
-    const auto refuse = [&](const OperationRow &getter, const char *situation, const ScriptedAnswer &answer,
-                            const QString &typeError) {
-        addRow(getter, situation, answer, getter.empty, failure(getter, quoted(typeError)));
+    const auto failOnErrors = [&](const OperationRow &getter) {
+        for (const LoggedError &error : m_class.errors)
+            fail(getter, error.name, ScriptedAnswer::error(failedErrorName(), error.message), error.quoted);
     };
 
     for (const OperationRow &getter : m_class.checked) {
         addRow(getter, "answered", ScriptedAnswer::value(getter.answered),
                getter.seen.isValid() ? getter.seen : getter.answered, {});
-        for (const LoggedError &error : m_class.errors) {
-            addRow(getter, error.name, ScriptedAnswer::error(failedErrorName(), error.message), getter.empty,
-                   failure(getter, error.quoted));
-        }
-        refuse(getter, "wrong type", ScriptedAnswer::value(getter.wrongType), getter.typeError);
+        failOnErrors(getter);
+        fail(getter, "wrong type", ScriptedAnswer::value(getter.wrongType), quoted(getter.typeError));
         // QtDBus names the type it expected in the same words whatever it got.
         const QString expected = getter.typeError.section(QStringLiteral(", expected "), 1);
-        refuse(getter, "empty return", ScriptedAnswer::reply(),
-               QStringLiteral("Unexpected reply signature: got \"<empty signature>\", expected ") + expected);
+        fail(getter, "empty return", ScriptedAnswer::reply(),
+             quoted(QStringLiteral("Unexpected reply signature: got \"<empty signature>\", expected ") + expected));
     }
     for (const OperationRow &getter : m_class.refused)
-        refuse(getter, "wrong type", ScriptedAnswer::value(getter.wrongType), getter.typeError);
+        fail(getter, "wrong type", ScriptedAnswer::value(getter.wrongType), quoted(getter.typeError));
+    // These follow the proxy's lastError(), which a well-formed answer of the wrong type does not set.
+    for (const OperationRow &getter : m_class.replies + m_class.compLines) {
+        if (getter.logLines.isEmpty())
+            continue;
+        failOnErrors(getter);
+        if (getter.wrongType.isValid())
+            addRow(getter, "wrong type", ScriptedAnswer::value(getter.wrongType), getter.empty, {});
+    }
 }
 
-void ProxyClassTest::checkedGettersGiveTheAnswerOrEmptyAfterOneLine()
+void ProxyClassTest::checkedGettersGiveTheAnswerOrEmptyAfterTheirLines()
 {
-    if (!QTest::currentDataTag())
-        QSKIP("The class has no getter judging the reply itself.");
+    if (!QTest::currentDataTag()) // an empty table runs the function once, without data
+        QSKIP("The class has no checked getter.");
     QFETCH(OperationRow, row);
     QFETCH(ScriptedAnswer, answer);
     QFETCH(QVariant, result);
@@ -185,12 +197,21 @@ void ProxyClassTest::checkedGettersGiveTheAnswerOrEmptyAfterOneLine()
     LogCapture log;
     m_fake->answer(row.wireMember(), answer);
 
-    const QVariant value = row.run(*m_proxy).value;
+    const Seen seen = row.run(*m_proxy);
 
-    QCOMPARE(typesOf(value), typesOf(result));
-    QCOMPARE(value, result);
+    QCOMPARE(typesOf(seen.value), typesOf(result));
+    QCOMPARE(seen.value, result);
     if (result.userType() == QMetaType::QString && result.toString().isNull())
-        QVERIFY(value.toString().isNull());
+        QVERIFY(seen.value.toString().isNull());
+    if (seen.error) { // a reply handed back: only failures have rows here
+        QVERIFY(!seen.valid);
+        if (answer.kind == ScriptedAnswer::Error) {
+            QCOMPARE(seen.error->name(), answer.errorName);
+            QCOMPARE(seen.error->message(), answer.errorMessage);
+        } else {
+            QCOMPARE(seen.error->type(), QDBusError::InvalidSignature);
+        }
+    }
     QCOMPARE(log.lines(), debugLines(lines));
     // Only an error answer is the call's own failure; a refused answer is the getter's judgement.
     QCOMPARE(m_proxy->lastError().isValid(), answer.kind == ScriptedAnswer::Error);
@@ -209,74 +230,6 @@ void ProxyClassTest::getTimeStampKeepsTheApplicationsTimeSpec()
         QCOMPARE(seen.value.toDateTime(), stamp);
         QCOMPARE(seen.value.toDateTime().timeSpec(), stamp.timeSpec());
     }
-    QCOMPARE(log.lines(), QList<LogLine>());
-}
-
-void ProxyClassTest::checkedGettersLogTheirLinesOnAnErrorReply_data()
-{
-    QTest::addColumn<OperationRow>("row");
-    QTest::addColumn<QString>("message");
-    QTest::addColumn<QString>("quotedMessage");
-    for (const OperationRow &row : m_class.replies + m_class.compLines) {
-        if (row.logLines.isEmpty())
-            continue;
-        QTest::newRow(tag(row, "error reply")) << row << QStringLiteral("no value") << QStringLiteral("\"no value\"");
-        // Written out, not made by quoted(), which would share a mistake of the library's own quoting.
-        QTest::newRow(tag(row, "message with quotes"))
-            << row << QStringLiteral("say \"hi\" \\ bye") << QStringLiteral("\"say \\\"hi\\\" \\\\ bye\"");
-    }
-}
-
-void ProxyClassTest::checkedGettersLogTheirLinesOnAnErrorReply()
-{
-    if (!QTest::currentDataTag()) // an empty table runs the function once, without data
-        QSKIP("The class has no checked getter.");
-    QFETCH(OperationRow, row);
-    QFETCH(QString, message);
-    QFETCH(QString, quotedMessage);
-
-    LogCapture log;
-    m_fake->answer(row.wireMember(), ScriptedAnswer::error(failedErrorName(), message));
-
-    const Seen seen = row.run(*m_proxy);
-
-    QVERIFY(!seen.valid);
-    QCOMPARE(seen.value, row.empty);
-    if (seen.error) {
-        QCOMPARE(seen.error->name(), failedErrorName());
-        QCOMPARE(seen.error->message(), message);
-    }
-    verifySingleCall(*m_fake, m_path, row.wireMember(), row.signature, wireTexts(row.arguments));
-    QCOMPARE(log.lines(), linesOf(row.logLines, quotedMessage));
-}
-
-void ProxyClassTest::checkedGettersLogNothingForAWrongTypedReply_data()
-{
-    QTest::addColumn<OperationRow>("row");
-    for (const OperationRow &row : m_class.replies) {
-        if (!row.logLines.isEmpty())
-            QTest::newRow(tag(row, "wrong type")) << row;
-    }
-}
-
-void ProxyClassTest::checkedGettersLogNothingForAWrongTypedReply()
-{
-    if (!QTest::currentDataTag())
-        QSKIP("The class has no checked getter.");
-    QFETCH(OperationRow, row);
-
-    // The lines follow the proxy's lastError(), which a well-formed answer of the wrong
-    // type does not set; the reply itself is still invalid.
-    LogCapture log;
-    m_fake->answer(row.wireMember(), ScriptedAnswer::value(row.wrongType));
-
-    const Seen seen = row.run(*m_proxy);
-
-    QVERIFY(!seen.valid);
-    QVERIFY(seen.error);
-    QCOMPARE(seen.error->type(), QDBusError::InvalidSignature);
-    QCOMPARE(seen.value, row.empty);
-    QVERIFY(!m_proxy->lastError().isValid());
     QCOMPARE(log.lines(), QList<LogLine>());
 }
 

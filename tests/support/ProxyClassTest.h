@@ -137,9 +137,6 @@ QList<OperationRow> invokedByName(const QVariant &value, const QString &text, co
     return rows;
 }
 
-/// A checked getter's @p lines with @p quotedMessage in place of "%1", as debug lines.
-QList<LogLine> linesOf(const QStringList &lines, const QString &quotedMessage);
-
 class ProxyClassTest : public ProxyTableTest
 {
     Q_OBJECT
@@ -161,13 +158,9 @@ private Q_SLOTS:
     void failsWhenTheServiceIsAbsentAndLogsOnlyItsOwnLines_data();
     void failsWhenTheServiceIsAbsentAndLogsOnlyItsOwnLines();
 
-    void checkedGettersGiveTheAnswerOrEmptyAfterOneLine_data();
-    void checkedGettersGiveTheAnswerOrEmptyAfterOneLine();
+    void checkedGettersGiveTheAnswerOrEmptyAfterTheirLines_data();
+    void checkedGettersGiveTheAnswerOrEmptyAfterTheirLines();
     void getTimeStampKeepsTheApplicationsTimeSpec();
-    void checkedGettersLogTheirLinesOnAnErrorReply_data();
-    void checkedGettersLogTheirLinesOnAnErrorReply();
-    void checkedGettersLogNothingForAWrongTypedReply_data();
-    void checkedGettersLogNothingForAWrongTypedReply();
     void plainOperationsLogNothingOnAnErrorReply();
 
     void asyncOperationsReturnAtOnceAndLeaveLastErrorAlone();
