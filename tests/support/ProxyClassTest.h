@@ -32,6 +32,7 @@ struct ProxyClass
     /// Getters judging the reply themselves: they give .answered (as .seen, where given), or
     /// .empty after the one line .report opens on each of .errors, on their .wrongType (QtDBus
     /// refusing it with .typeError) and on an empty return. Of .refused, only the .wrongType.
+    /// The getters naming .logLines are tried with .errors too; without them, with two.
     QList<OperationRow> checked = {};
     QList<LoggedError> errors = {};
     QList<OperationRow> refused = {};

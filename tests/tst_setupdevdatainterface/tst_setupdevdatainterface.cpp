@@ -38,8 +38,6 @@ const QList<OperationRow> sent{
     setValueCall("setValue long long", qlonglong(1) << 40),
     {.operation = "getValue", .run = getValue},
     {.operation = "getString", .run = getString},
-    {.operation = "setValue by name", .run = byName<QDBusReply<bool>>("setValue(QVariant)", QVariant(4.5)),
-     .member = "setValue", .signature = "v", .arguments = {wrappedValue(4.5)}},
     {.operation = "setValueAsync by name",
      .run = byName<void>("setValueAsync(QVariant)", QVariant(QStringLiteral("async"))), .member = "setValue",
      .signature = "v", .arguments = {wrappedValue(QStringLiteral("async"))}},
