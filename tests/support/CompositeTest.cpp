@@ -3,6 +3,7 @@
 #include <QtTest/QTest>
 
 #include <algorithm>
+#include <memory>
 
 namespace {
 
@@ -24,24 +25,12 @@ void nameMembers(QList<OperationRow> &rows)
     }
 }
 
-/// @p rows and those of @p more whose operation they do not name.
-QList<OperationRow> joined(QList<OperationRow> rows, const QList<OperationRow> &more)
-{
-    for (const OperationRow &row : more) {
-        if (std::none_of(rows.cbegin(), rows.cend(),
-                         [&row](const OperationRow &known) { return qstrcmp(known.operation, row.operation) == 0; }))
-            rows.append(row);
-    }
-    return rows;
-}
-
 /// The tables completed: each row's member is the first word of its operation where the row
-/// names none; the fire-and-forget calls and setToDefault() are sent where the tables leave
-/// them out; and a checked getter takes its call and empty value from the reply row of its
-/// name, its line opening with "Class::operation(): ".
+/// names none; the fire-and-forget calls and setToDefault() are sent too; and a checked getter takes its call and empty
+/// value from the reply row of its name, its line opening with "Class::operation(): ".
 CompositeClass completed(CompositeClass tested)
 {
-    tested.sent = joined(tested.sent, tested.asyncs + QList<OperationRow>{setToDefaultRow(tested)});
+    tested.sent += tested.asyncs + QList<OperationRow>{setToDefaultRow(tested)};
     for (QList<OperationRow> *rows : {&tested.sent, &tested.replies, &tested.voidReplies, &tested.asyncs})
         nameMembers(*rows);
     for (OperationRow &getter : tested.checkedGetters) {
@@ -75,6 +64,17 @@ bool CompositeTest::isCheckedGetter(const char *operation) const
                        [&name](const OperationRow &getter) {
                            return name == getter.operation || name.startsWith(QByteArray(getter.operation) + ' ');
                        });
+}
+
+void CompositeTest::constructionForAnAbsentServiceKeepsItsArgumentsAndLogsNothing()
+{
+    LogCapture log;
+    const std::unique_ptr<QDBusAbstractInterface> absent = makeAbsent();
+
+    QCOMPARE(absent->service(), absentService());
+    QCOMPARE(absent->path(), m_path);
+    QCOMPARE(log.lines(), QList<LogLine>());
+    QVERIFY(m_proxy->isValid());
 }
 
 void CompositeTest::sendsEachOperationWithItsWireForm_data()

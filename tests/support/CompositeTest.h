@@ -5,6 +5,7 @@
 // threshold manager, storage elements). A class's test states the class as a CompositeClass
 // and derives from CompositeTest, adding what is the class's own.
 
+#include "DBusCompat_p.h"
 #include "ProxyTableTest.h"
 
 #include <QList>
@@ -67,6 +68,7 @@ private:
     const CompositeClass m_class;
 
 private Q_SLOTS:
+    void constructionForAnAbsentServiceKeepsItsArgumentsAndLogsNothing();
     void sendsEachOperationWithItsWireForm_data();
     void sendsEachOperationWithItsWireForm();
     void mapsEachAnswerToWhatTheCallerSees_data();
@@ -96,6 +98,27 @@ ProxyOperation calling(R (Proxy::*method)(Params...), Args... arguments)
 {
     return onProxy<Proxy>([=](Proxy &proxy) { return (proxy.*method)(arguments...); });
 }
+
+/// Stand-in marshalling operators of @p Map that mark what they write and what they read,
+/// to show which operators a construction leaves in place.
+template<typename Map, void (*write)(QDBusArgument &, const Map &), void (*read)(const QDBusArgument &, Map &)>
+struct MarkingOperators
+{
+    static void install(int typeId) { DBusCompat::registerMarshallOperators(typeId, writer, reader); }
+    static void writer(QDBusArgument &argument, const void *value)
+    {
+        Map marked = *static_cast<const Map *>(value);
+        marked.insert(QStringLiteral("written by the stand-in"), typename Map::mapped_type(QStringLiteral("yes")));
+        write(argument, marked);
+    }
+    static void reader(const QDBusArgument &argument, void *value)
+    {
+        Map &map = *static_cast<Map *>(value);
+        read(argument, map);
+        map.insert(QStringLiteral("read by the stand-in"), typename Map::mapped_type(QStringLiteral("yes")));
+    }
+};
+using MarkingSettingsMap = MarkingOperators<SettingsMap, DBusTypes::writeSettingsMap, DBusTypes::readSettingsMap>;
 
 /// @p value is a structured value that QtDBus left as a QDBusArgument, reading as @p wire (wireText()).
 void verifyLeftAsArgument(const QVariant &value, const QString &wire);

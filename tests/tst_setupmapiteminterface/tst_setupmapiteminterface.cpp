@@ -130,12 +130,9 @@ void tst_SetupMapItemInterface::variantGettersLeaveAMapValueAsAnArgument()
     m_fake->answer("getBaseElement", ScriptedAnswer::value(wrappedValue(QVariant(entry))));
 
     for (const QVariant &value : {proxy().getValue("ch1"), proxy().getBaseElement()}) {
-        QCOMPARE(value.userType(), qMetaTypeId<QDBusArgument>());
-        const QDBusArgument argument = qvariant_cast<QDBusArgument>(value);
-        QCOMPARE(argument.currentSignature(), QStringLiteral("a{sv}"));
-        QCOMPARE(wireText(argument), QStringLiteral("a{sv} {s \"colour\": v(s \"red\"), s \"width\": v(i 2)}"));
+        verifyLeftAsArgument(value, "a{sv} {s \"colour\": v(s \"red\"), s \"width\": v(i 2)}");
         SettingsMap read;
-        DBusTypes::readSettingsMap(argument, read);
+        DBusTypes::readSettingsMap(qvariant_cast<QDBusArgument>(value), read);
         QCOMPARE(read, entry);
     }
 }

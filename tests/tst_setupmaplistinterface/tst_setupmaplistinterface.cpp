@@ -1,7 +1,6 @@
 #include "SetupMapListInterface.h"
 
 #include "CompositeTest.h"
-#include "DBusCompat_p.h"
 #include "DBusTypes.h"
 
 #include <QDBusArgument>
@@ -94,26 +93,6 @@ const QList<OperationRow> checkedGetters{
     {.operation = "getMax", .wrongType = 5.5, .typeError = replyTypeError<QDBusVariant>(5.5)},
 };
 // clang-format on
-
-// Stand-ins that leave a mark, to show which operators a construction leaves in place.
-void markingWriter(QDBusArgument &argument, const void *value)
-{
-    SettingsMap marked = *static_cast<const SettingsMap *>(value);
-    marked.insert(QStringLiteral("written by the stand-in"), true);
-    DBusTypes::writeSettingsMap(argument, marked);
-}
-
-void markingReader(const QDBusArgument &argument, void *value)
-{
-    SettingsMap &map = *static_cast<SettingsMap *>(value);
-    DBusTypes::readSettingsMap(argument, map);
-    map.insert(QStringLiteral("read by the stand-in"), true);
-}
-
-void replaceSettingsMapOperators()
-{
-    DBusCompat::registerMarshallOperators(QMetaType::QVariantMap, markingWriter, markingReader);
-}
 
 CompositeClass mapList()
 {
@@ -224,14 +203,14 @@ void tst_SetupMapListInterface::everyConstructionInstallsTheSettingsMapOperators
     const QString plain = QStringLiteral("v(a{sv} {s \"gain\": v(i 1)})");
 
     for (int round = 0; round < 2; ++round) {
-        replaceSettingsMapOperators();
+        MarkingSettingsMap::install(QMetaType::QVariantMap);
         // The stand-ins are in force for a proxy constructed before them...
         m_fake->clearCalls();
         m_fake->answer("getValue", ScriptedAnswer::value(QVariant(map)));
         proxy().setValue("Quiet", map);
         QVERIFY(m_fake->waitForCalls(1));
         QCOMPARE(wireText(m_fake->calls().first().arguments.at(1)),
-                 QStringLiteral("v(a{sv} {s \"gain\": v(i 1), s \"written by the stand-in\": v(b true)})"));
+                 QStringLiteral("v(a{sv} {s \"gain\": v(i 1), s \"written by the stand-in\": v(s \"yes\")})"));
         QVERIFY(proxy().getValue(0).contains(QStringLiteral("read by the stand-in")));
 
         // ...and a new construction puts the library's own back.

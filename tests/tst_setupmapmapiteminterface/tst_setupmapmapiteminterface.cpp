@@ -226,21 +226,8 @@ public:
     int receiverCount(const char *signal) const { return receivers(signal); }
 };
 
-/// Stand-in operators that leave a mark, to show which operators a construction leaves in place.
-template<typename Map, void (*write)(QDBusArgument &, const Map &), void (*read)(const QDBusArgument &, Map &)>
-struct Marking
-{
-    static void writer(QDBusArgument &argument, const void *value)
-    {
-        Map marked = *static_cast<const Map *>(value);
-        marked.insert(QStringLiteral("written by the stand-in"), typename Map::mapped_type(QStringLiteral("yes")));
-        write(argument, marked);
-    }
-    static void reader(const QDBusArgument &argument, void *value) { read(argument, *static_cast<Map *>(value)); }
-};
-using MarkingMap = Marking<SettingsMap, DBusTypes::writeSettingsMap, DBusTypes::readSettingsMap>;
 using MarkingStringMap =
-    Marking<SettingsStringMap, DBusTypes::writeSettingsStringMap, DBusTypes::readSettingsStringMap>;
+    MarkingOperators<SettingsStringMap, DBusTypes::writeSettingsStringMap, DBusTypes::readSettingsStringMap>;
 
 /// A structure, which no map or list reader takes apart.
 QVariant pair()
@@ -468,8 +455,8 @@ void tst_SetupMapMapItemInterface::everyConstructionInstallsBothMapOperators()
     const QStringList plain{"a{sv} {s \"level\": v(i 3)}", "a{ss} {s \"label\": s \"In 1\"}"};
 
     for (int round = 0; round < 2; ++round) {
-        DBusCompat::registerMarshallOperators(QMetaType::QVariantMap, MarkingMap::writer, MarkingMap::reader);
-        DBusCompat::registerMarshallOperators(stringMapId, MarkingStringMap::writer, MarkingStringMap::reader);
+        MarkingSettingsMap::install(QMetaType::QVariantMap);
+        MarkingStringMap::install(stringMapId);
         sendProbe();
         QCOMPARE(wireTexts(m_fake->calls().first().arguments),
                  QStringList({"a{sv} {s \"level\": v(i 3), s \"written by the stand-in\": v(s \"yes\")}",

@@ -68,15 +68,8 @@ public:
     }
 
 private Q_SLOTS:
-    void constructionForAnAbsentServiceLogsNothing();
     void holdsNothingBesideTheBase();
 };
-
-void tst_StorageElemsMapInterface::constructionForAnAbsentServiceLogsNothing()
-{
-    verifyConstructionForAnAbsentService<StorageElemsMapInterface>(path);
-    QVERIFY(m_proxy->isValid());
-}
 
 void tst_StorageElemsMapInterface::holdsNothingBesideTheBase()
 {
