@@ -143,6 +143,27 @@ void CompositeTest::checkedGettersLogOneLineWhenTheServiceIsAbsent()
     verifyLoggedFailureWhenTheServiceIsAbsent(m_make, m_path);
 }
 
+void CompositeTest::checkedGettersLogOneLineWhenTheApplicationVanishes_data()
+{
+    addOperationRows(m_class.checkedGetters);
+}
+
+void CompositeTest::checkedGettersLogOneLineWhenTheApplicationVanishes()
+{
+    if (m_class.checkedGetters.isEmpty())
+        QSKIP("The class has no checked getter.");
+    QFETCH(OperationRow, row);
+    LogCapture log;
+    m_fake->answer(row.wireMember(), ScriptedAnswer::vanish());
+
+    const QVariant value = row.run(*m_proxy).value;
+
+    QCOMPARE(value, row.empty);
+    const QDBusError error = m_proxy->lastError();
+    QVERIFY(error.isValid());
+    QCOMPARE(log.lines(), debugLines({reportLine(row.report, m_fake->service(), m_path, error.message())}));
+}
+
 void CompositeTest::setToDefaultWaitsForTheAnswerAndDropsIt()
 {
     verifySetToDefaultWaitsAndDropsTheAnswer(*m_fake, *m_proxy, m_class.setToDefault, failedErrorName(),

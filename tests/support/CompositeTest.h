@@ -79,6 +79,8 @@ private Q_SLOTS:
     void checkedGettersLogOneLinePerFailure();
     void checkedGettersLogOneLineWhenTheServiceIsAbsent_data();
     void checkedGettersLogOneLineWhenTheServiceIsAbsent();
+    void checkedGettersLogOneLineWhenTheApplicationVanishes_data();
+    void checkedGettersLogOneLineWhenTheApplicationVanishes();
     void setToDefaultWaitsForTheAnswerAndDropsIt();
     void asyncOperationsReturnAtOnceAndLeaveLastErrorAlone();
     void asyncOperationsToAnAbsentServiceShowNothing();
