@@ -463,20 +463,8 @@ void verifySetToDefaultWaitsAndDropsTheAnswer(FakeMeasApplication &fake, QDBusAb
 void verifySignalsThenSlots(const QMetaObject &meta, const QObject &proxy, const QStringList &signalSignatures,
                             const QStringList &slotSignatures);
 
-template<typename Proxy>
-void verifyOwnMethods(const Proxy &proxy, const QStringList &signalSignatures, const QStringList &slotSignatures)
-{
-    verifySignalsThenSlots(Proxy::staticMetaObject, proxy, signalSignatures, slotSignatures);
-}
-
 /// Each method (by signature) returns the type of that name.
 void verifyReturnTypes(const QMetaObject &meta, const QList<QPair<const char *, const char *>> &returnTypes);
-
-template<typename Proxy>
-void verifyReturnTypes(const QList<QPair<const char *, const char *>> &returnTypes)
-{
-    verifyReturnTypes(Proxy::staticMetaObject, returnTypes);
-}
 
 /// A row per own method: its index after the base's, its signature and its kind.
 void addMethodPlacementRows(const QStringList &signalSignatures, const QStringList &slotSignatures);
