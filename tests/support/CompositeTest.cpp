@@ -229,3 +229,13 @@ void verifyLeftAsArgument(const QVariant &value, const QString &wire)
     QCOMPARE(value.userType(), qMetaTypeId<QDBusArgument>());
     QCOMPARE(wireText(value), wire);
 }
+
+ReceivedCall probeCall(FakeMeasApplication &fake, const QString &path, const QList<QVariant> &arguments)
+{
+    fake.clearCalls();
+    QDBusMessage probe = QDBusMessage::createMethodCall(fake.service(), path, FakeMeasApplication::interfaceName,
+                                                        QStringLiteral("probe"));
+    probe.setArguments(arguments);
+    QDBusConnection::sessionBus().call(probe);
+    return fake.waitForCalls(1) ? fake.calls().first() : ReceivedCall();
+}

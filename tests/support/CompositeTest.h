@@ -122,6 +122,10 @@ struct MarkingOperators
 };
 using MarkingSettingsMap = MarkingOperators<SettingsMap, DBusTypes::writeSettingsMap, DBusTypes::readSettingsMap>;
 
+/// The call "probe" with @p arguments, as the session bus connection marshals them, as the
+/// application receives it (an empty call if none arrives).
+ReceivedCall probeCall(FakeMeasApplication &fake, const QString &path, const QList<QVariant> &arguments);
+
 /// @p value is a structured value that QtDBus left as a QDBusArgument, reading as @p wire (wireText()).
 void verifyLeftAsArgument(const QVariant &value, const QString &wire);
 

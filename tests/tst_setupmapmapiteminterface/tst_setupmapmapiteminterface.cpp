@@ -423,28 +423,20 @@ void tst_SetupMapMapItemInterface::everyConstructionInstallsBothMapOperators()
     const int stringMapId = DBusCompat::metaTypeIdByName("SettingsStringMap");
     const SettingsMap map = cell(QStringLiteral("level"), 3);
     const SettingsStringMap strings{{QStringLiteral("label"), QStringLiteral("In 1")}};
-    const auto sendProbe = [&] {
-        m_fake->clearCalls();
-        QDBusMessage probe = QDBusMessage::createMethodCall(m_fake->service(), path, FakeMeasApplication::interfaceName,
-                                                            QStringLiteral("probe"));
-        probe << QVariant(map) << QVariant::fromValue(strings);
-        QDBusConnection::sessionBus().call(probe);
-        QVERIFY(m_fake->waitForCalls(1));
-    };
+    const QList<QVariant> maps{QVariant(map), QVariant::fromValue(strings)};
     const QStringList plain{"a{sv} {s \"level\": v(i 3)}", "a{ss} {s \"label\": s \"In 1\"}"};
 
     for (int round = 0; round < 2; ++round) {
         MarkingSettingsMap::install(QMetaType::QVariantMap);
         MarkingStringMap::install(stringMapId);
-        sendProbe();
-        QCOMPARE(wireTexts(m_fake->calls().first().arguments),
+        QCOMPARE(wireTexts(probeCall(*m_fake, path, maps).arguments),
                  QStringList({"a{sv} {s \"level\": v(i 3), s \"written by the stand-in\": v(s \"yes\")}",
                               "a{ss} {s \"label\": s \"In 1\", s \"written by the stand-in\": s \"yes\"}"}));
 
         SetupMapMapItemInterface constructed(m_fake->service(), path, QDBusConnection::sessionBus());
-        sendProbe();
-        QCOMPARE(m_fake->calls().first().signature, QStringLiteral("a{sv}a{ss}"));
-        QCOMPARE(wireTexts(m_fake->calls().first().arguments), plain);
+        const ReceivedCall call = probeCall(*m_fake, path, maps);
+        QCOMPARE(call.signature, QStringLiteral("a{sv}a{ss}"));
+        QCOMPARE(wireTexts(call.arguments), plain);
     }
 }
 
