@@ -120,10 +120,8 @@ void tst_SetupArrayItemInterface::getValueReturnsTheElementsUnwrapped()
 
 void tst_SetupArrayItemInterface::getValueLeavesStructuredElementsAsArguments()
 {
-    SettingsMap nested;
-    nested.insert(QStringLiteral("gain"), 3);
-    const QVariantList inner = QVariantList() << 1 << 2;
-    m_fake->answer("getValue", ScriptedAnswer::value(QVariantList() << QVariant(nested) << QVariant(inner) << 4));
+    const SettingsMap nested{{"gain", 3}};
+    m_fake->answer("getValue", ScriptedAnswer::value(QVariantList{nested, QVariantList{1, 2}, 4}));
 
     const QVariantList elements = proxy().getValue(0, 2);
 

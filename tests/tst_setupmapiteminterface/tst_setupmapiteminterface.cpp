@@ -123,9 +123,7 @@ private Q_SLOTS:
 
 void tst_SetupMapItemInterface::variantGettersLeaveAMapValueAsAnArgument()
 {
-    SettingsMap entry;
-    entry.insert(QStringLiteral("colour"), QStringLiteral("red"));
-    entry.insert(QStringLiteral("width"), 2);
+    const SettingsMap entry{{"colour", QStringLiteral("red")}, {"width", 2}};
     m_fake->answer("getValue", ScriptedAnswer::value(wrappedValue(QVariant(entry))));
     m_fake->answer("getBaseElement", ScriptedAnswer::value(wrappedValue(QVariant(entry))));
 

@@ -11,14 +11,7 @@ namespace {
 using P = SetupMapListInterface;
 const QString path = QStringLiteral("/Setup/Presets");
 
-SettingsMap preset()
-{
-    SettingsMap map;
-    map.insert(QStringLiteral("name"), QStringLiteral("Quiet"));
-    map.insert(QStringLiteral("gain"), 2.5);
-    map.insert(QStringLiteral("active"), true);
-    return map;
-}
+const SettingsMap preset{{"name", QStringLiteral("Quiet")}, {"gain", 2.5}, {"active", true}};
 
 const QString presetOnTheWire =
     QStringLiteral("a{sv} {s \"active\": v(b true), s \"gain\": v(d 2.5), s \"name\": v(s \"Quiet\")}");
@@ -29,11 +22,11 @@ const QStringList quiet{"s \"Quiet\""};
 // clang-format off
 // Slots invoked by name give what the direct call gives.
 const QList<OperationRow> replies{
-    {.operation = "setValue map", .run = onProxy<P>([](P &p) { return p.setValue("Quiet", preset()); }),
+    {.operation = "setValue map", .run = onProxy<P>([](P &p) { return p.setValue("Quiet", preset); }),
      .signature = "sv", .answered = true, .wrongType = 1, .empty = false,
      .wireArguments = {"s \"Quiet\"", presetInAVariant}},
     {.operation = "setValue map by name",
-     .run = byName<QDBusReply<bool>>("setValue(QString,QVariantMap)", QStringLiteral("Quiet"), preset()),
+     .run = byName<QDBusReply<bool>>("setValue(QString,QVariantMap)", QStringLiteral("Quiet"), preset),
      .signature = "sv", .answered = true, .wrongType = 1, .empty = false,
      .wireArguments = {"s \"Quiet\"", presetInAVariant}},
     {.operation = "setValue item", .run = onProxy<P>([](P &p) { return p.setValue(1, "gain", QVariant(2.5)); }),
@@ -48,9 +41,9 @@ const QList<OperationRow> replies{
     {.operation = "isChangeable", .run = onProxy(&P::isChangeable), .answered = true,
      .wrongType = QStringLiteral("true"), .empty = false},
     {.operation = "getValue position", .run = onProxy<P>([](P &p) { return p.getValue(2); }), .signature = "i",
-     .answered = preset(), .wrongType = QStringLiteral("Quiet"), .empty = SettingsMap(), .wireArguments = {"i 2"}},
+     .answered = preset, .wrongType = QStringLiteral("Quiet"), .empty = SettingsMap(), .wireArguments = {"i 2"}},
     {.operation = "getValue position by name", .run = byName<SettingsMap>("getValue(int)", 0), .signature = "i",
-     .answered = preset(), .wrongType = 2.5, .empty = SettingsMap(), .wireArguments = {"i 0"}},
+     .answered = preset, .wrongType = 2.5, .empty = SettingsMap(), .wireArguments = {"i 0"}},
     {.operation = "getValue item", .run = onProxy<P>([](P &p) { return p.getValue(2, "gain"); }), .signature = "is",
      .answered = wrappedValue(2.5), .seen = 2.5, .wrongType = 2.5, .wireArguments = {"i 2", "s \"gain\""}},
     {.operation = "getStringValue", .run = calling(&P::getStringValue, 3, "gain"), .signature = "is",
@@ -145,11 +138,11 @@ private Q_SLOTS:
 
 void tst_SetupMapListInterface::getValueOfAPositionReadsTheWholeMap()
 {
-    m_fake->answer("getValue", ScriptedAnswer::value(QVariant(preset())));
+    m_fake->answer("getValue", ScriptedAnswer::value(QVariant(preset)));
 
     const SettingsMap map = proxy().getValue(1);
 
-    QCOMPARE(map, preset());
+    QCOMPARE(map, preset);
     QCOMPARE(map.keys(), QStringList({"active", "gain", "name"}));
     QCOMPARE(map.value(QStringLiteral("gain")).userType(), int(QMetaType::Double));
     QCOMPARE(map.value(QStringLiteral("active")).userType(), int(QMetaType::Bool));
@@ -160,13 +153,9 @@ void tst_SetupMapListInterface::getValueOfAPositionReadsTheWholeMap()
 
 void tst_SetupMapListInterface::getValueOfAPositionLeavesNestedValuesAsArguments()
 {
-    SettingsMap inner;
-    inner.insert(QStringLiteral("low"), 1);
-    inner.insert(QStringLiteral("high"), 9);
-    SettingsMap outer;
-    outer.insert(QStringLiteral("limits"), inner);
-    outer.insert(QStringLiteral("points"), QVariantList() << 1 << 2);
-    outer.insert(QStringLiteral("name"), QStringLiteral("Ramp"));
+    const SettingsMap outer{{"limits", SettingsMap{{"low", 1}, {"high", 9}}},
+                            {"points", QVariantList{1, 2}},
+                            {"name", QStringLiteral("Ramp")}};
     m_fake->answer("getValue", ScriptedAnswer::value(QVariant(outer)));
 
     const SettingsMap map = proxy().getValue(0);
@@ -185,7 +174,7 @@ void tst_SetupMapListInterface::getValueOfAPositionKeepsRepeatedKeysAsQMapDoes()
 
 void tst_SetupMapListInterface::variantGettersLeaveStructuredValuesAsArguments()
 {
-    const QVariant structured = QVariant(preset());
+    const QVariant structured(preset);
     m_fake->answer("getValue", ScriptedAnswer::value(wrappedValue(structured)));
     m_fake->answer("getMin", ScriptedAnswer::value(wrappedValue(QVariantList() << 1 << 2)));
     m_fake->answer("getMax", ScriptedAnswer::value(wrappedValue(structured)));
@@ -198,8 +187,7 @@ void tst_SetupMapListInterface::variantGettersLeaveStructuredValuesAsArguments()
 void tst_SetupMapListInterface::everyConstructionInstallsTheSettingsMapOperators()
 {
     m_fake->answer("setValue", ScriptedAnswer::value(true));
-    SettingsMap map;
-    map.insert(QStringLiteral("gain"), 1);
+    const SettingsMap map{{"gain", 1}};
     const QString plain = QStringLiteral("v(a{sv} {s \"gain\": v(i 1)})");
 
     for (int round = 0; round < 2; ++round) {
