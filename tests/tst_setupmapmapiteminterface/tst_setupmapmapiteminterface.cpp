@@ -31,11 +31,7 @@ SettingsMap cell(const QString &key, const QVariant &value)
     return {{key, value}};
 }
 
-/// {"b": {"x": 1}, "a": {}}
-MapOfMaps twoEntries()
-{
-    return {{QStringLiteral("b"), cell(QStringLiteral("x"), 1)}, {QStringLiteral("a"), SettingsMap()}};
-}
+const MapOfMaps twoEntries{{"b", cell("x", 1)}, {"a", {}}};
 
 /// How a JSON text of the framework's formatter appears in a wire text.
 QString jsonText(const SettingsMap &map)
@@ -60,16 +56,15 @@ Seen stringMapByName(QDBusAbstractInterface &proxy)
     return seen;
 }
 
-const SettingsMap entry{{QStringLiteral("level"), 3}, {QStringLiteral("label"), QStringLiteral("In 1")}};
+const SettingsMap entry{{"level", 3}, {"label", QStringLiteral("In 1")}};
 const QString entryText = QStringLiteral("a{sv} {s \"label\": v(s \"In 1\"), s \"level\": v(i 3)}");
-const SettingsStringMap texts{{QStringLiteral("b"), QStringLiteral("2")}, {QStringLiteral("a"), QStringLiteral("on")}};
+const SettingsStringMap texts{{"b", "2"}, {"a", "on"}};
 // Every value is a text, never a nested map, and "a" goes before "b".
 const QString jsonEntries = QStringLiteral("a{sv} {s \"a\": ") + jsonText(SettingsMap()) +
-    QStringLiteral(", s \"b\": ") + jsonText(cell(QStringLiteral("x"), 1)) + QLatin1Char('}');
-const QStringList keys{QStringLiteral("in1"), QStringLiteral("in2")};
-const SettingsMap flags{{QStringLiteral("level"), 3}, {QStringLiteral("on"), true}};
-const QVariantMap flagTexts{{QStringLiteral("level"), QStringLiteral("3")},
-                            {QStringLiteral("on"), QStringLiteral("true")}};
+    QStringLiteral(", s \"b\": ") + jsonText(cell("x", 1)) + QLatin1Char('}');
+const QStringList keys{"in1", "in2"};
+const SettingsMap flags{{"level", 3}, {"on", true}};
+const QVariantMap flagTexts{{"level", QStringLiteral("3")}, {"on", QStringLiteral("true")}};
 
 const QStringList entryKey{"s \"p\""};
 const QStringList cellKeys{"s \"p\"", "s \"k\""};
@@ -78,7 +73,7 @@ const QStringList cellKeys{"s \"p\"", "s \"k\""};
 // The blocking entry setter sends the map bare; a cell takes a variant or a bare string. Slots
 // invoked by name give what the direct call gives.
 const QList<OperationRow> replies{
-    {.operation = "setValue map of maps", .run = onProxy<P>([](P &p) { return p.setValue(twoEntries()); }),
+    {.operation = "setValue map of maps", .run = onProxy<P>([](P &p) { return p.setValue(twoEntries); }),
      .signature = "a{sv}", .answered = true, .wrongType = 1, .empty = false, .wireArguments = {jsonEntries}},
     {.operation = "setValue entry", .run = onProxy<P>([](P &p) { return p.setValue("p", entry); }),
      .signature = "sa{sv}", .answered = true, .wrongType = QStringLiteral("true"), .empty = false,
@@ -92,7 +87,7 @@ const QList<OperationRow> replies{
     {.operation = "setValue cell string",
      .run = onProxy<P>([](P &p) { return p.setValue("p", "k", QStringLiteral("on")); }), .signature = "sss",
      .answered = true, .wrongType = 1, .empty = false, .wireArguments = {"s \"p\"", "s \"k\"", "s \"on\""}},
-    {.operation = "setDefaultMap map of maps", .run = onProxy<P>([](P &p) { return p.setDefaultMap(twoEntries()); }),
+    {.operation = "setDefaultMap map of maps", .run = onProxy<P>([](P &p) { return p.setDefaultMap(twoEntries); }),
      .signature = "a{sv}", .answered = true, .wrongType = 1, .empty = false, .wireArguments = {jsonEntries}},
     {.operation = "setDefaultMap entry", .run = onProxy<P>([](P &p) { return p.setDefaultMap("p", entry); }),
      .signature = "sa{sv}", .answered = true, .wrongType = 1, .empty = false, .wireArguments = {"s \"p\"", entryText}},
@@ -319,7 +314,7 @@ void tst_SetupMapMapItemInterface::mapsOfMapsTravelAsJsonTexts()
 {
     m_fake->answer("setValue", ScriptedAnswer::value(true));
     m_fake->answer("setDefaultMap", ScriptedAnswer::value(true));
-    const MapOfMaps maps = twoEntries();
+    const MapOfMaps maps = twoEntries;
 
     QVERIFY(proxy().setValue(maps).value());
     QVERIFY(proxy().setDefaultMap(maps).value());
