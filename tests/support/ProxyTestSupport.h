@@ -393,18 +393,6 @@ void addOperationRows(const QList<OperationRow> &rows);
 void verifyFailsWhenTheServiceIsAbsent(const ProxyFactory &make, const QString &path,
                                        LogCheck log = LogCheck::Unchecked);
 
-/// @p calls, each failing for want of a service, log nothing.
-template<typename Proxy>
-void verifyNothingLoggedWhenTheServiceIsAbsent(const QString &path, const std::function<void(Proxy &)> &calls)
-{
-    LogCapture log;
-    Proxy proxy(absentService(), path, QDBusConnection::sessionBus());
-
-    calls(proxy);
-
-    QCOMPARE(log.lines(), QList<LogLine>());
-}
-
 /// An error answer and its message as a report line quotes it.
 struct LoggedError
 {
