@@ -5,6 +5,7 @@
 // threshold manager, storage elements). A class's test states the class as a CompositeClass
 // and derives from CompositeTest, adding what is the class's own.
 
+#include "DBusCompat_p.h"
 #include "ProxyTableTest.h"
 
 #include <QList>
@@ -12,23 +13,16 @@
 #include <QString>
 #include <QStringList>
 
-/// A signal the class relays from the bus: its Qt signature, its bus member and what it carries.
-struct RelayedSignal
-{
-    const char *qtSignal;
-    QString member;
-    QList<QVariant> arguments;
-};
-
 /// A composite setup class as its test states it. A row's member on the bus is the first
 /// word of its .operation ("getValue entry" sends getValue), where the row names no other.
+/// A slot invoked by name (byName) is a row like any other, "by name" in its .operation.
 struct CompositeClass
 {
     const char *className;
     QString path;
     ProxyFactory make;
-    /// Operations and the call each sends (.signature, .arguments or .wireArguments); the rows
-    /// of replies, voidReplies and asyncs, and setToDefault(), are checked so too.
+    /// Calls checked for their wire form only (.signature, .arguments or .wireArguments); the
+    /// rows of replies, voidReplies and asyncs, and setToDefault(), are checked so too.
     QList<OperationRow> sent = {};
     /// The operations handing back a value: .answered reaches the caller (as .seen, where
     /// given); an error, a .wrongType answer, an empty return and an absent service each give
@@ -37,14 +31,8 @@ struct CompositeClass
     /// The operations handing back QDBusReply<void>: valid on any return, .answered among them,
     /// invalid on an error or an absent service.
     QList<OperationRow> voidReplies = {};
-    /// The other blocking operations and the .empty value each gives when the service is
-    /// absent; setToDefault() is tried so too.
-    QList<OperationRow> absent = {};
-    /// Whether those failures must also log nothing, the checked getters' aside.
-    LogCheck absentLog = LogCheck::Unchecked;
-    /// The getters that log one line on a failure, which .report opens ("Class::getter(): "
-    /// by default); .wrongType is refused with .typeError. One without .run is the reply row
-    /// of its name.
+    /// The getters that log one line on a failure ("Class::getter(): "), each the reply row of
+    /// its name; .wrongType is refused with .typeError.
     QList<OperationRow> checkedGetters = {};
     /// The error answers the checked getters are tried with.
     QList<LoggedError> loggedErrors = {};
@@ -53,14 +41,14 @@ struct CompositeClass
     /// The fire-and-forget operations, and a blocking call the application refuses before them.
     QList<OperationRow> asyncs = {};
     OperationRow failingCall = {.operation = ""};
-    /// The bus signals the class relays to its callers.
-    QList<RelayedSignal> relayed = {};
+    /// The Qt signals relayed from the bus signal of their name (.operation "changed(QString)"
+    /// relays "changed"), with the .arguments it carries.
+    QList<OperationRow> relayed = {};
     /// Classes it must not pass for in qt_metacast().
     QList<const char *> otherClassNames = {};
-    /// The class's own methods in meta-object order, where the test places each at its index.
+    /// The class's own methods in meta-object order, and the return types of some of them.
     QStringList signalSignatures = {};
     QStringList slotSignatures = {};
-    /// Return types of some of those methods, by signature.
     QList<QPair<const char *, const char *>> returnTypes = {};
 };
 
@@ -72,7 +60,7 @@ public:
     explicit CompositeTest(CompositeClass tested);
     ~CompositeTest() override;
 
-protected:
+private:
     /// Whether @p operation is one of the checked getters, which log their failures, or one
     /// called another way ("getValue by name").
     bool isCheckedGetter(const char *operation) const;
@@ -80,16 +68,19 @@ protected:
     const CompositeClass m_class;
 
 private Q_SLOTS:
+    void constructionForAnAbsentServiceKeepsItsArgumentsAndLogsNothing();
     void sendsEachOperationWithItsWireForm_data();
     void sendsEachOperationWithItsWireForm();
     void mapsEachAnswerToWhatTheCallerSees_data();
     void mapsEachAnswerToWhatTheCallerSees();
-    void givesInvalidRepliesWhenTheServiceIsAbsent_data();
-    void givesInvalidRepliesWhenTheServiceIsAbsent();
+    void givesInvalidRepliesAndLogsNothingWhenTheServiceIsAbsent_data();
+    void givesInvalidRepliesAndLogsNothingWhenTheServiceIsAbsent();
     void checkedGettersLogOneLinePerFailure_data();
     void checkedGettersLogOneLinePerFailure();
     void checkedGettersLogOneLineWhenTheServiceIsAbsent_data();
     void checkedGettersLogOneLineWhenTheServiceIsAbsent();
+    void checkedGettersLogOneLineWhenTheApplicationVanishes_data();
+    void checkedGettersLogOneLineWhenTheApplicationVanishes();
     void setToDefaultWaitsForTheAnswerAndDropsIt();
     void asyncOperationsReturnAtOnceAndLeaveLastErrorAlone();
     void asyncOperationsToAnAbsentServiceShowNothing();
@@ -101,7 +92,7 @@ private Q_SLOTS:
     void metaObjectPlacesEachMethodAtItsIndex();
 };
 
-// ---- checks the composite classes' own tests share -----------------------------------
+// ---- what the composite classes' own tests share -------------------------------------
 
 /// The operation @p method called with @p arguments (for a method that is not overloaded).
 template<typename Proxy, typename R, typename... Params, typename... Args>
@@ -110,29 +101,32 @@ ProxyOperation calling(R (Proxy::*method)(Params...), Args... arguments)
     return onProxy<Proxy>([=](Proxy &proxy) { return (proxy.*method)(arguments...); });
 }
 
-/// addMappedReplyRows() for each of @p rows, tags opening with the row's operation.
-void addMappedReplyTable(const QList<OperationRow> &rows, LogCheck errorLogs = LogCheck::Nothing,
-                         LogCheck otherFailureLogs = LogCheck::Nothing);
+/// Stand-in marshalling operators of @p Map that mark what they write and what they read,
+/// to show which operators a construction leaves in place.
+template<typename Map, void (*write)(QDBusArgument &, const Map &), void (*read)(const QDBusArgument &, Map &)>
+struct MarkingOperators
+{
+    static void install(int typeId) { DBusCompat::registerMarshallOperators(typeId, writer, reader); }
+    static void writer(QDBusArgument &argument, const void *value)
+    {
+        Map marked = *static_cast<const Map *>(value);
+        marked.insert(QStringLiteral("written by the stand-in"), typename Map::mapped_type(QStringLiteral("yes")));
+        write(argument, marked);
+    }
+    static void reader(const QDBusArgument &argument, void *value)
+    {
+        Map &map = *static_cast<Map *>(value);
+        read(argument, map);
+        map.insert(QStringLiteral("read by the stand-in"), typename Map::mapped_type(QStringLiteral("yes")));
+    }
+};
+using MarkingSettingsMap = MarkingOperators<SettingsMap, DBusTypes::writeSettingsMap, DBusTypes::readSettingsMap>;
 
-/// The operations of @p tested that log nothing of a failure (the blocking ones but the
-/// checked getters, and the fire-and-forget ones) log nothing when the service is absent.
-void verifyPlainOperationsLogNothingWhenTheServiceIsAbsent(const CompositeClass &tested);
-
-/// A row per slot of @p invoked (made by byName), answered with .answered and seen as .seen
-/// where that is given, beside the operation of the same name in @p direct.
-void addByNameRows(const char *className, const QList<OperationRow> &invoked, const QList<OperationRow> &direct);
-
-/// The row's slot invoked by name sends the row's call and gives what the direct call gives.
-void verifyByNameRow(FakeMeasApplication &fake, QDBusAbstractInterface &proxy);
+/// The call "probe" with @p arguments, as the session bus connection marshals them, as the
+/// application receives it (an empty call if none arrives).
+ReceivedCall probeCall(FakeMeasApplication &fake, const QString &path, const QList<QVariant> &arguments);
 
 /// @p value is a structured value that QtDBus left as a QDBusArgument, reading as @p wire (wireText()).
 void verifyLeftAsArgument(const QVariant &value, const QString &wire);
-
-/// A row per relayed signal: .operation is the Qt signal's signature, named as the bus
-/// signal it relays, and .arguments what that carries.
-void addSignalRelayRows(const char *className, const QList<OperationRow> &relayed);
-
-/// The row's signal is relayed from the proxy's own object only (verifySignalRelay()).
-void verifySignalRelayRow(FakeMeasApplication &fake, QDBusAbstractInterface &proxy);
 
 #endif

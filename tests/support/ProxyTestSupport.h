@@ -393,18 +393,6 @@ void addOperationRows(const QList<OperationRow> &rows);
 void verifyFailsWhenTheServiceIsAbsent(const ProxyFactory &make, const QString &path,
                                        LogCheck log = LogCheck::Unchecked);
 
-/// @p calls, each failing for want of a service, log nothing.
-template<typename Proxy>
-void verifyNothingLoggedWhenTheServiceIsAbsent(const QString &path, const std::function<void(Proxy &)> &calls)
-{
-    LogCapture log;
-    Proxy proxy(absentService(), path, QDBusConnection::sessionBus());
-
-    calls(proxy);
-
-    QCOMPARE(log.lines(), QList<LogLine>());
-}
-
 /// An error answer and its message as a report line quotes it.
 struct LoggedError
 {
@@ -463,20 +451,8 @@ void verifySetToDefaultWaitsAndDropsTheAnswer(FakeMeasApplication &fake, QDBusAb
 void verifySignalsThenSlots(const QMetaObject &meta, const QObject &proxy, const QStringList &signalSignatures,
                             const QStringList &slotSignatures);
 
-template<typename Proxy>
-void verifyOwnMethods(const Proxy &proxy, const QStringList &signalSignatures, const QStringList &slotSignatures)
-{
-    verifySignalsThenSlots(Proxy::staticMetaObject, proxy, signalSignatures, slotSignatures);
-}
-
 /// Each method (by signature) returns the type of that name.
 void verifyReturnTypes(const QMetaObject &meta, const QList<QPair<const char *, const char *>> &returnTypes);
-
-template<typename Proxy>
-void verifyReturnTypes(const QList<QPair<const char *, const char *>> &returnTypes)
-{
-    verifyReturnTypes(Proxy::staticMetaObject, returnTypes);
-}
 
 /// A row per own method: its index after the base's, its signature and its kind.
 void addMethodPlacementRows(const QStringList &signalSignatures, const QStringList &slotSignatures);

@@ -84,14 +84,13 @@ CompositeClass mapItem()
         .make = factoryOf<P>(),
         .sent = sent,
         .replies = replies,
-        .absentLog = LogCheck::Nothing,
         .checkedGetters = checkedGetters,
         .loggedErrors = {{"error", "no such key", "\"no such key\""},
                          {"error with quotes", "key \"ch1\" unknown", "\"key \\\"ch1\\\" unknown\""}},
         .setToDefault = onProxy(&P::setToDefault),
         .asyncs = asyncs,
         .failingCall = {.operation = "size", .run = onProxy(&P::size)},
-        .relayed = {{SIGNAL(setupChanged()), "setupChanged", {}}},
+        .relayed = {{.operation = "setupChanged()"}},
         .otherClassNames = {"SetupArrayItemInterface"},
         .signalSignatures = {"setupChanged()"},
         .slotSignatures = {"setValue(QString,QVariant)", "setValueAsync(QString,QVariant)", "getAllKeys()",
@@ -124,19 +123,14 @@ private Q_SLOTS:
 
 void tst_SetupMapItemInterface::variantGettersLeaveAMapValueAsAnArgument()
 {
-    SettingsMap entry;
-    entry.insert(QStringLiteral("colour"), QStringLiteral("red"));
-    entry.insert(QStringLiteral("width"), 2);
+    const SettingsMap entry{{"colour", QStringLiteral("red")}, {"width", 2}};
     m_fake->answer("getValue", ScriptedAnswer::value(wrappedValue(QVariant(entry))));
     m_fake->answer("getBaseElement", ScriptedAnswer::value(wrappedValue(QVariant(entry))));
 
     for (const QVariant &value : {proxy().getValue("ch1"), proxy().getBaseElement()}) {
-        QCOMPARE(value.userType(), qMetaTypeId<QDBusArgument>());
-        const QDBusArgument argument = qvariant_cast<QDBusArgument>(value);
-        QCOMPARE(argument.currentSignature(), QStringLiteral("a{sv}"));
-        QCOMPARE(wireText(argument), QStringLiteral("a{sv} {s \"colour\": v(s \"red\"), s \"width\": v(i 2)}"));
+        verifyLeftAsArgument(value, "a{sv} {s \"colour\": v(s \"red\"), s \"width\": v(i 2)}");
         SettingsMap read;
-        DBusTypes::readSettingsMap(argument, read);
+        DBusTypes::readSettingsMap(qvariant_cast<QDBusArgument>(value), read);
         QCOMPARE(read, entry);
     }
 }
