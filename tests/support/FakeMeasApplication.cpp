@@ -88,7 +88,7 @@ public:
             QMutexLocker lock(&m_mutex);
             m_calls.append(
                 {message.path(), message.interface(), message.member(), message.signature(), message.arguments()});
-            answer = m_responder ? m_responder(m_calls.last()) : answerFor(message.path(), message.member());
+            answer = answerFor(message.path(), message.member());
         }
         switch (answer.kind) {
         case ScriptedAnswer::Reply:
@@ -177,7 +177,6 @@ public:
     mutable QMutex m_mutex;
     QHash<QPair<QString, QString>, ScriptedAnswer> m_answers;
     std::optional<ScriptedAnswer> m_unscripted;
-    std::function<ScriptedAnswer(const ReceivedCall &)> m_responder;
     QList<ReceivedCall> m_calls;
 };
 
@@ -227,12 +226,6 @@ void FakeMeasApplication::answerUnscripted(const ScriptedAnswer &answer)
 {
     QMutexLocker lock(&m_peer->m_mutex);
     m_peer->m_unscripted = answer;
-}
-
-void FakeMeasApplication::answerWith(const std::function<ScriptedAnswer(const ReceivedCall &)> &responder)
-{
-    QMutexLocker lock(&m_peer->m_mutex);
-    m_peer->m_responder = responder;
 }
 
 QList<ReceivedCall> FakeMeasApplication::calls() const

@@ -78,8 +78,6 @@ public:
 
     /// Answers every member that has no answer of its own (instead of the not-scripted error).
     void answerUnscripted(const ScriptedAnswer &answer);
-    /// Lets @p responder answer every call, on the fake's own thread, instead of the script.
-    void answerWith(const std::function<ScriptedAnswer(const ReceivedCall &)> &responder);
 
     QList<ReceivedCall> calls() const;
     int callCount() const;

@@ -88,15 +88,6 @@ void verifyMetaCast(QDBusAbstractInterface &proxy, const char *className, const 
         QCOMPARE(proxy.qt_metacast(name), nullptr);
 }
 
-void verifyOwnMethods(const QMetaObject &meta, const QStringList &signatures, const QStringList &signalSignatures,
-                      const QStringList &returnTypes)
-{
-    QCOMPARE(ownMethodSignatures(meta), signatures);
-    QCOMPARE(ownMethodSignatures(meta, QMetaMethod::Signal), signalSignatures);
-    QCOMPARE(ownMethodReturnTypes(meta), returnTypes);
-    QCOMPARE(meta.superClass(), &QDBusAbstractInterface::staticMetaObject);
-}
-
 void verifyReceivedCall(const ReceivedCall &call, const QString &path, const OperationRow &row)
 {
     QCOMPARE(call.path, path);

@@ -361,10 +361,6 @@ void verifyMappedReply(FakeMeasApplication &fake, QDBusAbstractInterface &proxy)
 /// base; @p otherNames (near misses, other classes) are not the class.
 void verifyMetaCast(QDBusAbstractInterface &proxy, const char *className, const QList<const char *> &otherNames = {});
 
-/// The class's own methods, signals first, each with its return type, on top of the base.
-void verifyOwnMethods(const QMetaObject &meta, const QStringList &signatures, const QStringList &signalSignatures,
-                      const QStringList &returnTypes);
-
 /// One received call against the row's wire form: member, signature and arguments.
 void verifyReceivedCall(const ReceivedCall &call, const QString &path, const OperationRow &row);
 
