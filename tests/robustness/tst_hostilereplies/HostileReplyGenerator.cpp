@@ -218,21 +218,20 @@ GeneratedValue HostileReplyGenerator::variantOf(const GeneratedValue &inner)
     return generated;
 }
 
-QList<GeneratedValue> HostileReplyGenerator::containerElements(int depth, int maxDepth)
+GeneratedValue HostileReplyGenerator::container(const QString &signature, int depth, int maxDepth)
 {
-    QList<GeneratedValue> elements;
+    GeneratedValue generated;
+    generated.signature = signature;
     const int size = count();
     // Large containers stay flat: the size is what they try.
     for (int i = 0; i < size; ++i)
-        elements.append(size > 4 ? basicValue() : anyValue(depth, maxDepth));
-    return elements;
+        generated.elements.append(size > 4 ? basicValue() : anyValue(depth, maxDepth));
+    return generated;
 }
 
 GeneratedValue HostileReplyGenerator::arrayOfVariants(int depth, int maxDepth)
 {
-    GeneratedValue generated;
-    generated.signature = QStringLiteral("av");
-    generated.elements = containerElements(depth + 2, maxDepth);
+    GeneratedValue generated = container(QStringLiteral("av"), depth + 2, maxDepth);
     QVariantList list;
     for (const GeneratedValue &element : std::as_const(generated.elements))
         list.append(element.value);
@@ -242,9 +241,7 @@ GeneratedValue HostileReplyGenerator::arrayOfVariants(int depth, int maxDepth)
 
 GeneratedValue HostileReplyGenerator::dictionary(int depth, int maxDepth)
 {
-    GeneratedValue generated;
-    generated.signature = QStringLiteral("a{sv}");
-    generated.elements = containerElements(depth + 3, maxDepth);
+    GeneratedValue generated = container(QStringLiteral("a{sv}"), depth + 3, maxDepth);
     RepeatedKeys entries;
     for (int i = 0; i < generated.elements.size(); ++i) {
         const QString key = chance(30) ? QStringLiteral("k") : QStringLiteral("k%1").arg(i);

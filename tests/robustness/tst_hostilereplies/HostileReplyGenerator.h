@@ -57,8 +57,8 @@ private:
     GeneratedValue basicValue(char code);
     GeneratedValue valueOf(const QString &signature, int maxDepth);
     GeneratedValue variantOf(const GeneratedValue &inner);
-    /// count() elements of a container at @p depth: basic values where there are many.
-    QList<GeneratedValue> containerElements(int depth, int maxDepth);
+    /// A container of @p signature with count() elements at @p depth, its value not yet set.
+    GeneratedValue container(const QString &signature, int depth, int maxDepth);
     GeneratedValue arrayOfVariants(int depth, int maxDepth);
     GeneratedValue dictionary(int depth, int maxDepth);
     GeneratedValue fixedComplex();
