@@ -1,8 +1,8 @@
-# The introspection documents of the element kinds (docs/introspection/*.xml) as a Qt
+# The introspection documents of the element kinds (interfaces/*.xml) as a Qt
 # resource file, each served as ":/introspection/<ProxyClass>.xml". Both programs build
 # them in: the simulator serves them, the client infers an element's kind from them.
 function(dbusinterfaces_introspection_resources out_var)
-    file(GLOB documents CONFIGURE_DEPENDS "${PROJECT_SOURCE_DIR}/docs/introspection/*.xml")
+    file(GLOB documents CONFIGURE_DEPENDS "${PROJECT_SOURCE_DIR}/interfaces/*.xml")
     set(entries "")
     foreach(document IN LISTS documents)
         get_filename_component(document_name "${document}" NAME)
