@@ -88,8 +88,10 @@ int main(int argc, char **argv)
         for (const auto &method : entry.document.methods)
             out << "    {" << literal(method.name) << ", " << literal(method.inSignature) << ", "
                 << literal(method.outSignature) << "},\n";
+        // A kind without methods or signals still needs an array to point into.
+        if (entry.document.methods.isEmpty())
+            out << "    {nullptr, nullptr, nullptr},\n";
         out << "};\n";
-        // A kind without signals still needs an array to point into.
         out << "const BusSignal " << entry.className << "Signals[] = {\n";
         for (const auto &signal : entry.document.busSignals)
             out << "    {" << literal(signal.name) << ", " << literal(signal.signature) << "},\n";
@@ -101,9 +103,9 @@ int main(int argc, char **argv)
     for (const Entry &entry : entries) {
         const QString c = entry.className;
         out << "    {" << literal(c) << ", " << literal(entry.document.kindName) << ", "
-            << familyEnumerator(entry.document.family) << ", std::begin(" << c << "Methods), std::end(" << c
-            << "Methods), std::begin(" << c << "Signals), std::begin(" << c << "Signals) + "
-            << entry.document.busSignals.size() << "},\n";
+            << familyEnumerator(entry.document.family) << ", std::begin(" << c << "Methods), std::begin(" << c
+            << "Methods) + " << entry.document.methods.size() << ", std::begin(" << c << "Signals), std::begin(" << c
+            << "Signals) + " << entry.document.busSignals.size() << "},\n";
     }
     out << "};\n\n} // namespace\n\n"
         << "const Kind *begin()\n{\n    return std::begin(kinds);\n}\n\n"
