@@ -16,7 +16,6 @@ fi
 
 src=$(cd "$(dirname "$0")/.." && pwd)
 root=$(realpath -m "${DBUSINTERFACES_I386_ROOT:-$src/build/i386-root}")
-suite=bookworm
 packages=(cmake g++ make pkg-config qtbase5-dev dbus-daemon dbus-bin libsystemd-dev)
 jobs=$(nproc)
 # The source appears read-only at /source (not at its host path, which may lie under the
@@ -25,74 +24,23 @@ source_dir=/source
 build="/build$src"
 started=$SECONDS
 
-# shellcheck disable=SC2016 # $(...) and ${...} below are apt's and dpkg's own format fields
-host_mirror() {
-    apt-get indextargets --no-release-info --format '$(RELEASE) $(REPO_URI)' 'Target-Of: deb' 2>/dev/null |
-        awk -v suite="$suite" '$1 == suite { print $2; exit }'
-}
-
-# Unmounts whatever is mounted below the root, innermost first; also what a killed run left.
-release_mounts() {
-    local target
-    findmnt -rn -o TARGET | awk -v prefix="$root/" 'index($0, prefix) == 1' | sort -r | while read -r target; do
-        umount "$target" 2>/dev/null || umount -l "$target"
-    done
-}
-
-# Runs a command in the root with a clean environment; the lock stays with this script.
-in_root() {
-    chroot "$root" /usr/bin/env -i PATH=/usr/local/sbin:/usr/local/bin:/usr/sbin:/usr/bin:/sbin:/bin \
-        HOME=/root LANG=C.UTF-8 TMPDIR=/tmp DEBIAN_FRONTEND=noninteractive "$@" 9>&-
-}
-
-# shellcheck disable=SC2016
-missing_in_root() {
-    local package
-    for package in "${packages[@]}"; do
-        in_root dpkg-query -W -f='${Status}' "$package" 2>/dev/null | grep -q "install ok installed" ||
-            echo "$package"
-    done
-}
+# shellcheck source=tools/debian-root.sh
+source "$src/tools/debian-root.sh"
 
 # 1. The host's own tools.
-host_missing=()
-command -v debootstrap >/dev/null || host_missing+=(debootstrap)
-[ -f /usr/share/keyrings/debian-archive-keyring.gpg ] || host_missing+=(debian-archive-keyring)
-if [ ${#host_missing[@]} -gt 0 ]; then
-    echo "Installing on the host: ${host_missing[*]}"
-    apt-get update -qq
-    DEBIAN_FRONTEND=noninteractive apt-get install -y -qq --no-install-recommends "${host_missing[@]}" >/dev/null
-fi
+debian_root_host_tools
 
 # One run at a time per root: they would share its mounts and build tree.
 mkdir -p "$(dirname "$root")"
 exec 9>"$root.lock"
 flock 9
-trap release_mounts EXIT
+trap debian_root_release_mounts EXIT
 trap 'exit 130' INT
 trap 'exit 143' TERM
-release_mounts
+debian_root_release_mounts
 
-# 2. The root, unless a finished one is there. debootstrap leaves its "debootstrap"
-#    directory behind only when it did not finish.
-if [ -d "$root/debootstrap" ]; then
-    echo "Removing the unfinished root $root"
-    rm -rf --one-file-system "$root"
-fi
-if [ ! -x "$root/usr/bin/apt-get" ]; then
-    if [ -e "$root" ] && [ -n "$(ls -A "$root")" ]; then
-        echo "$root exists, is not empty and holds no Debian root; set DBUSINTERFACES_I386_ROOT elsewhere." >&2
-        exit 1
-    fi
-    mirror=${DBUSINTERFACES_DEBIAN_MIRROR:-$(host_mirror)}
-    mirror=${mirror:-http://deb.debian.org/debian/}
-    log="$root.debootstrap.log"
-    echo "Creating the i386 $suite root in $root from $mirror (log: $log)"
-    if ! debootstrap --arch=i386 --variant=minbase "$suite" "$root" "$mirror" >"$log" 2>&1; then
-        tail -n 30 "$log" >&2
-        exit 1
-    fi
-fi
+# 2. The root, unless a finished one is there.
+debian_root_create i386
 
 # 3. What building and testing need inside the root: processes, devices, a private /tmp
 #    for the test buses, and the source tree.
@@ -104,18 +52,7 @@ mount --bind "$src" "$root$source_dir"
 mount -o remount,bind,ro "$root$source_dir"
 
 # 4. The build and test dependencies, unless all are installed already.
-mapfile -t missing < <(missing_in_root)
-if [ ${#missing[@]} -gt 0 ]; then
-    echo "Installing in the root: ${missing[*]}"
-    cp -L /etc/resolv.conf "$root/etc/resolv.conf"
-    # Packages must not start services inside the root.
-    printf '#!/bin/sh\nexit 101\n' >"$root/usr/sbin/policy-rc.d"
-    chmod 755 "$root/usr/sbin/policy-rc.d"
-    in_root apt-get update -qq
-    # No pseudo-terminal for dpkg's log: the root has no /dev/pts of its own.
-    in_root apt-get install -y -qq --no-install-recommends -o Dpkg::Use-Pty=0 "${missing[@]}" >/dev/null
-    in_root apt-get clean
-fi
+debian_root_install "${packages[@]}"
 # libdbus wants a machine id; without systemd or the dbus package nobody writes one.
 [ -s "$root/etc/machine-id" ] || in_root dbus-uuidgen --ensure=/etc/machine-id
 
