@@ -1,7 +1,9 @@
 #!/usr/bin/env bash
 # Builds the library and runs the whole test suite five times: against Qt 5, against Qt 6,
 # with AddressSanitizer + UndefinedBehaviorSanitizer against each, and as a 32-bit (i386) build in a
-# Debian 12 root (tools/run-tests-i386.sh; skipped when DBUSINTERFACES_SKIP_I386=1).
+# Debian 12 root (tools/run-tests-i386.sh; skipped when DBUSINTERFACES_SKIP_I386=1); then builds the
+# Debian packages and uses them in a bare root (tools/run-package-test.sh; skipped when
+# DBUSINTERFACES_SKIP_PACKAGES=1).
 # Warnings are errors; each test executable runs on a private bus of its own.
 # Exits non-zero on any failure.
 set -euo pipefail
@@ -24,6 +26,11 @@ build qt6 -DQT_MAJOR_VERSION=6
 export ASAN_OPTIONS=detect_leaks=1:abort_on_error=1 UBSAN_OPTIONS=print_stacktrace=1:halt_on_error=1
 build sanitize-qt5 -DQT_MAJOR_VERSION=5 -DDBUSINTERFACES_SANITIZE=ON
 build sanitize-qt6 -DQT_MAJOR_VERSION=6 -DDBUSINTERFACES_SANITIZE=ON
+
+if [ "${DBUSINTERFACES_SKIP_PACKAGES:-0}" != 1 ]; then
+    echo "=== packages"
+    tools/run-package-test.sh
+fi
 
 if [ "${DBUSINTERFACES_SKIP_I386:-0}" != 1 ]; then
     echo "=== i386"

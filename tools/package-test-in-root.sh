@@ -1,0 +1,32 @@
+#!/usr/bin/env bash
+# Run by run-package-test.sh inside the root where the packages are installed: what a user
+# of each package does first.
+set -euo pipefail
+examples=/usr/share/doc/libdbusinterfaces-dev/examples
+
+echo "--- the examples, built with find_package"
+cmake -S "$examples" -B /tmp/examples >/dev/null
+cmake --build /tmp/examples >/dev/null
+
+echo "--- an example, built with pkg-config"
+# shellcheck disable=SC2046 # pkg-config prints several words
+g++ -std=c++17 -fPIC "$examples/read-write-setting/main.cpp" -o /tmp/read-write-setting-pc \
+    $(pkg-config --cflags --libs DBusInterfaces)
+
+echo "--- measctl and the examples against the packaged simulator, on a private bus"
+dbus-run-session -- bash -euo pipefail -c '
+    fifo=$(mktemp -u) && mkfifo "$fifo"
+    dbusinterfaces-simulator --manual-clock >"$fifo" &
+    simulator=$!
+    exec 3<"$fifo"
+    # The simulator prints "ready" once it owns its name.
+    read -r -t 30 line <&3 && [ "$line" = ready ]
+    measctl status
+    /tmp/examples/read-write-setting sim /Setup/Acquisition/Averages 64
+    /tmp/read-write-setting-pc sim /Setup/Acquisition/Averages 32
+    /tmp/examples/watch-result sim /Result/Voltage/Peak 3
+    kill -TERM "$simulator"
+    wait "$simulator" || true
+'
+echo "--- documentation"
+test -f /usr/share/doc/dbusinterfaces-tools/copyright
