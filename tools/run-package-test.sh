@@ -18,8 +18,9 @@ fi
 src=$(cd "$(dirname "$0")/.." && pwd)
 pristine=$(realpath -m "${DBUSINTERFACES_PACKAGE_ROOT:-$src/build/package-root}")
 build=$src/build/package
-# What a user who builds against the packages has besides them: a compiler, CMake, pkg-config, a bus.
-user_packages=(cmake g++ make pkg-config dbus-daemon dbus-bin)
+# What a user who builds against the packages has besides them: a compiler, CMake, pkg-config,
+# a bus, and man.
+user_packages=(cmake g++ make pkg-config dbus-daemon dbus-bin man-db)
 started=$SECONDS
 
 # shellcheck source=tools/debian-root.sh
