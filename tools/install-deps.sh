@@ -2,7 +2,7 @@
 # Installs what building and testing the library needs on Debian 12, if it is missing.
 set -euo pipefail
 
-packages=(cmake g++ make pkg-config qtbase5-dev qt6-base-dev dbus-daemon dbus-bin clang-format libsystemd-dev help2man
+packages=(cmake g++ make pkg-config qtbase5-dev qt6-base-dev dbus-daemon dbus-bin clang-format libsystemd-dev help2man doxygen
     libsdbus-c++-dev libbenchmark-dev "$@")
 missing=()
 for package in "${packages[@]}"; do

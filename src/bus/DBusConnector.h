@@ -20,7 +20,10 @@
 class DBUSINTERFACES_EXPORT DBusConnector
 {
 public:
+    /// Starts with a connection that is never opened; use getInstance() rather than a
+    /// connector of your own.
     DBusConnector();
+    /// Leaves the bus connected: the session bus belongs to QtDBus, not to the connector.
     ~DBusConnector();
 
     /// The singleton, created on first use.
@@ -38,7 +41,9 @@ public:
     static QString m_IPAddress;
 
 protected:
+    /// The singleton; null before the first getInstance() and after releaseInstance().
     static DBusConnector *m_pInstance;
+    /// What getDBusConnection() hands out.
     QDBusConnection m_connection;
 
 private:

@@ -24,7 +24,9 @@ class QDBusAbstractInterface;
 class DBUSINTERFACES_EXPORT DBusInterfaceManager
 {
 public:
+    /// An empty registry; use getInstance() rather than a manager of your own.
     DBusInterfaceManager();
+    /// Frees the registry only, never a filed proxy.
     ~DBusInterfaceManager();
 
     /// The singleton, created on first use.
@@ -40,11 +42,19 @@ public:
 
     /// Whether the service of application @p appName is registered on the bus; false
     /// when the bus cannot be asked.
+    ///
+    /// The service is "com.velk.mqx.app." followed by @p appName in lower case; only the
+    /// bus daemon's list of names is consulted, the application is not asked. Blocks.
     bool isMeasAppAvailable(QString appName);
     /// The status text that application @p appName reports, or "" on any failure.
+    ///
+    /// Calls "getMeasApplicationStatus" on the application's root object "/MEAS_APPL_OBJ" over
+    /// DBusConnector's connection, blocking; the text is passed on uninterpreted and nothing is
+    /// logged.
     QString getMeasAppStatus(QString appName);
 
 protected:
+    /// The singleton; null before the first getInstance() and after releaseInstance().
     static DBusInterfaceManager *m_pInstance;
 
 private:

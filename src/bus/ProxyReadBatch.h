@@ -32,6 +32,7 @@
 class DBUSINTERFACES_EXPORT ProxyReadBatch
 {
 public:
+    /// A batch with no reads.
     ProxyReadBatch();
     /// Answers that never arrived are dropped unread.
     ~ProxyReadBatch();
@@ -47,6 +48,7 @@ public:
     /// "org.freedesktop.DBus.Error.InvalidArgs" for an index that no read has.
     QDBusMessage replyMessage(int index) const;
     /// The answer of read @p index converted as the blocking getter converts it.
+    /// @tparam T what the member answers, as the getter's QDBusReply declares it.
     template<typename T>
     QDBusReply<T> reply(int index) const
     {

@@ -32,10 +32,15 @@ class DBUSINTERFACES_EXPORT ServiceOwnerCache : public QObject
     Q_OBJECT
 
 public:
+    /// Subscribes on @p connection at once; whether that worked is isActive().
+    /// @param service the application's service, as the proxies are given it.
+    /// @param connection the connection the proxies are constructed with.
+    /// @param parent the QObject parent.
     ServiceOwnerCache(const QString &service, const QDBusConnection &connection, QObject *parent = nullptr);
     /// Drops the subscription; proxies constructed later ask the daemon again.
     ~ServiceOwnerCache() override;
 
+    /// The service whose owner is kept.
     QString service() const;
     /// False when the connection is not connected or the service name is not valid.
     bool isActive() const;

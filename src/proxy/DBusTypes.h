@@ -1,3 +1,7 @@
+/// @file
+/// @brief The maps that cross the bus as a{sv} and a{ss}, and the registration that makes the
+/// library's custom types usable on a connection.
+
 #ifndef DBUSINTERFACES_DBUSTYPES_H
 #define DBUSINTERFACES_DBUSTYPES_H
 
@@ -36,11 +40,17 @@ DBUSINTERFACES_EXPORT int dbusVariantTypeId();
 
 /// Writes the entries in ascending key order, each value wrapped in a D-Bus variant.
 DBUSINTERFACES_EXPORT void writeSettingsMap(QDBusArgument &argument, const SettingsMap &map);
-/// Empties @p map, then adds every entry received; a repeated key is added again.
+/// Empties @p map, then adds every entry received. A key received twice keeps both entries
+/// under Qt 5 and the later one under Qt 6; a structured value stays a QDBusArgument inside
+/// its QVariant.
 DBUSINTERFACES_EXPORT void readSettingsMap(const QDBusArgument &argument, SettingsMap &map);
+/// Writes the entries in ascending key order.
 DBUSINTERFACES_EXPORT void writeSettingsStringMap(QDBusArgument &argument, const SettingsStringMap &map);
+/// Empties @p map, then adds every entry received, a repeated key as readSettingsMap() does.
 DBUSINTERFACES_EXPORT void readSettingsStringMap(const QDBusArgument &argument, SettingsStringMap &map);
+/// Writes the elements in list order, as ad.
 DBUSINTERFACES_EXPORT void writeDoubleList(QDBusArgument &argument, const QList<double> &list);
+/// Empties @p list, then appends every element received.
 DBUSINTERFACES_EXPORT void readDoubleList(const QDBusArgument &argument, QList<double> &list);
 
 } // namespace DBusTypes

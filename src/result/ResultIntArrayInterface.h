@@ -17,17 +17,26 @@ class DBUSINTERFACES_EXPORT ResultIntArrayInterface : public QDBusAbstractInterf
     Q_OBJECT
 
 public:
+    /// Makes no bus call: @p service need not be on the bus yet.
     ResultIntArrayInterface(const QString &service, const QString &path, const QDBusConnection &connection,
                             QObject *parent = nullptr);
+    /// Sends nothing.
     ~ResultIntArrayInterface() override;
 
 public Q_SLOTS:
-    /// The row, or an empty list after logging the failure.
+    /// The row, each value unwrapped from its D-Bus variant.
+    ///
+    /// @return the list, or an empty list after logging the failure through qDebug().
     QList<QVariant> getValues();
-    /// The row as text, or a null string after logging the failure.
+    /// The row as text.
+    ///
+    /// @return the text, or a null string after logging the failure through qDebug().
     QString getString();
+    /// The number of values in the row.
     QDBusReply<int> size();
+    /// The status of the result; what its numbers mean is the application's.
     QDBusReply<int> getResultStatus();
+    /// When the result was taken; a null date-time in an invalid reply.
     QDBusReply<QDateTime> getTimeStamp();
 
 private:

@@ -20,28 +20,49 @@ class DBUSINTERFACES_EXPORT ResultVarArrayInterface : public QDBusAbstractInterf
     Q_OBJECT
 
 public:
+    /// Makes no bus call: @p service need not be on the bus yet.
     ResultVarArrayInterface(const QString &service, const QString &path, const QDBusConnection &connection,
                             QObject *parent = nullptr);
+    /// Sends nothing.
     ~ResultVarArrayInterface() override;
 
 public Q_SLOTS:
-    /// The row, or an empty list after logging the failure.
+    /// The row, each value unwrapped from its D-Bus variant.
+    ///
+    /// @return the list, or an empty list after logging the failure through qDebug().
     QList<QVariant> getValues();
-    /// The status of every value, converted from the variants the application sends; an
-    /// element that is no number gives 0. Empty after logging a failure.
+    /// The status of every value, converted from the variants the application sends; an element
+    /// that is no number gives 0.
+    ///
+    /// @return one status per value, or an empty list after logging the failure through qDebug();
+    /// the line names ResultIntArrayInterface.
     QList<int> getValuesStatus();
-    /// The composite reading, or an empty list after logging the failure.
+    /// The composite reading, as the application sent it.
+    ///
+    /// @return the list, or an empty list after logging the failure through qDebug().
     QList<QVariant> getValueComp();
-    /// The value at @p pos, or an invalid QVariant after logging the failure.
+    /// The value at @p pos, unwrapped from its D-Bus variant.
+    ///
+    /// @return the value, or an invalid QVariant after logging the failure through qDebug().
     QVariant getValue(int pos);
-    /// The status of the value at @p pos, or 0 after logging the failure.
+    /// The status of the value at @p pos.
+    ///
+    /// @return the status, or 0 after logging the failure through qDebug(), which a status 0 cannot
+    /// be told from.
     int getValueStatus(int pos);
-    /// The limit, or an invalid QVariant after logging the failure.
+    /// The lower limit of the values.
+    ///
+    /// @return the limit, or an invalid QVariant after logging the failure through qDebug().
     QVariant getLowerLimit();
-    /// The limit, or an invalid QVariant after logging the failure.
+    /// The upper limit of the values.
+    ///
+    /// @return the limit, or an invalid QVariant after logging the failure through qDebug().
     QVariant getUpperLimit();
+    /// The number of values in the row.
     QDBusReply<int> size();
+    /// The status of the result; what its numbers mean is the application's.
     QDBusReply<int> getResultStatus();
+    /// When the result was taken; a null date-time in an invalid reply.
     QDBusReply<QDateTime> getTimeStamp();
 
 private:
