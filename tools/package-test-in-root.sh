@@ -32,4 +32,4 @@ echo "--- documentation"
 for program in measctl dbusinterfaces-simulator; do
     man -P cat "$program" 2>/dev/null | grep -q -- "--help" || { echo "man $program shows no page" >&2; exit 1; }
 done
-test -f /usr/share/doc/dbusinterfaces-tools/copyright
+test -f /usr/share/doc/dbusinterfaces-doc/html/classSetupIntInterface.html

@@ -29,9 +29,11 @@ source "$src/tools/debian-root.sh"
 # 1. The packages.
 "$src/tools/install-deps.sh" dpkg-dev file lintian
 echo "=== packages"
+# The API reference goes where Debian keeps a package's documents.
 cmake -S "$src" -B "$build" -DCMAKE_BUILD_TYPE=Release -DCMAKE_INSTALL_PREFIX=/usr -DBUILD_TESTING=OFF \
-    -DQT_MAJOR_VERSION=5 -DDBUSINTERFACES_WERROR=ON >/dev/null
+    -DQT_MAJOR_VERSION=5 -DDBUSINTERFACES_WERROR=ON -DCMAKE_INSTALL_DOCDIR=share/doc/dbusinterfaces-doc >/dev/null
 cmake --build "$build" -j "$(nproc)"
+cmake --build "$build" --target docs >/dev/null
 rm -f "$build"/*.deb
 (cd "$build" && cpack -G DEB >/dev/null)
 debs=("$build"/*.deb)
