@@ -1,9 +1,9 @@
 #!/usr/bin/env bash
 # Builds the library and runs the whole test suite five times: against Qt 5, against Qt 6,
 # with AddressSanitizer + UndefinedBehaviorSanitizer against each, and as a 32-bit (i386) build in a
-# Debian 12 root (tools/run-tests-i386.sh; skipped when DBUSINTERFACES_SKIP_I386=1); then builds the
-# Debian packages and uses them in a bare root (tools/run-package-test.sh; skipped when
-# DBUSINTERFACES_SKIP_PACKAGES=1).
+# Debian 12 root (tools/run-tests-i386.sh; skipped when DBUSINTERFACES_SKIP_I386=1). Before the
+# last, builds the Debian packages and uses them in a bare root (tools/run-package-test.sh;
+# skipped when DBUSINTERFACES_SKIP_PACKAGES=1).
 # Warnings are errors; each test executable runs on a private bus of its own.
 # Exits non-zero on any failure.
 set -euo pipefail
