@@ -1,0 +1,11 @@
+// measctl's adapter of SetupDoubleInterface: a real-number setting.
+
+#include "SetupNumberAdapter.h"
+
+#include "SetupDoubleInterface.h"
+
+template<>
+std::unique_ptr<KindAdapter> adapterOf<SetupDoubleInterface>()
+{
+    return std::make_unique<SetupNumberAdapter<SetupDoubleInterface, double>>("real-number setting");
+}
