@@ -7,7 +7,6 @@
 
 #include <QJsonArray>
 #include <QObject>
-
 #include <QString>
 
 #include <functional>
@@ -34,10 +33,10 @@ void relaySignal(P &proxy, void (P::*signal)(A...), const char *name, const Sign
 }
 
 /**
- * The KindAdapter of proxy class P, for the kind of the table named after P, declared as tables: the fields that get
- * and info read when given no words after PATH, and the signals that watch relays. A kind overrides the typed
- * operations only for what its tables do not say; each is called only with words that fit one of the kind's forms of
- * its command.
+ * The KindAdapter of proxy class P, declared as tables: the fields that get and info read
+ * when given no words after PATH, and the signals that watch relays. An adapter overrides
+ * the typed operations only for what its tables do not say; each is called only with words
+ * that fit one of the kind's forms of its command.
  */
 template<class P>
 class ProxyAdapter : public KindAdapter

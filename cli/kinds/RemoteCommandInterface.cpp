@@ -1,6 +1,3 @@
-// measctl's adapter of RemoteCommandInterface: the application's root object, reached
-// through the exec command only.
-
 #include "ProxyAdapter.h"
 
 #include "RemoteCommandInterface.h"
@@ -8,6 +5,7 @@
 template<>
 std::unique_ptr<KindAdapter> adapterOf<RemoteCommandInterface>()
 {
+    // No forms of get, set or info: the exec command is the way to the root object.
     return std::make_unique<ProxyAdapter<RemoteCommandInterface>>("the application's root object (see exec)",
                                                                   KindSyntax{});
 }

@@ -1,5 +1,3 @@
-// measctl's adapter of ResultBoolInterface: a measured boolean.
-
 #include "ResultScalarAdapter.h"
 
 #include "ResultBoolInterface.h"

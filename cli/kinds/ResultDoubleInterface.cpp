@@ -1,5 +1,3 @@
-// measctl's adapter of ResultDoubleInterface: a measured real number.
-
 #include "ResultScalarAdapter.h"
 
 #include "ResultDoubleInterface.h"

@@ -1,5 +1,3 @@
-// measctl's adapter of ResultEnumInterface: a measured enumerated result.
-
 #include "ProxyAdapter.h"
 
 #include "ResultEnumInterface.h"

@@ -1,5 +1,3 @@
-// measctl's adapter of ResultIntArrayInterface: a measured row of integers.
-
 #include "ProxyAdapter.h"
 
 #include "ResultIntArrayInterface.h"

@@ -1,5 +1,3 @@
-// measctl's adapter of ResultIntInterface: a measured integer.
-
 #include "ResultScalarAdapter.h"
 
 #include "ResultIntInterface.h"

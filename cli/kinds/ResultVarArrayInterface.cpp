@@ -1,5 +1,3 @@
-// measctl's adapter of ResultVarArrayInterface: a measured row of values of any type.
-
 #include "ProxyAdapter.h"
 
 #include "ResultVarArrayInterface.h"

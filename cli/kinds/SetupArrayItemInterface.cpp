@@ -1,5 +1,3 @@
-// measctl's adapter of SetupArrayItemInterface: an array setting.
-
 #include "ProxyAdapter.h"
 
 #include "SetupArrayItemInterface.h"

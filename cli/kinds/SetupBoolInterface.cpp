@@ -1,5 +1,3 @@
-// measctl's adapter of SetupBoolInterface: an on/off setting.
-
 #include "ProxyAdapter.h"
 
 #include "SetupBoolInterface.h"

@@ -1,5 +1,3 @@
-// measctl's adapter of SetupDevDataInterface: a device-specific setting of any type.
-
 #include "ProxyAdapter.h"
 
 #include "SetupDevDataInterface.h"

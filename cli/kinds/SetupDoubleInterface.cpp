@@ -1,5 +1,3 @@
-// measctl's adapter of SetupDoubleInterface: a real-number setting.
-
 #include "SetupNumberAdapter.h"
 
 #include "SetupDoubleInterface.h"

@@ -1,5 +1,3 @@
-// measctl's adapter of SetupEnumInterface: a choice from a list.
-
 #include "ProxyAdapter.h"
 
 #include "SetupEnumInterface.h"

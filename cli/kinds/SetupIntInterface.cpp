@@ -1,5 +1,3 @@
-// measctl's adapter of SetupIntInterface: an integer setting.
-
 #include "SetupNumberAdapter.h"
 
 #include "SetupIntInterface.h"

@@ -1,5 +1,3 @@
-// measctl's adapter of SetupMapItemInterface: a map setting.
-
 #include "ProxyAdapter.h"
 
 #include "SetupMapItemInterface.h"

@@ -1,5 +1,3 @@
-// measctl's adapter of SetupMapListInterface: an ordered list of maps.
-
 #include "ProxyAdapter.h"
 
 #include "SetupMapListInterface.h"

@@ -1,5 +1,3 @@
-// measctl's adapter of SetupMapMapItemInterface: a two-level map.
-
 #include "ProxyAdapter.h"
 
 #include "SetupMapMapItemInterface.h"

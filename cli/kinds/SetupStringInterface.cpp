@@ -1,5 +1,3 @@
-// measctl's adapter of SetupStringInterface: a text setting.
-
 #include "ProxyAdapter.h"
 
 #include "SetupStringInterface.h"

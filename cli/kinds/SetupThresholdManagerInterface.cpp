@@ -1,5 +1,3 @@
-// measctl's adapter of SetupThresholdManagerInterface: threshold elements in named locations.
-
 #include "ProxyAdapter.h"
 
 #include "SetupThresholdManagerInterface.h"

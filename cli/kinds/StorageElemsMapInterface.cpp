@@ -1,5 +1,3 @@
-// measctl's adapter of StorageElemsMapInterface: the list of stored elements.
-
 #include "ProxyAdapter.h"
 
 #include "StorageElemsMapInterface.h"
