@@ -6,7 +6,7 @@
 #include <cstdlib>
 
 // The kinds' adapters, one line per interface document (KindAdapterList.h is written from
-// the file names in interfaces/): a kind without its kinds/<ProxyClass>.cpp does not link.
+// the file names in interfaces/): a kind without its kinds/<ProxyClass>.cpp does not build.
 #define MEASCTL_KIND_ADAPTER(ProxyClass)                                                                               \
     class ProxyClass;                                                                                                  \
     template<>                                                                                                         \
