@@ -1,9 +1,11 @@
 #include "Cli.h"
 
 #include "Commands.h"
-#include "ElementKinds.h"
+#include "KindRegistry.h"
 #include "Output.h"
 #include "Session.h"
+
+#include "MeasApplNames_p.h"
 
 #include <QCommandLineParser>
 
@@ -18,8 +20,9 @@ namespace {
 struct GlobalOptions
 {
     QCommandLineOption app{QStringLiteral("app"),
-                           QStringLiteral("The application <name> (service com.velk.mqx.app.<name in lower case>); "
-                                          "default: $MEASCTL_APP, else \"sim\"."),
+                           QStringLiteral("The application <name> (service %1<name in lower case>); "
+                                          "default: $MEASCTL_APP, else \"sim\".")
+                               .arg(QLatin1String(MeasAppl::servicePrefix)),
                            QStringLiteral("name")};
     QCommandLineOption json{QStringLiteral("json"),
                             QStringLiteral("Write JSON for scripts: one document, or one object per line for watch.")};
@@ -42,17 +45,18 @@ QString globalDescription()
                           "measctl COMMAND --help describes each command.\n\n"
                           "Commands:\n%1\nKinds (for --kind; inferred from introspection otherwise):\n%2\n"
                           "Exit codes:\n%3")
-        .arg(commandsHelp(), ElementKinds::helpText(), ExitCodes::helpText());
+        .arg(commandsHelp(), KindRegistry::builtIn().helpText(), ExitCodes::helpText());
 }
 
 /// The forms that each kind accepts for @p command, one per line.
 QString kindForms(const QString &command)
 {
     QString text;
-    for (const auto &kind : ElementKinds::all()) {
-        for (const QString &form : kind->syntax().of(command))
-            text += QStringLiteral("  %1 %2 PATH %3").arg(kind->shortName(), -17).arg(command, form).trimmed() +
-                QLatin1Char('\n');
+    for (const KindTable::Kind &kind : KindTable::all()) {
+        for (const QString &form : KindRegistry::builtIn().adapter(kind)->syntax().of(command))
+            text += QStringLiteral("  %1 %2\n")
+                        .arg(QLatin1String(kind.shortName), -15)
+                        .arg(QStringLiteral("%1 PATH %2").arg(command, form).trimmed());
     }
     return text;
 }

@@ -6,6 +6,7 @@
 #include "Watch.h"
 
 #include "DBusInterfaceManager.h"
+#include "MeasApplNames_p.h"
 #include "RemoteCommandInterface.h"
 
 #include <QDBusConnectionInterface>
@@ -32,14 +33,14 @@ Record elementRecord(const BoundElement &element)
 {
     Record record;
     record.add(QStringLiteral("path"), element.path);
-    if (element.kind)
-        record.add(QStringLiteral("kind"), element.kind->className());
+    if (element.adapter)
+        record.add(QStringLiteral("kind"), element.adapter->className());
     return record;
 }
 
-Outcome usage(const Invocation &invocation)
+CommandResult usage(const Invocation &invocation)
 {
-    return Outcome::failed(ExitCode::BadCommandLine, QStringLiteral("usage: measctl %1").arg(invocation.usage));
+    return CommandResult::failed(ExitCode::BadCommandLine, QStringLiteral("usage: measctl %1").arg(invocation.usage));
 }
 
 int runStatus(const Session &session, const Invocation &invocation, const Output &output)
@@ -47,16 +48,16 @@ int runStatus(const Session &session, const Invocation &invocation, const Output
     if (!invocation.args.isEmpty())
         return output.finish(usage(invocation));
     DBusInterfaceManager *manager = DBusInterfaceManager::getInstance();
-    Outcome outcome;
-    outcome.record.add(QStringLiteral("application"), session.appName());
-    outcome.record.add(QStringLiteral("service"), session.service());
+    CommandResult result;
+    result.record.add(QStringLiteral("application"), session.appName());
+    result.record.add(QStringLiteral("service"), session.service());
     const bool available = manager->isMeasAppAvailable(session.appName());
-    outcome.record.add(QStringLiteral("available"), available);
+    result.record.add(QStringLiteral("available"), available);
     if (available)
-        outcome.record.add(QStringLiteral("status"), manager->getMeasAppStatus(session.appName()));
+        result.record.add(QStringLiteral("status"), manager->getMeasAppStatus(session.appName()));
     else
-        outcome.failure = session.requireApplication();
-    return output.finish(outcome);
+        result.failure = session.requireApplication();
+    return output.finish(result);
 }
 
 int runList(const Session &session, const Invocation &invocation, const Output &output)
@@ -64,39 +65,40 @@ int runList(const Session &session, const Invocation &invocation, const Output &
     if (!invocation.args.isEmpty())
         return output.finish(usage(invocation));
     if (auto failure = session.requireApplication())
-        return output.finish(Outcome::failed(*failure));
+        return output.finish(CommandResult::failed(*failure));
     QVector<ListedElement> elements;
-    Outcome outcome;
-    outcome.failure = session.list(elements);
+    CommandResult result;
+    result.failure = session.list(elements);
     QJsonArray list;
     for (const ListedElement &element : elements) {
-        const QJsonValue kind = element.kind ? QJsonValue(element.kind->className()) : QJsonValue();
+        const QJsonValue kind = element.adapter ? QJsonValue(element.adapter->className()) : QJsonValue();
         list.append(QJsonObject{{QStringLiteral("path"), element.path}, {QStringLiteral("kind"), kind}});
-        outcome.text += QStringLiteral("%1  %2\n").arg(element.path, element.kind ? element.kind->className() : "?");
+        result.text +=
+            QStringLiteral("%1  %2\n").arg(element.path, element.adapter ? element.adapter->className() : "?");
     }
-    outcome.record.add(QStringLiteral("application"), session.appName());
-    outcome.record.add(QStringLiteral("elements"), list);
-    return output.finish(outcome);
+    result.record.add(QStringLiteral("application"), session.appName());
+    result.record.add(QStringLiteral("elements"), list);
+    return output.finish(result);
 }
 
 /// get, set and info: the same steps around the kind's own operation.
-template<Outcome (ElementKind::*operation)(QDBusAbstractInterface &, const QStringList &) const>
+template<CommandResult (KindAdapter::*operation)(QDBusAbstractInterface &, const QStringList &) const>
 int runOnElement(const Session &session, const Invocation &invocation, const Output &output)
 {
     if (invocation.args.isEmpty())
         return output.finish(usage(invocation));
     if (auto failure = session.requireApplication())
-        return output.finish(Outcome::failed(*failure));
+        return output.finish(CommandResult::failed(*failure));
     const BoundElement element = session.bind(invocation.args.first(), invocation.kind);
     if (element.failure)
-        return output.finish(Outcome::failed(*element.failure));
-    Outcome outcome = (element.kind->*operation)(*element.proxy, invocation.args.mid(1));
+        return output.finish(CommandResult::failed(*element.failure));
+    CommandResult result = (element.adapter->*operation)(*element.proxy, invocation.args.mid(1));
     Record record = elementRecord(element);
-    record.append(outcome.record);
-    outcome.record = record;
-    if (outcome.failure && outcome.failure->code != ExitCode::BadCommandLine)
-        outcome.failure->message = element.path + QStringLiteral(": ") + outcome.failure->message;
-    return output.finish(outcome);
+    record.append(result.record);
+    result.record = record;
+    if (result.failure && result.failure->code != ExitCode::BadCommandLine)
+        result.failure->message = element.path + QStringLiteral(": ") + result.failure->message;
+    return output.finish(result);
 }
 
 int runWatch(const Session &session, const Invocation &invocation, const Output &output)
@@ -104,7 +106,7 @@ int runWatch(const Session &session, const Invocation &invocation, const Output 
     if (invocation.args.isEmpty())
         return output.finish(usage(invocation));
     if (auto failure = session.requireApplication())
-        return output.finish(Outcome::failed(*failure));
+        return output.finish(CommandResult::failed(*failure));
 
     QEventLoop loop;
     int received = 0;
@@ -112,10 +114,10 @@ int runWatch(const Session &session, const Invocation &invocation, const Output 
     for (const QString &path : invocation.args) {
         BoundElement element = session.bind(path, invocation.kind);
         if (element.failure)
-            return output.finish(Outcome::failed(*element.failure));
-        const QString kind = element.kind->className();
+            return output.finish(CommandResult::failed(*element.failure));
+        const QString kind = element.adapter->className();
         const int connected =
-            element.kind->watch(*element.proxy, [&, path, kind](const QString &signal, const QJsonArray &arguments) {
+            element.adapter->watch(*element.proxy, [&, path, kind](const QString &signal, const QJsonArray &arguments) {
                 Record event;
                 event.add(QStringLiteral("path"), path);
                 event.add(QStringLiteral("kind"), kind);
@@ -129,8 +131,8 @@ int runWatch(const Session &session, const Invocation &invocation, const Output 
                     loop.quit();
             });
         if (connected == 0)
-            return output.finish(Outcome::failed(ExitCode::BadCommandLine,
-                                                 QStringLiteral("%1: %2 elements send no signals").arg(path, kind)));
+            return output.finish(CommandResult::failed(
+                ExitCode::BadCommandLine, QStringLiteral("%1: %2 elements send no signals").arg(path, kind)));
         elements.push_back(std::move(element));
     }
 
@@ -148,30 +150,28 @@ int runExec(const Session &session, const Invocation &invocation, const Output &
     if (invocation.args.isEmpty() || invocation.args.size() > 5)
         return output.finish(usage(invocation));
     if (auto failure = session.requireApplication())
-        return output.finish(Outcome::failed(*failure));
+        return output.finish(CommandResult::failed(*failure));
 
-    RemoteCommandInterface remote(session.service(), Session::rootPath, session.connection());
+    RemoteCommandInterface remote(session.service(), QLatin1String(MeasAppl::rootPath), session.connection());
     const QString command = invocation.args.first();
     bool ok = false;
     QString errorCode;
     const QString answer = remote.executeCommand(command, invocation.args.mid(1), &ok, &errorCode);
 
-    Outcome outcome;
-    outcome.record.add(QStringLiteral("command"), command);
-    outcome.record.add(QStringLiteral("ok"), ok);
+    CommandResult result;
+    result.record.add(QStringLiteral("command"), command);
+    result.record.add(QStringLiteral("ok"), ok);
     if (!ok) {
-        outcome.record.add(QStringLiteral("parserError"), errorCode);
-        outcome.failure =
-            Failure{ExitCode::ParserError, QStringLiteral("%1: parser error: %2").arg(command, errorCode)};
+        result.record.add(QStringLiteral("parserError"), errorCode);
+        result.failure = Failure{ExitCode::ParserError, QStringLiteral("%1: parser error: %2").arg(command, errorCode)};
     } else if (answer.isNull()) {
         // The library hides why the call failed; only that it did shows.
-        outcome.record.add(QStringLiteral("answer"), QJsonValue());
-        outcome.failure =
-            Failure{ExitCode::BusError, QStringLiteral("%1: no answer from the application").arg(command)};
+        result.record.add(QStringLiteral("answer"), QJsonValue());
+        result.failure = Failure{ExitCode::BusError, QStringLiteral("%1: no answer from the application").arg(command)};
     } else {
-        outcome.record.add(QStringLiteral("answer"), answer);
+        result.record.add(QStringLiteral("answer"), answer);
     }
-    return output.finish(outcome);
+    return output.finish(result);
 }
 
 } // namespace
@@ -195,17 +195,17 @@ const QList<Command> &all()
          QStringLiteral("PATH [ARGS...]"),
          QStringLiteral("Read an element's value."),
          {kindOption},
-         runOnElement<&ElementKind::get>},
+         runOnElement<&KindAdapter::get>},
         {QStringLiteral("set"),
          QStringLiteral("PATH VALUE..."),
          QStringLiteral("Change an element's value; shows the application's answer."),
          {kindOption},
-         runOnElement<&ElementKind::set>},
+         runOnElement<&KindAdapter::set>},
         {QStringLiteral("info"),
          QStringLiteral("PATH [ARGS...]"),
          QStringLiteral("Describe an element: text, limits, choices, changeability..."),
          {kindOption},
-         runOnElement<&ElementKind::info>},
+         runOnElement<&KindAdapter::info>},
         {QStringLiteral("watch"),
          QStringLiteral("PATH..."),
          QStringLiteral("Print the change signals of elements as they arrive, until Ctrl-C or --count."),

@@ -1,7 +1,7 @@
 #ifndef MEASCTL_COMMANDS_H
 #define MEASCTL_COMMANDS_H
 
-#include "Outcome.h"
+#include "CommandResult.h"
 
 #include <QCommandLineOption>
 #include <QList>

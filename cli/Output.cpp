@@ -21,24 +21,24 @@ Output::Output(bool json)
 {
 }
 
-int Output::finish(const Outcome &outcome) const
+int Output::finish(const CommandResult &result) const
 {
     if (m_json) {
-        QJsonObject document = outcome.record.toJson();
-        if (outcome.failure) {
-            const ExitCodeInfo &info = ExitCodes::info(outcome.failure->code);
+        QJsonObject document = result.record.toJson();
+        if (result.failure) {
+            const ExitCodeInfo &info = ExitCodes::info(result.failure->code);
             document.insert(QStringLiteral("error"),
                             QJsonObject{{QStringLiteral("code"), static_cast<int>(info.code)},
                                         {QStringLiteral("name"), QString::fromLatin1(info.name)},
-                                        {QStringLiteral("message"), outcome.failure->message}});
+                                        {QStringLiteral("message"), result.failure->message}});
         }
         write(stdout, QString::fromUtf8(QJsonDocument(document).toJson(QJsonDocument::Indented)));
     } else {
-        write(stdout, outcome.text.isEmpty() ? outcome.record.toText() : outcome.text);
+        write(stdout, result.text.isEmpty() ? result.record.toText() : result.text);
     }
-    if (outcome.failure)
-        note(outcome.failure->message);
-    return static_cast<int>(outcome.exitCode());
+    if (result.failure)
+        note(result.failure->message);
+    return static_cast<int>(result.exitCode());
 }
 
 void Output::event(const Record &record, const QString &text) const

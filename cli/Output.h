@@ -1,7 +1,7 @@
 #ifndef MEASCTL_OUTPUT_H
 #define MEASCTL_OUTPUT_H
 
-#include "Outcome.h"
+#include "CommandResult.h"
 
 /**
  * Everything measctl writes: answers on stdout, for people as "name: value" lines or for
@@ -13,8 +13,8 @@ class Output
 public:
     explicit Output(bool json);
 
-    /// Writes @p outcome and returns its exit code.
-    int finish(const Outcome &outcome) const;
+    /// Writes @p result and returns its exit code.
+    int finish(const CommandResult &result) const;
     /// Writes one event of a watch at once.
     void event(const Record &record, const QString &text) const;
     /// A note for people on stderr (never on stdout).

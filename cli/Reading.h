@@ -1,11 +1,13 @@
 #ifndef MEASCTL_READING_H
 #define MEASCTL_READING_H
 
-#include "Outcome.h"
+#include "CommandResult.h"
 #include "Values.h"
 
 #include <QDBusAbstractInterface>
 #include <QDBusReply>
+#include <QJsonObject>
+#include <QStringList>
 #include <QVariant>
 
 #include <optional>
@@ -42,7 +44,7 @@ public:
     template<typename Call, typename A = Answer<std::decay_t<decltype(std::declval<Call>()())>>>
     std::optional<typename A::Value> value(const QString &member, Call &&call)
     {
-        if (m_outcome.failure)
+        if (m_result.failure)
             return std::nullopt;
         const auto answer = call();
         if (!check(member, answer))
@@ -65,13 +67,25 @@ public:
     template<typename Call>
     Reading &fieldIfKnown(const QString &name, const QString &member, Call &&call)
     {
-        const Outcome before = m_outcome;
+        const CommandResult before = m_result;
         field(name, member, call);
-        if (m_outcome.failure && !before.failure && m_outcome.failure->code == ExitCode::BusError) {
-            m_outcome = before;
+        if (m_result.failure && !before.failure && m_result.failure->code == ExitCode::BusError) {
+            m_result = before;
             add(name, QJsonValue());
         }
         return *this;
+    }
+
+    /// What getValue answers for each of @p keys, asked one by one with @p valueOf, as one JSON object.
+    template<typename ValueOf>
+    QJsonObject valuesByKey(const std::optional<QStringList> &keys, ValueOf &&valueOf)
+    {
+        QJsonObject values;
+        for (const QString &key : keys.value_or(QStringList())) {
+            if (const auto answer = value(QStringLiteral("getValue"), [&] { return valueOf(key); }))
+                values.insert(key, Values::toJson(*answer));
+        }
+        return values;
     }
 
     /// Adds the application's answer to a change as the field "accepted"; false is a refusal.
@@ -81,7 +95,7 @@ public:
         if (const auto answer = value(member, call)) {
             add(QStringLiteral("accepted"), *answer);
             if (!*answer)
-                m_outcome.failure = Failure{ExitCode::Refused, QStringLiteral("the application refused the value")};
+                m_result.failure = Failure{ExitCode::Refused, QStringLiteral("the application refused the value")};
         }
         return *this;
     }
@@ -90,7 +104,7 @@ public:
     template<typename Call>
     Reading &done(const QString &member, Call &&call)
     {
-        if (!m_outcome.failure) {
+        if (!m_result.failure) {
             const QDBusReply<void> answer = call();
             if (check(member, answer))
                 add(QStringLiteral("done"), true);
@@ -98,9 +112,9 @@ public:
         return *this;
     }
 
-    void add(const QString &name, const QJsonValue &value) { m_outcome.record.add(name, value); }
-    bool failed() const { return bool(m_outcome.failure); }
-    Outcome outcome() const { return m_outcome; }
+    void add(const QString &name, const QJsonValue &value) { m_result.record.add(name, value); }
+    bool failed() const { return bool(m_result.failure); }
+    CommandResult result() const { return m_result; }
 
 private:
     template<typename T>
@@ -116,12 +130,12 @@ private:
     }
     bool fail(const QString &member, const QDBusError &error)
     {
-        m_outcome.failure = Failure::fromError(error, member);
+        m_result.failure = Failure::fromError(error, member);
         return false;
     }
 
     const QDBusAbstractInterface &m_proxy;
-    Outcome m_outcome;
+    CommandResult m_result;
 };
 
 #endif

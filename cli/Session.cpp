@@ -1,26 +1,37 @@
 #include "Session.h"
 
-#include "ElementKinds.h"
+#include "KindRegistry.h"
 
 #include "DBusConnector.h"
 #include "DBusInterfaceManager.h"
+#include "InterfaceDocument.h"
+#include "MeasApplNames_p.h"
 
 #include <QDBusMessage>
 #include <QDBusReply>
 #include <QRegularExpression>
 
-const QString Session::rootPath = QStringLiteral("/MEAS_APPL_OBJ");
+QStringList childPaths(const QString &path, const QString &xml)
+{
+    const auto document = InterfaceDocument::parse(xml);
+    if (!document)
+        return {};
+    const QString prefix = path.endsWith(QLatin1Char('/')) ? path : path + QLatin1Char('/');
+    QStringList paths;
+    for (const QString &child : document->childNodes)
+        paths.append(prefix + child);
+    return paths;
+}
 
 Session::Session(const QString &appName, int timeoutMs)
     : m_appName(appName)
     , m_timeoutMs(timeoutMs)
-    , m_catalogue(KindCatalogue::builtIn())
 {
 }
 
 QString Session::service() const
 {
-    return QStringLiteral("com.velk.mqx.app.") + m_appName.toLower();
+    return QLatin1String(MeasAppl::servicePrefix) + m_appName.toLower();
 }
 
 QDBusConnection Session::connection() const
@@ -45,23 +56,22 @@ BoundElement Session::bind(const QString &path, const QString &kindName) const
         element.failure =
             Failure{ExitCode::BadCommandLine, QStringLiteral("'%1' is not a D-Bus object path").arg(path)};
     } else if (!kindName.isEmpty()) {
-        element.kind = ElementKinds::find(kindName);
-        if (!element.kind)
+        element.adapter = KindRegistry::builtIn().find(kindName);
+        if (!element.adapter)
             element.failure = Failure{ExitCode::BadCommandLine, QStringLiteral("unknown kind '%1'").arg(kindName)};
     } else {
         QString xml;
         element.failure = introspect(path, xml);
         if (!element.failure) {
-            const auto inferred = m_catalogue.infer(xml);
-            element.kind = inferred ? ElementKinds::find(*inferred) : nullptr;
-            if (!element.kind)
+            element.adapter = KindRegistry::builtIn().inferred(xml);
+            if (!element.adapter)
                 element.failure =
                     Failure{ExitCode::UnknownElement,
                             QStringLiteral("%1: no element kind matches this object; give --kind").arg(path)};
         }
     }
-    if (element.kind) {
-        element.proxy = element.kind->createProxy(service(), path, connection());
+    if (element.adapter) {
+        element.proxy = element.adapter->createProxy(service(), path, connection());
         element.proxy->setTimeout(m_timeoutMs);
     }
     return element;
@@ -89,13 +99,11 @@ std::optional<Failure> Session::walk(const QString &path, QVector<ListedElement>
     QString xml;
     if (auto failure = introspect(path, xml))
         return failure;
-    if (Introspection::interfaceMembers(xml)) {
-        const auto inferred = m_catalogue.infer(xml);
-        elements.append({path, inferred ? ElementKinds::find(*inferred) : nullptr});
-    }
-    const QString prefix = path.endsWith(QLatin1Char('/')) ? path : path + QLatin1Char('/');
-    for (const QString &child : Introspection::childNodes(xml)) {
-        if (auto failure = walk(prefix + child, elements))
+    const auto document = InterfaceDocument::parse(xml);
+    if (document && document->hasApplicationInterface)
+        elements.append({path, KindRegistry::builtIn().inferred(xml)});
+    for (const QString &child : childPaths(path, xml)) {
+        if (auto failure = walk(child, elements))
             return failure;
     }
     return std::nullopt;

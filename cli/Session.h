@@ -1,33 +1,36 @@
 #ifndef MEASCTL_SESSION_H
 #define MEASCTL_SESSION_H
 
-#include "ElementKind.h"
-#include "KindCatalogue.h"
-#include "Outcome.h"
+#include "CommandResult.h"
+#include "KindAdapter.h"
 
 #include <QDBusAbstractInterface>
 #include <QDBusConnection>
 #include <QString>
+#include <QStringList>
 #include <QVector>
 
 #include <memory>
 #include <optional>
 
-/// One element found on the application's object tree; kind is null when none is inferable.
+/// One element found on the application's object tree; adapter is null when no kind is inferable.
 struct ListedElement
 {
     QString path;
-    const ElementKind *kind = nullptr;
+    const KindAdapter *adapter = nullptr;
 };
 
-/// A proxy of one element together with its kind.
+/// A proxy of one element together with its kind's adapter.
 struct BoundElement
 {
     QString path;
-    const ElementKind *kind = nullptr;
+    const KindAdapter *adapter = nullptr;
     std::unique_ptr<QDBusAbstractInterface> proxy;
     std::optional<Failure> failure;
 };
+
+/// The paths of the child nodes that the introspected @p xml of the object at @p path lists.
+QStringList childPaths(const QString &path, const QString &xml);
 
 /**
  * The measurement application that measctl talks to: its bus service, the proxies of its
@@ -36,13 +39,11 @@ struct BoundElement
 class Session
 {
 public:
-    static const QString rootPath;
-
     /// @p timeoutMs: each proxy call's time-out; -1 for the connection's default.
     Session(const QString &appName, int timeoutMs);
 
     QString appName() const { return m_appName; }
-    /// "com.velk.mqx.app." + the lower-cased name, as the library builds it.
+    /// The service prefix + the lower-cased name, as the library builds it.
     QString service() const;
     QDBusConnection connection() const;
 
@@ -60,7 +61,6 @@ private:
 
     QString m_appName;
     int m_timeoutMs;
-    KindCatalogue m_catalogue;
 };
 
 #endif

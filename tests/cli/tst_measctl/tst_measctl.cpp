@@ -1,11 +1,15 @@
 // The real measctl binary against the real simulator, both on this test's private bus.
 
+#include "KindTable.h"
+#include "MeasApplNames_p.h"
+
 #include <QDBusConnection>
 #include <QDBusMessage>
 #include <QJsonArray>
 #include <QJsonDocument>
 #include <QJsonObject>
 #include <QProcess>
+#include <QRegularExpression>
 #include <QtTest/QTest>
 
 #include <csignal>
@@ -13,7 +17,8 @@
 
 namespace {
 
-const QString simulatorService = QStringLiteral("com.velk.mqx.app.sim");
+const QString simulatorService = QLatin1String(MeasAppl::servicePrefix) + QStringLiteral("sim");
+const QString rootPath = QLatin1String(MeasAppl::rootPath);
 constexpr int processTimeoutMs = 30000;
 
 /// What one run of measctl left behind.
@@ -186,7 +191,7 @@ void tst_Measctl::statusOfAnAbsentApplicationExitsNoApplication()
 {
     const Run run = measctl({"--json", "--app", "Absent", "status"});
     QCOMPARE(run.exitCode, 3);
-    QCOMPARE(run.json().value("service"), QJsonValue("com.velk.mqx.app.absent"));
+    QCOMPARE(run.json().value("service"), QJsonValue(MeasAppl::servicePrefix + QStringLiteral("absent")));
     QCOMPARE(run.json().value("available"), QJsonValue(false));
     QCOMPARE(run.json().value("error").toObject().value("code"), QJsonValue(3));
 }
@@ -199,7 +204,7 @@ void tst_Measctl::listShowsEveryElementWithItsInferredKind()
     for (const QJsonValue &element : run.json().value("elements").toArray())
         kinds.insert(element["path"].toString(), element["kind"].toString());
     const QMap<QString, QString> expected{
-        {"/MEAS_APPL_OBJ", "RemoteCommandInterface"},
+        {rootPath, "RemoteCommandInterface"},
         {"/Setup/Acquisition/SampleRate", "SetupIntInterface"},
         {"/Setup/Acquisition/Averages", "SetupIntInterface"},
         {"/Setup/Acquisition/Duration", "SetupDoubleInterface"},
@@ -264,7 +269,7 @@ void tst_Measctl::getReadsEverySettingKind_data()
                             << "SetupStringInterface"
                             << "value"
                             << "\"MQX-2041-00317\"";
-    QTest::newRow("devdata") << "/Setup/Device/CalibrationFactor"
+    QTest::newRow("devData") << "/Setup/Device/CalibrationFactor"
                              << "SetupDevDataInterface"
                              << "value"
                              << "1.0023";
@@ -276,21 +281,21 @@ void tst_Measctl::getReadsEverySettingKind_data()
                          << "SetupMapItemInterface"
                          << "value"
                          << "{\"A\": \"#e6194b\", \"B\": \"#3cb44b\", \"C\": \"#4363d8\"}";
-    QTest::newRow("map-list") << "/Setup/Sequence/Steps"
-                              << "SetupMapListInterface"
-                              << "value"
-                              << "[{\"name\": \"Warm-up\", \"frequency\": 1000, \"level\": -20, \"duration\": 5},"
-                                 " {\"name\": \"Sweep low\", \"frequency\": 100, \"level\": -10, \"duration\": 10},"
-                                 " {\"name\": \"Sweep high\", \"frequency\": 10000, \"level\": -10, \"duration\": 10}]";
-    QTest::newRow("map-map") << "/Setup/Channels/Config"
-                             << "SetupMapMapItemInterface"
+    QTest::newRow("mapList") << "/Setup/Sequence/Steps"
+                             << "SetupMapListInterface"
                              << "value"
-                             << "{\"A\": {\"gain\": 1, \"offset\": 0, \"coupling\": \"DC\", \"enabled\": true},"
-                                " \"B\": {\"gain\": 10, \"offset\": 0.25, \"coupling\": \"AC\", \"enabled\": false}}";
-    QTest::newRow("threshold") << "/Setup/Limits/Thresholds"
-                               << "SetupThresholdManagerInterface"
-                               << "locations"
-                               << "[\"Factory\", \"Line 1\", \"Line 2\"]";
+                             << "[{\"name\": \"Warm-up\", \"frequency\": 1000, \"level\": -20, \"duration\": 5},"
+                                " {\"name\": \"Sweep low\", \"frequency\": 100, \"level\": -10, \"duration\": 10},"
+                                " {\"name\": \"Sweep high\", \"frequency\": 10000, \"level\": -10, \"duration\": 10}]";
+    QTest::newRow("mapMap") << "/Setup/Channels/Config"
+                            << "SetupMapMapItemInterface"
+                            << "value"
+                            << "{\"A\": {\"gain\": 1, \"offset\": 0, \"coupling\": \"DC\", \"enabled\": true},"
+                               " \"B\": {\"gain\": 10, \"offset\": 0.25, \"coupling\": \"AC\", \"enabled\": false}}";
+    QTest::newRow("thresholds") << "/Setup/Limits/Thresholds"
+                                << "SetupThresholdManagerInterface"
+                                << "locations"
+                                << "[\"Factory\", \"Line 1\", \"Line 2\"]";
     QTest::newRow("storage") << "/Setup/Storage/Elements"
                              << "StorageElemsMapInterface"
                              << "value"
@@ -317,18 +322,18 @@ void tst_Measctl::getReadsEveryResultKind_data()
     QTest::addColumn<QString>("kind");
     QTest::addColumn<int>("valueType");
     QTest::addColumn<int>("length");
-    QTest::newRow("result-double") << "/Result/Voltage/RMS"
-                                   << "ResultDoubleInterface" << int(QJsonValue::Double) << 0;
-    QTest::newRow("result-int") << "/Result/Counter/Events"
-                                << "ResultIntInterface" << int(QJsonValue::Double) << 0;
-    QTest::newRow("result-bool") << "/Result/Status/SignalPresent"
-                                 << "ResultBoolInterface" << int(QJsonValue::Bool) << 0;
-    QTest::newRow("result-enum") << "/Result/Status/RangeState"
-                                 << "ResultEnumInterface" << int(QJsonValue::Double) << 0;
-    QTest::newRow("result-int-array") << "/Result/Spectrum/Bins"
-                                      << "ResultIntArrayInterface" << int(QJsonValue::Array) << 16;
-    QTest::newRow("result-var-array") << "/Result/Spectrum/Peaks"
-                                      << "ResultVarArrayInterface" << int(QJsonValue::Array) << 8;
+    QTest::newRow("resultDouble") << "/Result/Voltage/RMS"
+                                  << "ResultDoubleInterface" << int(QJsonValue::Double) << 0;
+    QTest::newRow("resultInt") << "/Result/Counter/Events"
+                               << "ResultIntInterface" << int(QJsonValue::Double) << 0;
+    QTest::newRow("resultBool") << "/Result/Status/SignalPresent"
+                                << "ResultBoolInterface" << int(QJsonValue::Bool) << 0;
+    QTest::newRow("resultEnum") << "/Result/Status/RangeState"
+                                << "ResultEnumInterface" << int(QJsonValue::Double) << 0;
+    QTest::newRow("resultIntArray") << "/Result/Spectrum/Bins"
+                                    << "ResultIntArrayInterface" << int(QJsonValue::Array) << 16;
+    QTest::newRow("resultVarArray") << "/Result/Spectrum/Peaks"
+                                    << "ResultVarArrayInterface" << int(QJsonValue::Array) << 8;
 }
 
 void tst_Measctl::getReadsEveryResultKind()
@@ -360,6 +365,7 @@ void tst_Measctl::kindGivenByClassOrShortNameSkipsInference_data()
     QTest::newRow("short name") << "int";
     QTest::newRow("class name") << "SetupIntInterface";
     QTest::newRow("any letter case") << "setupINTinterface";
+    QTest::newRow("short name in any letter case") << "INT";
 }
 
 void tst_Measctl::kindGivenByClassOrShortNameSkipsInference()
@@ -389,7 +395,7 @@ void tst_Measctl::theApplicationComesFromTheEnvironmentByDefault()
     environment.insert("MEASCTL_APP", "Elsewhere");
     const Run absent = measctl({"--json", "status"}, environment);
     QCOMPARE(absent.exitCode, 3);
-    QCOMPARE(absent.json().value("service"), QJsonValue("com.velk.mqx.app.elsewhere"));
+    QCOMPARE(absent.json().value("service"), QJsonValue(MeasAppl::servicePrefix + QStringLiteral("elsewhere")));
 
     environment.insert("MEASCTL_APP", "SIM");
     QCOMPARE(measctl({"status"}, environment).exitCode, 0);
@@ -418,7 +424,7 @@ void tst_Measctl::setChangesEverySettingKind_data()
                                    << "\"AC\"";
     QTest::newRow("string") << "/Setup/Device/Label" << QStringList{"Bench 3"} << QStringList() << "value"
                             << "\"Bench 3\"";
-    QTest::newRow("devdata") << "/Setup/Device/CalibrationFactor" << QStringList{"1.5"} << QStringList() << "value"
+    QTest::newRow("devData") << "/Setup/Device/CalibrationFactor" << QStringList{"1.5"} << QStringList() << "value"
                              << "1.5";
     QTest::newRow("array whole") << "/Setup/Filter/Coefficients"
                                  << QStringList{"[0.1, 0.2, 0.3, 0.4, 0.5, 0.6, 0.7, -0.8]"} << QStringList() << "value"
@@ -428,32 +434,32 @@ void tst_Measctl::setChangesEverySettingKind_data()
                                  << "[0.5, 0.75, 0.75, 0.0625]";
     QTest::newRow("map") << "/Setup/Display/ChannelColors" << QStringList{"B", "#123456"} << QStringList{"B"} << "value"
                          << "\"#123456\"";
-    QTest::newRow("map-list item") << "/Setup/Sequence/Steps" << QStringList{"1", "level", "-30"}
-                                   << QStringList{"1", "level"} << "value"
-                                   << "-30";
-    QTest::newRow("map-list entry") << "/Setup/Sequence/Steps"
-                                    << QStringList{"Cool-down",
-                                                   "{\"name\": \"Cool-down\", \"frequency\": 50.0, "
-                                                   "\"level\": -40.0, \"duration\": 2.0}"}
-                                    << QStringList{"3", "name"} << "value"
-                                    << "\"Cool-down\"";
-    QTest::newRow("map-map cell") << "/Setup/Channels/Config" << QStringList{"A", "gain", "2.5"}
-                                  << QStringList{"A", "gain"} << "value"
-                                  << "2.5";
-    QTest::newRow("map-map entry") << "/Setup/Channels/Config"
-                                   << QStringList{"B",
-                                                  "{\"gain\": 5.0, \"offset\": 0.5, \"coupling\": \"DC\", "
-                                                  "\"enabled\": true}"}
-                                   << QStringList{"B"} << "value"
-                                   << "{\"gain\": 5, \"offset\": 0.5, \"coupling\": \"DC\", \"enabled\": true}";
-    QTest::newRow("map-map whole") << "/Setup/Channels/Config"
-                                   << QStringList{"{\"A\": {\"gain\": 3.0, \"offset\": 0.0, \"coupling\": \"AC\", "
-                                                  "\"enabled\": true}}"}
-                                   << QStringList{"A", "coupling"} << "value"
-                                   << "\"AC\"";
-    QTest::newRow("threshold") << "/Setup/Limits/Thresholds" << QStringList{"Line 1/Temperature", "60"}
-                               << QStringList{"Line 1/Temperature"} << "value"
-                               << "60";
+    QTest::newRow("mapList item") << "/Setup/Sequence/Steps" << QStringList{"1", "level", "-30"}
+                                  << QStringList{"1", "level"} << "value"
+                                  << "-30";
+    QTest::newRow("mapList entry") << "/Setup/Sequence/Steps"
+                                   << QStringList{"Cool-down",
+                                                  "{\"name\": \"Cool-down\", \"frequency\": 50.0, "
+                                                  "\"level\": -40.0, \"duration\": 2.0}"}
+                                   << QStringList{"3", "name"} << "value"
+                                   << "\"Cool-down\"";
+    QTest::newRow("mapMap cell") << "/Setup/Channels/Config" << QStringList{"A", "gain", "2.5"}
+                                 << QStringList{"A", "gain"} << "value"
+                                 << "2.5";
+    QTest::newRow("mapMap entry") << "/Setup/Channels/Config"
+                                  << QStringList{"B",
+                                                 "{\"gain\": 5.0, \"offset\": 0.5, \"coupling\": \"DC\", "
+                                                 "\"enabled\": true}"}
+                                  << QStringList{"B"} << "value"
+                                  << "{\"gain\": 5, \"offset\": 0.5, \"coupling\": \"DC\", \"enabled\": true}";
+    QTest::newRow("mapMap whole") << "/Setup/Channels/Config"
+                                  << QStringList{"{\"A\": {\"gain\": 3.0, \"offset\": 0.0, \"coupling\": \"AC\", "
+                                                 "\"enabled\": true}}"}
+                                  << QStringList{"A", "coupling"} << "value"
+                                  << "\"AC\"";
+    QTest::newRow("thresholds") << "/Setup/Limits/Thresholds" << QStringList{"Line 1/Temperature", "60"}
+                                << QStringList{"Line 1/Temperature"} << "value"
+                                << "60";
     QTest::newRow("storage sort order") << "/Setup/Storage/Elements" << QStringList{"descending"} << QStringList()
                                         << "value"
                                         << "[\"Run_0003\", \"Run_0002\", \"Run_0001\"]";
@@ -485,12 +491,12 @@ void tst_Measctl::setReportsARefusal_data()
     QTest::newRow("string not changeable") << "/Setup/Device/SerialNumber" << QStringList{"X"};
     QTest::newRow("enum unknown text") << "/Setup/Acquisition/TriggerMode" << QStringList{"Sideways"};
     QTest::newRow("enum index out of range") << "/Setup/Acquisition/TriggerMode" << QStringList{"9"};
-    QTest::newRow("devdata of another type") << "/Setup/Device/CalibrationFactor" << QStringList{"high"};
+    QTest::newRow("devData of another type") << "/Setup/Device/CalibrationFactor" << QStringList{"high"};
     QTest::newRow("array of another length") << "/Setup/Filter/Coefficients" << QStringList{"[0.1, 0.2]"};
     QTest::newRow("map value of another type") << "/Setup/Display/ChannelColors" << QStringList{"A", "5"};
-    QTest::newRow("map-list item out of range") << "/Setup/Sequence/Steps" << QStringList{"0", "level", "10"};
-    QTest::newRow("map-map cell out of range") << "/Setup/Channels/Config" << QStringList{"A", "gain", "1000"};
-    QTest::newRow("threshold of a fixed location")
+    QTest::newRow("mapList item out of range") << "/Setup/Sequence/Steps" << QStringList{"0", "level", "10"};
+    QTest::newRow("mapMap cell out of range") << "/Setup/Channels/Config" << QStringList{"A", "gain", "1000"};
+    QTest::newRow("thresholds of a fixed location")
         << "/Setup/Limits/Thresholds" << QStringList{"Factory/Temperature", "50"};
 }
 
@@ -528,9 +534,9 @@ void tst_Measctl::setOfAValueThatDoesNotParseSendsNothing_data()
     QTest::newRow("array") << "/Setup/Filter/Coefficients" << QStringList{"[0.1,"};
     QTest::newRow("array range") << "/Setup/Filter/Coefficients" << QStringList{"0.1", "first", "2"};
     QTest::newRow("map value") << "/Setup/Display/ChannelColors" << QStringList{"A", "{\"r\":"};
-    QTest::newRow("map-list position") << "/Setup/Sequence/Steps" << QStringList{"second", "level", "-3"};
-    QTest::newRow("map-map whole") << "/Setup/Channels/Config" << QStringList{"{\"A\": 1}"};
-    QTest::newRow("threshold") << "/Setup/Limits/Thresholds" << QStringList{"Line 1/Temperature", "warm"};
+    QTest::newRow("mapList position") << "/Setup/Sequence/Steps" << QStringList{"second", "level", "-3"};
+    QTest::newRow("mapMap whole") << "/Setup/Channels/Config" << QStringList{"{\"A\": 1}"};
+    QTest::newRow("thresholds") << "/Setup/Limits/Thresholds" << QStringList{"Line 1/Temperature", "warm"};
 }
 
 void tst_Measctl::setOfAValueThatDoesNotParseSendsNothing()
@@ -568,29 +574,29 @@ void tst_Measctl::infoDescribesEveryKind_data()
                               << "[\"A\", \"B\", \"C\"]";
     QTest::newRow("map base element") << "/Setup/Display/ChannelColors" << QStringList() << "baseElement"
                                       << "\"#ffffff\"";
-    QTest::newRow("map-list item limits") << "/Setup/Sequence/Steps" << QStringList{"0", "frequency"} << "max"
-                                          << "20000";
-    QTest::newRow("map-map cell choices") << "/Setup/Channels/Config" << QStringList{"A", "coupling"} << "enums"
-                                          << "[\"AC\", \"DC\"]";
-    QTest::newRow("threshold name length") << "/Setup/Limits/Thresholds" << QStringList() << "maxLocationNameLength"
-                                           << "16";
-    QTest::newRow("threshold attributes")
+    QTest::newRow("mapList item limits") << "/Setup/Sequence/Steps" << QStringList{"0", "frequency"} << "max"
+                                         << "20000";
+    QTest::newRow("mapMap cell choices") << "/Setup/Channels/Config" << QStringList{"A", "coupling"} << "enums"
+                                         << "[\"AC\", \"DC\"]";
+    QTest::newRow("thresholds name length") << "/Setup/Limits/Thresholds" << QStringList() << "maxLocationNameLength"
+                                            << "16";
+    QTest::newRow("thresholds attributes")
         << "/Setup/Limits/Thresholds" << QStringList{"Line 2/Pressure"} << "attributes"
         << "2";
-    QTest::newRow("devdata text") << "/Setup/Device/CalibrationFactor" << QStringList() << "text"
+    QTest::newRow("devData text") << "/Setup/Device/CalibrationFactor" << QStringList() << "text"
                                   << "\"1.0023\"";
     QTest::newRow("storage sort order") << "/Setup/Storage/Elements" << QStringList() << "sortOrder"
                                         << "\"ascending\"";
-    QTest::newRow("result-double limits") << "/Result/Voltage/RMS" << QStringList() << "upperLimit"
-                                          << "5";
-    QTest::newRow("result-int limits") << "/Result/Counter/Events" << QStringList() << "upperLimit"
-                                       << "200";
-    QTest::newRow("result-bool limits") << "/Result/Status/Overload" << QStringList() << "lowerLimit"
-                                        << "false";
-    QTest::newRow("result-int-array size") << "/Result/Spectrum/Bins" << QStringList() << "size"
-                                           << "16";
-    QTest::newRow("result-var-array limits") << "/Result/Spectrum/Peaks" << QStringList() << "lowerLimit"
-                                             << "-60";
+    QTest::newRow("resultDouble limits") << "/Result/Voltage/RMS" << QStringList() << "upperLimit"
+                                         << "5";
+    QTest::newRow("resultInt limits") << "/Result/Counter/Events" << QStringList() << "upperLimit"
+                                      << "200";
+    QTest::newRow("resultBool limits") << "/Result/Status/Overload" << QStringList() << "lowerLimit"
+                                       << "false";
+    QTest::newRow("resultIntArray size") << "/Result/Spectrum/Bins" << QStringList() << "size"
+                                         << "16";
+    QTest::newRow("resultVarArray limits") << "/Result/Spectrum/Peaks" << QStringList() << "lowerLimit"
+                                           << "-60";
 }
 
 void tst_Measctl::infoDescribesEveryKind()
@@ -612,17 +618,17 @@ void tst_Measctl::infoOfResultsListsWhatEachKindReads_data()
     const QStringList comps{"valueComp",  "minValueComp",  "maxValueComp",
                             "stringComp", "minStringComp", "maxStringComp"};
     const QStringList scalar{"path", "kind", "value", "text", "lowerLimit", "upperLimit", "min", "max"};
-    QTest::newRow("result-int") << "/Result/Counter/Events" << scalar + QStringList{"minText", "maxText"} + comps;
-    QTest::newRow("result-bool") << "/Result/Status/Overload" << scalar + QStringList{"minText", "maxText"} + comps;
-    QTest::newRow("result-double") << "/Result/Voltage/RMS" << scalar + comps;
-    QTest::newRow("result-enum") << "/Result/Status/RangeState"
-                                 << QStringList{"path", "kind", "value", "text", "min", "max", "valueComp"};
-    QTest::newRow("result-int-array") << "/Result/Spectrum/Bins"
-                                      << QStringList{"path", "kind", "size", "text", "resultStatus", "timeStamp"};
-    QTest::newRow("result-var-array") << "/Result/Spectrum/Peaks"
-                                      << QStringList{"path",       "kind",         "size",
-                                                     "lowerLimit", "upperLimit",   "resultStatus",
-                                                     "timeStamp",  "valuesStatus", "valueComp"};
+    QTest::newRow("resultInt") << "/Result/Counter/Events" << scalar + QStringList{"minText", "maxText"} + comps;
+    QTest::newRow("resultBool") << "/Result/Status/Overload" << scalar + QStringList{"minText", "maxText"} + comps;
+    QTest::newRow("resultDouble") << "/Result/Voltage/RMS" << scalar + comps;
+    QTest::newRow("resultEnum") << "/Result/Status/RangeState"
+                                << QStringList{"path", "kind", "value", "text", "min", "max", "valueComp"};
+    QTest::newRow("resultIntArray") << "/Result/Spectrum/Bins"
+                                    << QStringList{"path", "kind", "size", "text", "resultStatus", "timeStamp"};
+    QTest::newRow("resultVarArray") << "/Result/Spectrum/Peaks"
+                                    << QStringList{"path",       "kind",         "size",
+                                                   "lowerLimit", "upperLimit",   "resultStatus",
+                                                   "timeStamp",  "valuesStatus", "valueComp"};
 }
 
 void tst_Measctl::infoOfResultsListsWhatEachKindReads()
@@ -664,7 +670,7 @@ void tst_Measctl::watchPrintsEachSignalAsItArrives_data()
     QTest::newRow("enum") << "/Setup/Acquisition/TriggerMode" << QStringList{"Edge Rising"} << "SetupEnumInterface" << 1
                           << "setupChanged"
                           << "[1, \"Edge Rising\"]";
-    QTest::newRow("devdata") << "/Setup/Device/OperatorNote" << QStringList{"recalibrated"} << "SetupDevDataInterface"
+    QTest::newRow("devData") << "/Setup/Device/OperatorNote" << QStringList{"recalibrated"} << "SetupDevDataInterface"
                              << 1 << "setupChanged"
                              << "[\"recalibrated\"]";
     QTest::newRow("array") << "/Setup/Filter/Coefficients" << QStringList{"0.3", "4", "5"} << "SetupArrayItemInterface"
@@ -673,18 +679,18 @@ void tst_Measctl::watchPrintsEachSignalAsItArrives_data()
     QTest::newRow("map") << "/Setup/Display/ChannelColors" << QStringList{"A", "#000000"} << "SetupMapItemInterface"
                          << 1 << "setupChanged"
                          << "[]";
-    QTest::newRow("map-list") << "/Setup/Sequence/Steps" << QStringList{"0", "level", "-25"} << "SetupMapListInterface"
-                              << 1 << "setupChanged"
-                              << "[]";
+    QTest::newRow("mapList") << "/Setup/Sequence/Steps" << QStringList{"0", "level", "-25"} << "SetupMapListInterface"
+                             << 1 << "setupChanged"
+                             << "[]";
     // A cell's change comes as setupChangedPart, then setupChanged.
-    QTest::newRow("map-map") << "/Setup/Channels/Config" << QStringList{"B", "offset", "1.5"}
-                             << "SetupMapMapItemInterface" << 2 << "setupChangedPart"
-                             << "[\"B\", \"offset\", 1.5, false]";
+    QTest::newRow("mapMap") << "/Setup/Channels/Config" << QStringList{"B", "offset", "1.5"}
+                            << "SetupMapMapItemInterface" << 2 << "setupChangedPart"
+                            << "[\"B\", \"offset\", 1.5, false]";
     // QtDBus hands a bus signal to every same-named Qt signal with as many arguments or fewer:
     // the proxy's setupChanged() fires beside setupChanged(key, value).
-    QTest::newRow("threshold") << "/Setup/Limits/Thresholds" << QStringList{"Line 2/Vibration", "20"}
-                               << "SetupThresholdManagerInterface" << 2 << "setupChanged"
-                               << "[\"Line 2/Vibration\", 20]";
+    QTest::newRow("thresholds") << "/Setup/Limits/Thresholds" << QStringList{"Line 2/Vibration", "20"}
+                                << "SetupThresholdManagerInterface" << 2 << "setupChanged"
+                                << "[\"Line 2/Vibration\", 20]";
     // A new sort order comes as the list's setupChanged and sortOrderChanged.
     QTest::newRow("storage") << "/Setup/Storage/Elements" << QStringList{"descending"} << "StorageElemsMapInterface"
                              << 2 << "sortOrderChanged"
@@ -788,8 +794,7 @@ void tst_Measctl::eachFailureHasItsExitCode_data()
                                                       "com.velk.mqx.Error.Broken it broke"}
                                        << QStringList{"--kind", "int", "get", "/Setup/Acquisition/Averages"} << 1;
     QTest::newRow("1: a remote command without an answer")
-        << QStringList{"/MEAS_APPL_OBJ", "error", "com.velk.mqx.Error.Broken it broke"} << QStringList{"exec", "status"}
-        << 1;
+        << QStringList{rootPath, "error", "com.velk.mqx.Error.Broken it broke"} << QStringList{"exec", "status"} << 1;
     QTest::newRow("1: invalid arguments") << none << QStringList{"set", "/Setup/Storage/Elements", "sideways"} << 1;
     QTest::newRow("2: unknown command") << none << QStringList{"frobnicate"} << 2;
     QTest::newRow("2: unknown option") << none << QStringList{"--verbose", "status"} << 2;
@@ -847,11 +852,16 @@ void tst_Measctl::helpDescribesEachCommandAndTheExitCodes()
     for (const char *command : {"status", "list", "get", "set", "info", "watch", "exec"})
         QVERIFY(help.out.contains(QByteArray("  ") + command + ' '));
     QVERIFY(help.out.contains("  8  no answer in time\n"));
-    QVERIFY(help.out.contains("map-map"));
+    // Every kind of the table, by its short name and its class.
+    for (const KindTable::Kind &kind : KindTable::all()) {
+        const QRegularExpression line(
+            QStringLiteral("\\n  %1 +%2 +\\S").arg(QLatin1String(kind.shortName), QLatin1String(kind.className)));
+        QVERIFY2(line.match(QString::fromUtf8(help.out)).hasMatch(), kind.className);
+    }
 
     const Run setHelp = measctl({"set", "--help"});
     QCOMPARE(setHelp.exitCode, 0);
-    QVERIFY(setHelp.out.contains("map-map           set PATH PRIMARY SECOND VALUE\n"));
+    QVERIFY(setHelp.out.contains("  mapMap          set PATH PRIMARY SECOND VALUE\n"));
     QVERIFY(setHelp.out.contains("  6  the application refused the value (answered false)\n"));
 }
 

@@ -1,58 +1,69 @@
-#include "ElementKinds.h"
-#include "KindCatalogue.h"
+#include "KindRegistry.h"
+#include "ProxyAdapter.h"
+#include "Session.h"
 
-#include <QFile>
+#include "MeasApplNames_p.h"
+#include "SetupIntInterface.h"
+
+#include <QRegularExpression>
 #include <QtTest/QTest>
+
+#include <algorithm>
 
 namespace {
 
-QString document(const QString &members, const QString &interface = Introspection::applicationInterface)
+/// The interface document of the kind named @p name, as the kind table holds it.
+QString document(const char *name)
 {
-    return QStringLiteral("<node><interface name=\"%1\">%2</interface></node>").arg(interface, members);
+    const KindTable::Kind *kind = KindTable::find(QLatin1String(name));
+    return kind ? KindTable::document(*kind) : QString();
 }
 
-const QString intMembers = QStringLiteral(
-    "<signal name=\"setupChanged\"><arg type=\"i\"/></signal>"
-    "<method name=\"setValue\"><arg direction=\"in\" type=\"i\"/><arg direction=\"out\" type=\"b\"/></method>"
-    "<method name=\"getValue\"><arg direction=\"out\" type=\"i\"/></method>");
-
-const QString boolMembers = QStringLiteral(
-    "<signal name=\"setupChanged\"><arg type=\"b\"/></signal>"
-    "<method name=\"setValue\"><arg direction=\"in\" type=\"b\"/><arg direction=\"out\" type=\"b\"/></method>"
-    "<method name=\"getValue\"><arg direction=\"out\" type=\"b\"/></method>");
-
-/// An object as a server introspects it: standard interfaces and children beside its own.
-QString served(const QString &members)
+/// @p xml as a server introspects the object: standard interfaces and a child beside its own.
+QString served(QString xml)
 {
-    return QStringLiteral(
-               "<!DOCTYPE node PUBLIC \"-//freedesktop//DTD D-BUS Object Introspection 1.0//EN\"\n"
-               " \"http://www.freedesktop.org/standards/dbus/1.0/introspect.dtd\">\n"
-               "<node>\n"
-               "  <interface name=\"org.freedesktop.DBus.Introspectable\">\n"
-               "    <method name=\"Introspect\"><arg name=\"xml_data\" type=\"s\" direction=\"out\"/></method>\n"
-               "  </interface>\n"
-               "  <interface name=\"org.freedesktop.DBus.Peer\"><method name=\"Ping\"/></interface>\n"
-               "  <interface name=\"%1\">%2</interface>\n"
-               "  <node name=\"Child\"/>\n"
-               "</node>\n")
-        .arg(Introspection::applicationInterface, members);
+    xml.insert(xml.indexOf(QLatin1String("<node>")) + 6,
+               QStringLiteral("\n  <interface name=\"org.freedesktop.DBus.Introspectable\">\n"
+                              "    <method name=\"Introspect\"><arg name=\"xml_data\" type=\"s\" direction=\"out\"/>"
+                              "</method>\n"
+                              "  </interface>\n"
+                              "  <interface name=\"org.freedesktop.DBus.Peer\"><method name=\"Ping\"/></interface>"));
+    xml.insert(xml.lastIndexOf(QLatin1String("</node>")), QStringLiteral("  <node name=\"Child\"/>\n"));
+    return xml;
 }
 
-KindCatalogue intAndBool()
+/// The class name of @p adapter's kind, "none" for no adapter.
+QString classOf(const KindAdapter *adapter)
 {
-    KindCatalogue catalogue;
-    catalogue.addDocument("SetupIntInterface", document(intMembers));
-    catalogue.addDocument("SetupBoolInterface", document(boolMembers));
-    return catalogue;
+    return adapter ? adapter->className() : QStringLiteral("none");
 }
 
-QString builtInDocument(const QString &kind)
+const KindRegistry &registry()
 {
-    QFile file(QStringLiteral(":/introspection/%1.xml").arg(kind));
-    if (!file.open(QIODevice::ReadOnly))
-        return QString();
-    return QString::fromUtf8(file.readAll());
+    return KindRegistry::builtIn();
 }
+
+/// The built-in adapters without the one of @p className.
+KindRegistry::Adapters adaptersWithout(const QString &className)
+{
+    KindRegistry::Adapters adapters = KindRegistry::builtInAdapters();
+    adapters.erase(std::remove_if(adapters.begin(), adapters.end(),
+                                  [&](const auto &adapter) { return adapter->className() == className; }),
+                   adapters.end());
+    return adapters;
+}
+
+/// A proxy class of the application interface that the kind table does not know.
+class UnlistedInterface : public QDBusAbstractInterface
+{
+    Q_OBJECT
+
+public:
+    UnlistedInterface(const QString &service, const QString &path, const QDBusConnection &connection)
+        : QDBusAbstractInterface(service, path, MeasAppl::interfaceName, connection, nullptr)
+    {
+    }
+};
 
 } // namespace
 
@@ -67,99 +78,145 @@ private Q_SLOTS:
     void infersNothingFromAnUnknownInterface();
     void infersNothingFromAnObjectWithoutTheApplicationInterface();
     void infersNothingFromBrokenXml();
-    void infersNothingWhenTwoDocumentsMatch();
-    void refusesADocumentWithoutTheApplicationInterface();
-    void listsChildNodes();
-    void buildsInOneDocumentPerKind();
-    void infersEveryBuiltInKindFromItsOwnDocument();
+    void childPathsFollowTheObjectsPath();
+    void everyKindOfTheTableHasExactlyOneAdapter();
+    void reportsAKindWithoutAdapter();
+    void reportsAKindWithTwoAdapters();
+    void reportsAnAdapterOfNoKind();
+    void infersEveryKindFromItsOwnDocument();
     void findsKindsByClassOrShortNameInAnyCase();
+    void helpListsEveryKindInTheTablesOrder();
 };
 
 void tst_MeasctlKinds::infersTheKindWhoseDocumentMatchesExactly()
 {
-    QCOMPARE(intAndBool().infer(document(intMembers)).value_or("none"), QStringLiteral("SetupIntInterface"));
+    QCOMPARE(classOf(registry().inferred(document("int"))), QStringLiteral("SetupIntInterface"));
 }
 
 void tst_MeasctlKinds::tellsKindsApartByReplyTypes()
 {
-    // Same member names and inputs; only the reply types and the signal differ.
-    QCOMPARE(intAndBool().infer(document(boolMembers)).value_or("none"), QStringLiteral("SetupBoolInterface"));
-    const QString boolReplyOnly = QString(intMembers)
-                                      .replace("<method name=\"getValue\"><arg direction=\"out\" type=\"i\"/>",
-                                               "<method name=\"getValue\"><arg direction=\"out\" type=\"b\"/>");
-    QCOMPARE(intAndBool().infer(document(boolReplyOnly)).value_or("none"), QStringLiteral("none"));
+    // The integer and boolean results have the same members; only the types differ.
+    QCOMPARE(classOf(registry().inferred(document("resultInt"))), QStringLiteral("ResultIntInterface"));
+    QCOMPARE(classOf(registry().inferred(document("resultBool"))), QStringLiteral("ResultBoolInterface"));
+    const QString intDocument = document("int");
+    QString boolReply = intDocument;
+    boolReply.replace(
+        QRegularExpression(QStringLiteral("(<method name=\"getValue\">\\s*<arg direction=\"out\" type=\")i\"")),
+        QStringLiteral("\\1b\""));
+    QVERIFY(boolReply != intDocument);
+    QCOMPARE(classOf(registry().inferred(boolReply)), QStringLiteral("none"));
 }
 
 void tst_MeasctlKinds::ignoresStandardInterfacesAndChildren()
 {
-    QCOMPARE(intAndBool().infer(served(intMembers)).value_or("none"), QStringLiteral("SetupIntInterface"));
+    QCOMPARE(classOf(registry().inferred(served(document("int")))), QStringLiteral("SetupIntInterface"));
 }
 
 void tst_MeasctlKinds::infersNothingFromAnUnknownInterface()
 {
-    const QString oneMore = intMembers + "<method name=\"getGranularity\"><arg direction=\"out\" type=\"i\"/></method>";
-    QVERIFY(!intAndBool().infer(document(oneMore)));
-    const QString oneLess = QString(intMembers).remove("<signal name=\"setupChanged\"><arg type=\"i\"/></signal>");
-    QVERIFY(!intAndBool().infer(document(oneLess)));
+    const QString intDocument = document("int");
+    QString oneMore = intDocument;
+    oneMore.insert(oneMore.indexOf(QLatin1String("</interface>")),
+                   QStringLiteral("<method name=\"getUnit\"><arg direction=\"out\" type=\"s\"/></method>"));
+    QVERIFY(!registry().inferred(oneMore));
+    QString oneLess = intDocument;
+    oneLess.remove(QRegularExpression(QStringLiteral("<signal name=\"setupChanged\">.*</signal>"),
+                                      QRegularExpression::DotMatchesEverythingOption));
+    QVERIFY(oneLess.size() < intDocument.size());
+    QVERIFY(!registry().inferred(oneLess));
 }
 
 void tst_MeasctlKinds::infersNothingFromAnObjectWithoutTheApplicationInterface()
 {
-    QVERIFY(!intAndBool().infer(document(intMembers, "org.example.Other")));
-    QVERIFY(!intAndBool().infer("<node><node name=\"Setup\"/></node>"));
+    QString other = document("int");
+    other.replace(QLatin1String(MeasAppl::interfaceName), QLatin1String("org.example.Other"));
+    QVERIFY(!registry().inferred(other));
+    QVERIFY(!registry().inferred("<node><node name=\"Setup\"/></node>"));
 }
 
 void tst_MeasctlKinds::infersNothingFromBrokenXml()
 {
-    QVERIFY(!intAndBool().infer(document(intMembers).left(60)));
-    QVERIFY(!intAndBool().infer(QString()));
+    const QString intDocument = document("int");
+    QVERIFY(!registry().inferred(intDocument.left(intDocument.indexOf(QLatin1String("</interface>")))));
+    QVERIFY(!registry().inferred(QString()));
 }
 
-void tst_MeasctlKinds::infersNothingWhenTwoDocumentsMatch()
+void tst_MeasctlKinds::childPathsFollowTheObjectsPath()
 {
-    KindCatalogue catalogue = intAndBool();
-    catalogue.addDocument("SetupIntTwinInterface", document(intMembers));
-    QVERIFY(!catalogue.infer(document(intMembers)));
+    QCOMPARE(childPaths("/", served(document("int"))), QStringList{"/Child"});
+    QCOMPARE(childPaths("/Setup", "<node><node name=\"a\"/><node name=\"b\"></node></node>"),
+             (QStringList{"/Setup/a", "/Setup/b"}));
+    QCOMPARE(childPaths("/Setup", "<node><node name=\"a\"/>"), QStringList());
 }
 
-void tst_MeasctlKinds::refusesADocumentWithoutTheApplicationInterface()
+void tst_MeasctlKinds::everyKindOfTheTableHasExactlyOneAdapter()
 {
-    KindCatalogue catalogue;
-    QVERIFY(!catalogue.addDocument("Other", document(intMembers, "org.example.Other")));
-    QVERIFY(catalogue.kinds().isEmpty());
+    QCOMPARE(registry().problems(), QStringList());
+    QCOMPARE(int(KindRegistry::builtInAdapters().size()), KindTable::count());
+    for (const KindTable::Kind &kind : KindTable::all()) {
+        const KindAdapter *adapter = registry().adapter(kind);
+        QVERIFY2(adapter, kind.className);
+        QCOMPARE(adapter->className(), QLatin1String(kind.className));
+        QCOMPARE(adapter->shortName(), QLatin1String(kind.shortName));
+    }
 }
 
-void tst_MeasctlKinds::listsChildNodes()
+void tst_MeasctlKinds::reportsAKindWithoutAdapter()
 {
-    QCOMPARE(Introspection::childNodes(served(intMembers)), QStringList{"Child"});
-    QCOMPARE(Introspection::childNodes("<node><node name=\"a\"/><node name=\"b\"></node></node>"),
-             (QStringList{"a", "b"}));
+    const KindRegistry withoutEnumResult(adaptersWithout("ResultEnumInterface"));
+    QCOMPARE(withoutEnumResult.problems(), QStringList{"ResultEnumInterface (resultEnum) has 0 adapters"});
+    QVERIFY(!withoutEnumResult.find("resultEnum"));
+    QCOMPARE(classOf(withoutEnumResult.find("resultInt")), QStringLiteral("ResultIntInterface"));
 }
 
-void tst_MeasctlKinds::buildsInOneDocumentPerKind()
+void tst_MeasctlKinds::reportsAKindWithTwoAdapters()
 {
-    QStringList classNames;
-    for (const auto &kind : ElementKinds::all())
-        classNames.append(kind->className());
-    classNames.sort();
-    QCOMPARE(KindCatalogue::builtIn().kinds(), classNames);
+    KindRegistry::Adapters adapters = KindRegistry::builtInAdapters();
+    adapters.push_back(adapterOf<SetupIntInterface>());
+    const KindRegistry twice(std::move(adapters));
+    QCOMPARE(twice.problems(), QStringList{"SetupIntInterface (int) has 2 adapters"});
 }
 
-void tst_MeasctlKinds::infersEveryBuiltInKindFromItsOwnDocument()
+void tst_MeasctlKinds::reportsAnAdapterOfNoKind()
 {
-    const KindCatalogue catalogue = KindCatalogue::builtIn();
-    for (const QString &kind : catalogue.kinds())
-        QCOMPARE(catalogue.infer(builtInDocument(kind)).value_or("none"), kind);
+    KindRegistry::Adapters adapters = KindRegistry::builtInAdapters();
+    adapters.push_back(std::make_unique<ProxyAdapter<UnlistedInterface>>("unlisted", KindSyntax{}));
+    const KindRegistry unlisted(std::move(adapters));
+    QCOMPARE(unlisted.problems(), QStringList{"UnlistedInterface is no kind of the table"});
+    QVERIFY(!unlisted.find("UnlistedInterface"));
+}
+
+void tst_MeasctlKinds::infersEveryKindFromItsOwnDocument()
+{
+    for (const KindTable::Kind &kind : KindTable::all())
+        QCOMPARE(classOf(registry().inferred(KindTable::document(kind))), QLatin1String(kind.className));
 }
 
 void tst_MeasctlKinds::findsKindsByClassOrShortNameInAnyCase()
 {
-    QCOMPARE(ElementKinds::find("SetupIntInterface")->shortName(), QStringLiteral("int"));
-    QCOMPARE(ElementKinds::find("setupintinterface")->shortName(), QStringLiteral("int"));
-    QCOMPARE(ElementKinds::find("result-var-array")->className(), QStringLiteral("ResultVarArrayInterface"));
-    QCOMPARE(ElementKinds::find("MAP-MAP")->className(), QStringLiteral("SetupMapMapItemInterface"));
-    QVERIFY(!ElementKinds::find("integer"));
-    QVERIFY(!ElementKinds::find(""));
+    QCOMPARE(registry().find("SetupIntInterface")->shortName(), QStringLiteral("int"));
+    QCOMPARE(registry().find("setupintinterface")->shortName(), QStringLiteral("int"));
+    QCOMPARE(classOf(registry().find("resultVarArray")), QStringLiteral("ResultVarArrayInterface"));
+    QCOMPARE(classOf(registry().find("MAPMAP")), QStringLiteral("SetupMapMapItemInterface"));
+    QCOMPARE(classOf(registry().find("thresholds")), QStringLiteral("SetupThresholdManagerInterface"));
+    QVERIFY(!registry().find("integer"));
+    QVERIFY(!registry().find(""));
+    // The names of old, before the kind table gave every kind one short name.
+    QVERIFY(!registry().find("map-map"));
+    QVERIFY(!registry().find("result-var-array"));
+}
+
+void tst_MeasctlKinds::helpListsEveryKindInTheTablesOrder()
+{
+    const QStringList lines = registry().helpText().split(QLatin1Char('\n'), Qt::SkipEmptyParts);
+    QCOMPARE(lines.size(), KindTable::count());
+    const KindTable::Kind *kind = KindTable::begin();
+    for (const QString &line : lines) {
+        const QStringList words = line.simplified().split(QLatin1Char(' '));
+        QCOMPARE(words.mid(0, 2), (QStringList{kind->shortName, kind->className}));
+        QCOMPARE(words.mid(2).join(QLatin1Char(' ')), registry().adapter(*kind)->summary());
+        ++kind;
+    }
 }
 
 QTEST_GUILESS_MAIN(tst_MeasctlKinds)

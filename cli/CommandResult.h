@@ -1,5 +1,5 @@
-#ifndef MEASCTL_OUTCOME_H
-#define MEASCTL_OUTCOME_H
+#ifndef MEASCTL_COMMANDRESULT_H
+#define MEASCTL_COMMANDRESULT_H
 
 #include "ExitCode.h"
 
@@ -39,15 +39,15 @@ struct Failure
 };
 
 /// What a command produced: its fields, and a failure if it did not succeed.
-struct Outcome
+struct CommandResult
 {
     Record record;
     std::optional<Failure> failure;
     /// For people, instead of the record's lines when not empty.
     QString text;
 
-    static Outcome failed(ExitCode code, const QString &message);
-    static Outcome failed(const Failure &failure);
+    static CommandResult failed(ExitCode code, const QString &message);
+    static CommandResult failed(const Failure &failure);
     ExitCode exitCode() const { return failure ? failure->code : ExitCode::Success; }
 };
 

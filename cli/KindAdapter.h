@@ -1,7 +1,9 @@
-#ifndef MEASCTL_ELEMENTKIND_H
-#define MEASCTL_ELEMENTKIND_H
+#ifndef MEASCTL_KINDADAPTER_H
+#define MEASCTL_KINDADAPTER_H
 
-#include "Outcome.h"
+#include "CommandResult.h"
+
+#include "KindTable.h"
 
 #include <QDBusAbstractInterface>
 #include <QDBusConnection>
@@ -22,6 +24,9 @@ struct KindSyntax
     QStringList set;
     QStringList info;
 
+    /// get and info without words, no set: what a measured result offers.
+    static KindSyntax readOnly() { return {{QString()}, {}, {QString()}}; }
+
     /// The forms of the command named @p command; none for commands that address no element.
     QStringList of(const QString &command) const
     {
@@ -36,17 +41,20 @@ struct KindSyntax
 };
 
 /**
- * What measctl does with one kind of element, through that kind's proxy class: one
- * instance per proxy class, found by its class name or short name.
+ * What measctl does with one kind of element, through that kind's proxy class. The kind
+ * is the one of the kind table whose class name is the proxy class's; its names come from
+ * there.
  */
-class ElementKind
+class KindAdapter
 {
 public:
-    ElementKind(const char *className, const char *shortName, const char *summary, KindSyntax syntax);
-    virtual ~ElementKind();
+    KindAdapter(const char *proxyClass, const char *summary, KindSyntax syntax);
+    virtual ~KindAdapter();
 
+    /// The kind of the table this adapter serves; null only for a proxy class the table lacks.
+    const KindTable::Kind *kind() const { return m_kind; }
     QString className() const { return m_className; }
-    QString shortName() const { return m_shortName; }
+    QString shortName() const;
     QString summary() const { return m_summary; }
     const KindSyntax &syntax() const { return m_syntax; }
 
@@ -54,23 +62,23 @@ public:
                                                                 const QDBusConnection &connection) const = 0;
     /// @p args are the command's words after PATH; words that fit none of the kind's forms are a bad
     /// command line.
-    virtual Outcome get(QDBusAbstractInterface &proxy, const QStringList &args) const = 0;
-    virtual Outcome set(QDBusAbstractInterface &proxy, const QStringList &args) const = 0;
-    virtual Outcome info(QDBusAbstractInterface &proxy, const QStringList &args) const = 0;
+    virtual CommandResult get(QDBusAbstractInterface &proxy, const QStringList &args) const = 0;
+    virtual CommandResult set(QDBusAbstractInterface &proxy, const QStringList &args) const = 0;
+    virtual CommandResult info(QDBusAbstractInterface &proxy, const QStringList &args) const = 0;
     /// Connects @p sink to each change signal of @p proxy; returns how many it connected.
     virtual int watch(QDBusAbstractInterface &proxy, const SignalSink &sink) const = 0;
 
 protected:
     /// Whether @p args have as many words as one of this kind's forms of @p command.
     bool fits(const QString &command, const QStringList &args) const;
-    /// The bad-command-line outcome that lists this kind's forms of @p command.
-    Outcome usage(const QString &command) const;
-    /// The bad-value outcome for @p text that should have been @p expected.
-    static Outcome badValue(const QString &text, const QString &expected);
+    /// The bad-command-line result that lists this kind's forms of @p command.
+    CommandResult usage(const QString &command) const;
+    /// The bad-value result for @p text that should have been @p expected.
+    static CommandResult badValue(const QString &text, const QString &expected);
 
 private:
     QString m_className;
-    QString m_shortName;
+    const KindTable::Kind *m_kind;
     QString m_summary;
     KindSyntax m_syntax;
 };

@@ -1,15 +1,27 @@
-#ifndef MEASCTL_KINDOF_H
-#define MEASCTL_KINDOF_H
+#ifndef MEASCTL_PROXYADAPTER_H
+#define MEASCTL_PROXYADAPTER_H
 
-#include "ElementKind.h"
+#include "KindAdapter.h"
 #include "Reading.h"
 #include "Values.h"
 
 #include <QJsonArray>
 #include <QObject>
+#include <QString>
 
 #include <functional>
+#include <memory>
 #include <vector>
+
+/// What a word should have been, as the adapters' bad-value answers say it.
+namespace Expected {
+inline const QString value = QStringLiteral("a value");
+inline const QString wholeNumber = QStringLiteral("a whole number");
+inline const QString realNumber = QStringLiteral("a real number");
+inline const QString position = QStringLiteral("a position (whole number)");
+inline const QString range = QStringLiteral("a range START END of whole numbers");
+inline const QString jsonObject = QStringLiteral("a JSON object");
+} // namespace Expected
 
 /// Relays the Qt signal @p signal of @p proxy to @p sink under @p name, each argument in its JSON form.
 template<class P, typename... A>
@@ -21,33 +33,36 @@ void relaySignal(P &proxy, void (P::*signal)(A...), const char *name, const Sign
 }
 
 /**
- * An ElementKind for proxy class P, declared as tables: the fields that get and info read
- * when given no words after PATH, and the signals that watch relays. A kind overrides the
- * typed operations only for what its tables do not say; each is called only with words
+ * The KindAdapter of proxy class P, declared as tables: the fields that get and info read
+ * when given no words after PATH, and the signals that watch relays. An adapter overrides
+ * the typed operations only for what its tables do not say; each is called only with words
  * that fit one of the kind's forms of its command.
  */
 template<class P>
-class KindOf : public ElementKind
+class ProxyAdapter : public KindAdapter
 {
 public:
-    using ElementKind::ElementKind;
+    ProxyAdapter(const char *summary, KindSyntax syntax)
+        : KindAdapter(P::staticMetaObject.className(), summary, std::move(syntax))
+    {
+    }
 
     std::unique_ptr<QDBusAbstractInterface> createProxy(const QString &service, const QString &path,
                                                         const QDBusConnection &connection) const final
     {
         return std::make_unique<P>(service, path, connection);
     }
-    Outcome get(QDBusAbstractInterface &proxy, const QStringList &args) const final
+    CommandResult get(QDBusAbstractInterface &proxy, const QStringList &args) const final
     {
-        return perform(QStringLiteral("get"), &KindOf::read, proxy, args);
+        return perform(QStringLiteral("get"), &ProxyAdapter::read, proxy, args);
     }
-    Outcome set(QDBusAbstractInterface &proxy, const QStringList &args) const final
+    CommandResult set(QDBusAbstractInterface &proxy, const QStringList &args) const final
     {
-        return perform(QStringLiteral("set"), &KindOf::write, proxy, args);
+        return perform(QStringLiteral("set"), &ProxyAdapter::write, proxy, args);
     }
-    Outcome info(QDBusAbstractInterface &proxy, const QStringList &args) const final
+    CommandResult info(QDBusAbstractInterface &proxy, const QStringList &args) const final
     {
-        return perform(QStringLiteral("info"), &KindOf::describe, proxy, args);
+        return perform(QStringLiteral("info"), &ProxyAdapter::describe, proxy, args);
     }
     int watch(QDBusAbstractInterface &proxy, const SignalSink &sink) const final
     {
@@ -88,31 +103,31 @@ protected:
     /// What watch relays.
     std::vector<Relay> relays;
 
-    virtual Outcome read(P &p, const QStringList &) const { return readFields(p, reads); }
+    virtual CommandResult read(P &p, const QStringList &) const { return readFields(p, reads); }
     // Only a kind that declares forms of set without saying what they do gets here.
-    virtual Outcome write(P &, const QStringList &) const { return usage(QStringLiteral("set")); }
-    virtual Outcome describe(P &p, const QStringList &) const { return readFields(p, infos); }
+    virtual CommandResult write(P &, const QStringList &) const { return usage(QStringLiteral("set")); }
+    virtual CommandResult describe(P &p, const QStringList &) const { return readFields(p, infos); }
 
     static void readFields(Reading &reading, P &p, const Fields &fields)
     {
         for (const Field &field : fields)
             field.readInto(reading, p);
     }
-    static Outcome readFields(P &p, const Fields &fields)
+    static CommandResult readFields(P &p, const Fields &fields)
     {
         Reading reading(p);
         readFields(reading, p, fields);
-        return reading.outcome();
+        return reading.result();
     }
     /// The application's answer to a change that @p call asks for.
     template<typename Call>
-    static Outcome accepted(P &p, Call &&call)
+    static CommandResult accepted(P &p, Call &&call)
     {
-        return Reading(p).accepted("setValue", call).outcome();
+        return Reading(p).accepted("setValue", call).result();
     }
     /// Sets the whole value to @p value, parsed from @p word; a bad value, @p expected, when it did not parse.
     template<typename T>
-    static Outcome setParsed(P &p, const QString &word, const std::optional<T> &value, const QString &expected)
+    static CommandResult setParsed(P &p, const QString &word, const std::optional<T> &value, const QString &expected)
     {
         if (!value)
             return badValue(word, expected);
@@ -120,14 +135,18 @@ protected:
     }
 
 private:
-    using Operation = Outcome (KindOf::*)(P &, const QStringList &) const;
+    using Operation = CommandResult (ProxyAdapter::*)(P &, const QStringList &) const;
 
     /// The kind's @p operation when @p args fit one of its forms of @p command; else the forms it takes.
-    Outcome perform(const QString &command, Operation operation, QDBusAbstractInterface &proxy,
-                    const QStringList &args) const
+    CommandResult perform(const QString &command, Operation operation, QDBusAbstractInterface &proxy,
+                          const QStringList &args) const
     {
         return fits(command, args) ? (this->*operation)(static_cast<P &>(proxy), args) : usage(command);
     }
 };
+
+/// The adapter of proxy class P: defined in kinds/<P>.cpp, one for each kind of the table.
+template<class P>
+std::unique_ptr<KindAdapter> adapterOf();
 
 #endif

@@ -1,4 +1,4 @@
-#include "Outcome.h"
+#include "CommandResult.h"
 
 #include "Values.h"
 
@@ -35,14 +35,14 @@ Failure Failure::fromError(const QDBusError &error, const QString &context)
     return {ExitCodes::fromError(error), QStringLiteral("%1: %2 (%3)").arg(context, error.message(), error.name())};
 }
 
-Outcome Outcome::failed(ExitCode code, const QString &message)
+CommandResult CommandResult::failed(ExitCode code, const QString &message)
 {
     return failed(Failure{code, message});
 }
 
-Outcome Outcome::failed(const Failure &failure)
+CommandResult CommandResult::failed(const Failure &failure)
 {
-    Outcome outcome;
-    outcome.failure = failure;
-    return outcome;
+    CommandResult result;
+    result.failure = failure;
+    return result;
 }

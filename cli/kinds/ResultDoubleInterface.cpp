@@ -1,0 +1,9 @@
+#include "ResultScalarAdapter.h"
+
+#include "ResultDoubleInterface.h"
+
+template<>
+std::unique_ptr<KindAdapter> adapterOf<ResultDoubleInterface>()
+{
+    return std::make_unique<ResultScalarAdapter<ResultDoubleInterface>>("measured real-number result");
+}
