@@ -13,13 +13,12 @@ public:
 
     ArraySetup(const Binding &binding, bool changeable, const QVariantList &defaults, const NumericRange &range);
 
-    QVariantList values() const { return m_values; }
-    bool setRange(const QVariant &value, int start, int end);
-    bool setAll(const QVariantList &values);
     QString text() const override { return Wire::text(m_values); }
     void restoreDefault() override;
 
 private:
+    bool setRange(const QVariant &value, int start, int end);
+    bool setAll(const QVariantList &values);
     bool store(const QVariantList &values);
     QVariantList m_values;
     QVariantList m_defaults;

@@ -13,12 +13,13 @@ public:
 
     MapSetup(const Binding &binding, bool changeable, const QVariantMap &defaults, const QVariant &baseElement);
 
-    bool setEntry(const QString &key, const QVariant &value);
-    int removeEntry(const QString &key);
     QString text() const override;
     void restoreDefault() override;
 
 private:
+    bool setEntry(const QString &key, const QVariant &value);
+    int removeEntry(const QString &key);
+
     QVariantMap m_entries;
     QVariantMap m_defaults;
     QVariant m_baseElement;
