@@ -1,3 +1,5 @@
+#include "KindRegistry.h"
+#include "MeasApplNames_p.h"
 #include "Model.h"
 #include "SimulatorService.h"
 
@@ -8,7 +10,7 @@
 
 namespace {
 
-enum ExitCode { BadCommandLine = 1, BadModel = 2, NoBus = 3 };
+enum ExitCode { BadCommandLine = 1, BadModel = 2, NoBus = 3, BadKinds = 4 };
 
 int fail(int code, const QString &message)
 {
@@ -28,12 +30,14 @@ int main(int argc, char *argv[])
     parser.setApplicationDescription(
         QStringLiteral("Behaves like the instrument's measurement application on D-Bus (see docs/simulator.md).\n"
                        "Prints \"ready\" when its name is owned. Exit status: 0 normal end, 1 bad command line,\n"
-                       "2 bad model file, 3 no bus or name already owned."));
+                       "2 bad model file, 3 no bus or name already owned, 4 a kind's handlers do not match\n"
+                       "the kind table."));
     parser.addHelpOption();
     parser.addVersionOption();
-    const QCommandLineOption name(QStringLiteral("name"),
-                                  QStringLiteral("Application name (service com.velk.mqx.app.<name>)."),
-                                  QStringLiteral("NAME"));
+    const QCommandLineOption name(
+        QStringLiteral("name"),
+        QStringLiteral("Application name (service %1<name>).").arg(QLatin1String(MeasAppl::servicePrefix)),
+        QStringLiteral("NAME"));
     const QCommandLineOption address(QStringLiteral("address"),
                                      QStringLiteral("D-Bus address instead of the session bus."),
                                      QStringLiteral("ADDRESS"));
@@ -86,6 +90,11 @@ int main(int argc, char *argv[])
     }
     if (parser.isSet(name) && options.name.isEmpty())
         return fail(BadCommandLine, QStringLiteral("--name needs a non-empty name"));
+
+    // A kind whose handlers do not match its members in the kind table would answer wrongly.
+    const QStringList kindProblems = KindRegistry::builtIn().problems();
+    if (!kindProblems.isEmpty())
+        return fail(BadKinds, kindProblems.join(QStringLiteral("\ndbusinterfaces-simulator: ")));
 
     QByteArray json = defaultModelJson();
     QString modelName = QStringLiteral("default model");

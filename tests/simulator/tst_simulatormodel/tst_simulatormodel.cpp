@@ -1,16 +1,17 @@
-#include "CollectionSetups.h"
 #include "Introspection.h"
+#include "KindRegistry.h"
+#include "MeasApplNames_p.h"
 #include "MeasurementEngine.h"
 #include "Model.h"
-#include "Results.h"
 #include "RootElement.h"
 #include "SimulatorService.h"
 
+#include <InterfaceDocument.h>
+#include <KindTable.h>
+
 #include <QDBusVariant>
-#include <QDirIterator>
 #include <QSet>
 #include <QTest>
-#include <QXmlStreamReader>
 
 #include <cmath>
 #include <limits>
@@ -75,46 +76,44 @@ QVariant variant(const QVariant &value)
     return QVariant::fromValue(QDBusVariant(value));
 }
 
-/// "member(in)->(out)" of every method and "signal(sig)" of every signal a document lists.
-QSet<QString> documentedMembers(const QString &xml)
+/// The canonical member texts of the application interface of @p xml, as the kind table has them.
+QStringList documentedMembers(const QString &xml)
 {
-    QSet<QString> members;
-    QXmlStreamReader reader(xml);
-    QString kind, name, in, out;
-    bool inMain = false;
-    while (!reader.atEnd()) {
-        reader.readNext();
-        if (reader.isStartElement() && reader.name() == QLatin1String("interface"))
-            inMain = reader.attributes().value(QLatin1String("name")) !=
-                QLatin1String("org.freedesktop.DBus.Introspectable");
-        if (!inMain)
-            continue;
-        if (reader.isStartElement() &&
-            (reader.name() == QLatin1String("method") || reader.name() == QLatin1String("signal"))) {
-            kind = reader.name().toString();
-            name = reader.attributes().value(QLatin1String("name")).toString();
-            in.clear();
-            out.clear();
-        } else if (reader.isStartElement() && reader.name() == QLatin1String("arg")) {
-            const QString type = reader.attributes().value(QLatin1String("type")).toString();
-            (reader.attributes().value(QLatin1String("direction")) == QLatin1String("out") ? out : in) += type;
-        } else if (reader.isEndElement() &&
-                   (reader.name() == QLatin1String("method") || reader.name() == QLatin1String("signal"))) {
-            members.insert(kind == QLatin1String("method") ? QStringLiteral("%1(%2)->(%3)").arg(name, in, out)
-                                                           : QStringLiteral("signal %1(%2)").arg(name, in));
-        }
-    }
-    return members;
+    const auto document = InterfaceDocument::parse(xml);
+    return document ? document->memberTexts() : QStringList{QStringLiteral("(does not parse)")};
 }
 
-QSet<QString> servedMembers(const Element &element)
+QStringList servedMembers(const Element &element)
 {
-    QSet<QString> members;
+    InterfaceDocument served;
     for (const Element::MemberEntry &entry : element.members())
-        members.insert(QStringLiteral("%1(%2)->(%3)").arg(entry.member, entry.inSignature, entry.outSignature));
+        served.methods.append({entry.member, entry.inSignature, entry.outSignature});
     for (const Element::SignalEntry &entry : element.signalEntries())
-        members.insert(QStringLiteral("signal %1(%2)").arg(entry.member, entry.signature));
-    return members;
+        served.busSignals.append({entry.member, entry.signature});
+    return served.memberTexts();
+}
+
+/// The complete types of a D-Bus signature, e.g. "sa{sv}" → "s", "a{sv}".
+QStringList splitSignature(const QString &signature)
+{
+    QStringList types;
+    int start = 0;
+    while (start < signature.size()) {
+        int end = start;
+        while (signature.at(end) == QLatin1Char('a'))
+            ++end;
+        int depth = 0;
+        do {
+            const QChar c = signature.at(end++);
+            if (c == QLatin1Char('(') || c == QLatin1Char('{'))
+                ++depth;
+            else if (c == QLatin1Char(')') || c == QLatin1Char('}'))
+                --depth;
+        } while (depth > 0);
+        types.append(signature.mid(start, end - start));
+        start = end;
+    }
+    return types;
 }
 
 /// A neutral argument of one complete D-Bus type.
@@ -162,14 +161,21 @@ QString wireType(const QVariant &value)
     }
 }
 
-QString sorted(const QSet<QString> &set)
+/// The handlers of the built-in kind @p shortName.
+Handlers builtInHandlers(const char *shortName)
 {
-    QStringList list = set.values();
-    list.sort();
-    return list.join(QLatin1Char('\n'));
+    return KindRegistry::builtIn().find(QLatin1String(shortName))->handlers;
+}
+
+QList<MethodHandler>::iterator handlerNamed(Handlers &handlers, const QString &member)
+{
+    return std::find_if(handlers.methods.begin(), handlers.methods.end(),
+                        [&member](const MethodHandler &handler) { return handler.member == member; });
 }
 
 } // namespace
+
+Q_DECLARE_METATYPE(Handlers)
 
 class tst_SimulatorModel : public QObject
 {
@@ -177,7 +183,12 @@ class tst_SimulatorModel : public QObject
 
 private Q_SLOTS:
     void everyKindServesExactlyItsDocumentedMembersAndSignals();
+    void everyElementServesItsKindsMembersFromTheTable();
     void theDefaultModelHasAnElementOfEveryKind();
+    void everyKindOfTheTableIsRegisteredUnderItsShortName();
+    void kindsWhoseHandlersDoNotFitTheirTableAreRefused_data();
+    void kindsWhoseHandlersDoNotFitTheirTableAreRefused();
+    void aKindIsTakenOnceAndEveryKindIsRequired();
     void everyMemberAnswersWithItsDocumentedReplyTypes();
 
     void settersRefuseWhatTheInstrumentWouldRefuse_data();
@@ -213,29 +224,137 @@ void tst_SimulatorModel::everyKindServesExactlyItsDocumentedMembersAndSignals()
     Instrument instrument;
     QString error;
     SimulatorService service(loadModel(defaultModelJson(), QStringLiteral("default model"), &error), {});
-    QList<const Element *> elements{instrument.root.get(), service.elementAt(SimulatorService::controlPath)};
+    QList<const Element *> elements{instrument.root.get(), service.elementAt(Model::controlPath)};
     for (const auto &element : instrument.model->elements)
         elements.append(element.get());
     for (const Element *element : elements) {
-        const QString document = Introspection::document(element, {});
+        QString document = Introspection::document(element, {});
         QVERIFY2(!document.contains(QLatin1String("<node name=")), qPrintable(element->path()));
-        QCOMPARE(sorted(servedMembers(*element)), sorted(documentedMembers(document)));
+        // The control interface is the simulator's own; read it as the one reader reads an application's.
+        if (element->interfaceName() != QLatin1String(MeasAppl::interfaceName))
+            document.replace(QStringLiteral("\"%1\"").arg(element->interfaceName()),
+                             QStringLiteral("\"%1\"").arg(QLatin1String(MeasAppl::interfaceName)));
+        QCOMPARE(servedMembers(*element), documentedMembers(document));
+    }
+}
+
+void tst_SimulatorModel::everyElementServesItsKindsMembersFromTheTable()
+{
+    Instrument instrument;
+    QList<const Element *> elements{instrument.root.get()};
+    for (const auto &element : instrument.model->elements)
+        elements.append(element.get());
+    for (const Element *element : elements) {
+        QVERIFY2(element->kind(), qPrintable(element->path()));
+        QCOMPARE(element->proxyClass(), QString::fromLatin1(element->kind()->className));
+        QCOMPARE(servedMembers(*element), element->kind()->memberTexts());
+        // The kind's document as the table has it, followed by what every object adds.
+        const QString document = KindTable::document(*element->kind());
+        QVERIFY2(Introspection::document(element, {}).startsWith(document.left(document.lastIndexOf("</node>"))),
+                 qPrintable(element->path()));
     }
 }
 
 void tst_SimulatorModel::theDefaultModelHasAnElementOfEveryKind()
 {
-    Introspection::document(nullptr, {}); // makes the documents available
-    QSet<QString> documented;
-    for (QDirIterator it(QStringLiteral(":/introspection")); it.hasNext();)
-        documented.insert(QFileInfo(it.next()).baseName());
-    QVERIFY(documented.remove(QStringLiteral("Simulator"))); // the simulator's own, not an instrument kind
-    QCOMPARE(documented.size(), 19);
     Instrument instrument;
     QSet<QString> served{instrument.root->proxyClass()};
     for (const auto &element : instrument.model->elements)
         served.insert(element->proxyClass());
-    QCOMPARE(sorted(served), sorted(documented));
+    QCOMPARE(int(served.size()), KindTable::count());
+    for (const KindTable::Kind &kind : KindTable::all())
+        QVERIFY2(served.contains(QLatin1String(kind.className)), kind.className);
+}
+
+void tst_SimulatorModel::everyKindOfTheTableIsRegisteredUnderItsShortName()
+{
+    QCOMPARE(KindRegistry::builtIn().problems(), QStringList());
+    for (const KindTable::Kind &kind : KindTable::all()) {
+        const KindRegistry::Registered *registered = KindRegistry::builtIn().find(QLatin1String(kind.shortName));
+        QVERIFY2(registered, kind.shortName);
+        QCOMPARE(registered->kind, &kind);
+        // Only the root object is not made from a model file.
+        QCOMPARE(bool(registered->read), kind.family != KindTable::Family::Command);
+    }
+}
+
+void tst_SimulatorModel::kindsWhoseHandlersDoNotFitTheirTableAreRefused_data()
+{
+    QTest::addColumn<QString>("className");
+    QTest::addColumn<Handlers>("handlers");
+    QTest::addColumn<QStringList>("problems");
+
+    Handlers incomplete = builtInHandlers("int");
+    incomplete.methods.erase(handlerNamed(incomplete, QStringLiteral("getGranularity")));
+    QTest::newRow("a member without a handler")
+        << "SetupIntInterface" << incomplete
+        << QStringList{"kind \"int\" (SetupIntInterface): no handler for method getGranularity()"};
+
+    Handlers overComplete = builtInHandlers("int");
+    overComplete.methods.append({"getStep", nullptr, [](Element &, const QVariantList &) { return Outcome::reply(); }});
+    QTest::newRow("a handler for a member the table lacks")
+        << "SetupIntInterface" << overComplete
+        << QStringList{"kind \"int\" (SetupIntInterface): a handler for method getStep, which the kind table lacks"};
+
+    Handlers noSignal = builtInHandlers("double");
+    noSignal.busSignals.removeLast();
+    QTest::newRow("a signal without a handler")
+        << "SetupDoubleInterface" << noSignal
+        << QStringList{"kind \"double\" (SetupDoubleInterface): no handler for signal setupBoundsChanged(dd)"};
+
+    Handlers unnamed = builtInHandlers("enum");
+    handlerNamed(unnamed, QStringLiteral("setValue"))->inSignature = nullptr;
+    QTest::newRow("a signature left out where there are several")
+        << "SetupEnumInterface" << unnamed
+        << QStringList{"kind \"enum\" (SetupEnumInterface): no handler for method setValue(i)",
+                       "kind \"enum\" (SetupEnumInterface): the handler for method setValue names no signature, "
+                       "but it has several: i, s"};
+
+    Handlers named = builtInHandlers("bool");
+    handlerNamed(named, QStringLiteral("setValue"))->inSignature = "b";
+    QTest::newRow("a signature named where there is one")
+        << "SetupBoolInterface" << named
+        << QStringList{"kind \"bool\" (SetupBoolInterface): no handler for method setValue(b)",
+                       "kind \"bool\" (SetupBoolInterface): the handler for method setValue names a signature, "
+                       "but it has only one"};
+
+    Handlers unknownSignature = builtInHandlers("enum");
+    handlerNamed(unknownSignature, QStringLiteral("setValue"))->inSignature = "d";
+    QTest::newRow("a signature the table lacks")
+        << "SetupEnumInterface" << unknownSignature
+        << QStringList{"kind \"enum\" (SetupEnumInterface): no handler for method setValue(i)",
+                       "kind \"enum\" (SetupEnumInterface): a handler for method setValue(d), which the kind table "
+                       "lacks"};
+
+    QTest::newRow("no class of the table")
+        << "SetupFloatInterface" << Handlers() << QStringList{"SetupFloatInterface: no such class in the kind table"};
+}
+
+void tst_SimulatorModel::kindsWhoseHandlersDoNotFitTheirTableAreRefused()
+{
+    QFETCH(QString, className);
+    QFETCH(Handlers, handlers);
+    QFETCH(QStringList, problems);
+    KindRegistry registry;
+    QVERIFY(!registry.add(className, handlers));
+    QCOMPARE(registry.problems(), problems);
+    QVERIFY(!registry.find(QStringLiteral("int")));
+}
+
+void tst_SimulatorModel::aKindIsTakenOnceAndEveryKindIsRequired()
+{
+    KindRegistry registry;
+    QVERIFY(registry.add(QStringLiteral("SetupIntInterface"), builtInHandlers("int")));
+    QVERIFY(registry.find(QStringLiteral("int")));
+    QVERIFY(!registry.find(QStringLiteral("SetupIntInterface")));
+    QCOMPARE(registry.problems(), QStringList());
+    QVERIFY(!registry.add(QStringLiteral("SetupIntInterface"), builtInHandlers("int")));
+    QCOMPARE(registry.problems(), QStringList{"kind \"int\" (SetupIntInterface): registered twice"});
+
+    registry.requireEveryKind();
+    QCOMPARE(registry.problems().size(), KindTable::count());
+    QVERIFY(registry.problems().contains(
+        "kind \"storage\" (StorageElemsMapInterface): the simulator has no handlers for it"));
 }
 
 void tst_SimulatorModel::everyMemberAnswersWithItsDocumentedReplyTypes()
@@ -250,7 +369,7 @@ void tst_SimulatorModel::everyMemberAnswersWithItsDocumentedReplyTypes()
     for (const Element *element : elements) {
         for (const Element::MemberEntry &entry : element->members()) {
             QVariantList arguments;
-            for (const QString &type : Introspection::splitSignature(entry.inSignature))
+            for (const QString &type : splitSignature(entry.inSignature))
                 arguments.append(neutral(type));
             const Outcome outcome = element->invoke(entry.member, entry.inSignature, arguments);
             const QString where = element->path() + QLatin1Char(' ') + entry.member + QLatin1Char('(') +
@@ -783,6 +902,12 @@ void tst_SimulatorModel::badModelsAreRefusedNamingFileElementAndProblem_data()
     QTest::newRow("no elements") << QByteArray("{}") << "m.json: missing field \"elements\"";
     QTest::newRow("unknown kind") << one(R"({"path": "/A", "kind": "float", "default": 1})")
                                   << "m.json: element '/A': unknown kind \"float\"";
+    QTest::newRow("a class name is no kind") << one(R"({"path": "/A", "kind": "SetupIntInterface", "default": 1})")
+                                             << "m.json: element '/A': unknown kind \"SetupIntInterface\"";
+    QTest::newRow("the root object's kind")
+        << one(R"({"path": "/A", "kind": "command"})")
+        << "m.json: element '/A': the kind \"command\" is the root object's, which the simulator serves at "
+           "/MEAS_APPL_OBJ";
     QTest::newRow("missing field") << one(R"({"path": "/A", "kind": "int", "default": 1, "min": 0})")
                                    << "m.json: element '/A': missing field \"max\"";
     QTest::newRow("missing path") << one(R"({"kind": "int"})") << "m.json: element 0: missing field \"path\"";

@@ -1,0 +1,42 @@
+#ifndef SIMULATOR_MODEL_H
+#define SIMULATOR_MODEL_H
+
+#include "Element.h"
+#include "Faults.h"
+
+#include <QByteArray>
+#include <QList>
+#include <QString>
+#include <QStringList>
+
+#include <memory>
+#include <vector>
+
+class ResultElement;
+
+/// The elements of a simulated instrument, as read from a model file.
+class Model
+{
+public:
+    /// The simulator's own control object, which no model element may take.
+    static const QString controlPath;
+
+    QString application = QStringLiteral("sim");
+    double rate = 10;
+    bool running = true;
+    std::vector<std::unique_ptr<Element>> elements;
+    /// Faults the model file gives its elements.
+    QList<QPair<QString, Fault>> faults;
+
+    Element *find(const QString &path) const;
+    QList<ResultElement *> results() const;
+    /// Names of the nodes directly below @p path that lead to elements.
+    QStringList childNodes(const QString &path) const;
+};
+
+/// Reads a model from JSON; on failure @p error names the file, the element and the problem.
+std::unique_ptr<Model> loadModel(const QByteArray &json, const QString &fileName, QString *error);
+/// The built-in model of a plausible instrument.
+QByteArray defaultModelJson();
+
+#endif

@@ -1,0 +1,56 @@
+#include "ResultElement.h"
+
+#include "ModelFields.h"
+
+#include <cmath>
+
+ResultElement::ResultElement(const Binding &binding, double rate)
+    : Element(binding)
+    , m_rate(rate)
+{
+}
+
+int Limits::status(const QVariant &value) const
+{
+    if (lower.isValid() && value.toDouble() < lower.toDouble())
+        return Below;
+    if (upper.isValid() && value.toDouble() > upper.toDouble())
+        return Above;
+    return Within;
+}
+
+Limits Limits::read(const ModelFields &fields, bool integers)
+{
+    Limits result;
+    const QString lower = QStringLiteral("lowerLimit");
+    const QString upper = QStringLiteral("upperLimit");
+    if (fields.has(lower))
+        result.lower = integers ? QVariant(fields.integer(lower)) : QVariant(fields.number(lower));
+    if (fields.has(upper))
+        result.upper = integers ? QVariant(fields.integer(upper)) : QVariant(fields.number(upper));
+    return result;
+}
+
+double ValueSource::uniform(QRandomGenerator &random) const
+{
+    return center + spread * (2.0 * random.generateDouble() - 1.0);
+}
+
+double ValueSource::rounded(double value) const
+{
+    const double scale = std::pow(10.0, decimals);
+    return std::round(value * scale) / scale;
+}
+
+ValueSource ValueSource::read(const ModelFields &fields, bool spreadRequired)
+{
+    ValueSource source;
+    if (spreadRequired) {
+        source.center = fields.number(QStringLiteral("center"));
+        source.spread = fields.number(QStringLiteral("spread"));
+        if (source.spread < 0)
+            throw ModelError{QStringLiteral("spread must not be negative")};
+    }
+    source.decimals = fields.integer(QStringLiteral("decimals"), 3);
+    return source;
+}

@@ -1,0 +1,28 @@
+#include "KindRegistry.h"
+#include "ModelFields.h"
+#include "ScalarResult.h"
+
+namespace {
+
+std::unique_ptr<Element> read(const Element::Binding &binding, const ModelFields &fields)
+{
+    ValueSource source = ValueSource::read(fields, false);
+    source.choices = fields.texts(QStringLiteral("choices"));
+    if (source.choices.isEmpty())
+        throw ModelError{QStringLiteral("\"choices\" is empty")};
+    return ScalarResult::make(binding, fields, ScalarResult::Enum, source);
+}
+
+} // namespace
+
+void registerResultEnumInterface(KindRegistry &registry)
+{
+    // Text and value Comp list of the current value only; no limits, no min/max control.
+    const ScalarResult::ReadingMembers getterOnly{false, false, false};
+    registry.add(QStringLiteral("ResultEnumInterface"),
+                 HandlersOf<ScalarResult>()
+                     .with(ScalarResult::readingHandlers(ScalarResult::Current, {true, true, false}))
+                     .with(ScalarResult::readingHandlers(ScalarResult::Minimum, getterOnly))
+                     .with(ScalarResult::readingHandlers(ScalarResult::Maximum, getterOnly)),
+                 read);
+}

@@ -1,0 +1,21 @@
+#include "ArrayResult.h"
+#include "KindRegistry.h"
+
+namespace {
+
+std::unique_ptr<Element> read(const Element::Binding &binding, const ModelFields &fields)
+{
+    return ArrayResult::make(binding, fields, true);
+}
+
+} // namespace
+
+void registerResultIntArrayInterface(KindRegistry &registry)
+{
+    registry.add(
+        QStringLiteral("ResultIntArrayInterface"),
+        HandlersOf<ArrayResult>()
+            .with(ArrayResult::rowHandlers())
+            .method("getString", [](ArrayResult &row, const QVariantList &) { return Outcome::value(row.text()); }),
+        read);
+}

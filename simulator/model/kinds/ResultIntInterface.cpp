@@ -1,0 +1,18 @@
+#include "KindRegistry.h"
+#include "ModelFields.h"
+#include "ScalarResult.h"
+
+namespace {
+
+std::unique_ptr<Element> read(const Element::Binding &binding, const ModelFields &fields)
+{
+    return ScalarResult::make(binding, fields, ScalarResult::Int, ValueSource::read(fields, true),
+                              Limits::read(fields, true));
+}
+
+} // namespace
+
+void registerResultIntInterface(KindRegistry &registry)
+{
+    registry.add(QStringLiteral("ResultIntInterface"), ScalarResult::trackedHandlers({true, true, true}), read);
+}

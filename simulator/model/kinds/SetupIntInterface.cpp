@@ -1,0 +1,19 @@
+#include "KindRegistry.h"
+#include "ModelFields.h"
+#include "NumberSetup.h"
+
+namespace {
+
+std::unique_ptr<Element> read(const Element::Binding &binding, const ModelFields &fields)
+{
+    NumericRange range = fields.range(true);
+    range.granularity = fields.integer(QStringLiteral("granularity"), 1);
+    return NumberSetup::make(binding, fields, range, fields.integer(QStringLiteral("default")));
+}
+
+} // namespace
+
+void registerSetupIntInterface(KindRegistry &registry)
+{
+    registry.add(QStringLiteral("SetupIntInterface"), NumberSetup::handlers(), read);
+}
