@@ -29,9 +29,11 @@ KindProxyClass kindProxyClass()
     return {name, factoryOf<Proxy>(), &Proxy::staticMetaObject, KindTable::find(QString::fromLatin1(name))};
 }
 
-// Classes are types, so each needs its line here; the kind table says which there must be.
+// Classes are types, so each needs its line here (kept one a line); the kind table says
+// which there must be.
 const std::vector<KindProxyClass> &proxyClasses()
 {
+    // clang-format off
     static const std::vector<KindProxyClass> classes = {
         kindProxyClass<RemoteCommandInterface>(),
         kindProxyClass<ResultBoolInterface>(),
@@ -53,6 +55,7 @@ const std::vector<KindProxyClass> &proxyClasses()
         kindProxyClass<SetupThresholdManagerInterface>(),
         kindProxyClass<StorageElemsMapInterface>(),
     };
+    // clang-format on
     return classes;
 }
 
@@ -100,6 +103,7 @@ QString proxyClassesUnlikeTheKindTable()
         differences.append(QStringLiteral("proxy classes of no kind in the kind table: ") +
                            classesWithoutKind.join(QStringLiteral(", ")));
     if (!classesListedTwice.isEmpty())
-        differences.append(QStringLiteral("proxy classes listed twice: ") + classesListedTwice.join(QStringLiteral(", ")));
+        differences.append(QStringLiteral("proxy classes listed twice: ") +
+                           classesListedTwice.join(QStringLiteral(", ")));
     return differences.join(QStringLiteral("; "));
 }
