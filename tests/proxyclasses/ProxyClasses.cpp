@@ -20,6 +20,8 @@
 #include "SetupThresholdManagerInterface.h"
 #include "StorageElemsMapInterface.h"
 
+#include <QtTest/QTest>
+
 namespace {
 
 template<typename Proxy>
@@ -80,7 +82,7 @@ std::vector<KindProxyClass> allProxyClasses()
     return classes;
 }
 
-QString proxyClassesUnlikeTheKindTable()
+void verifyProxyClassesAreThoseOfTheKindTable()
 {
     QStringList kindsWithoutClass;
     for (const KindTable::Kind &kind : KindTable::all()) {
@@ -105,5 +107,5 @@ QString proxyClassesUnlikeTheKindTable()
     if (!classesListedTwice.isEmpty())
         differences.append(QStringLiteral("proxy classes listed twice: ") +
                            classesListedTwice.join(QStringLiteral(", ")));
-    return differences.join(QStringLiteral("; "));
+    QVERIFY2(differences.isEmpty(), qPrintable(differences.join(QStringLiteral("; "))));
 }

@@ -20,12 +20,10 @@ struct KindProxyClass
 /// The proxy class of every kind of the kind table that has one, in the table's order.
 std::vector<KindProxyClass> allProxyClasses();
 
-/**
- * What keeps the proxy classes here from matching the kind table exactly: the kinds
- * without a proxy class and the classes without a kind, by name. Empty when they match;
- * a test that goes over allProxyClasses() fails unless it is.
- */
-QString proxyClassesUnlikeTheKindTable();
+/// Fails the current test unless the proxy classes here are exactly those of the kinds of
+/// the kind table, naming each kind without a class and each class without a kind; a test
+/// that goes over allProxyClasses() calls it first.
+void verifyProxyClassesAreThoseOfTheKindTable();
 
 Q_DECLARE_METATYPE(KindProxyClass)
 
