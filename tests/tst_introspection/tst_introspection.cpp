@@ -1,29 +1,14 @@
 #include "DBusConnector.h"
 #include "DBusInterfaceManager.h"
 #include "DBusTypes.h"
-#include "RemoteCommandInterface.h"
-#include "ResultBoolInterface.h"
-#include "ResultDoubleInterface.h"
-#include "ResultEnumInterface.h"
-#include "ResultIntArrayInterface.h"
-#include "ResultIntInterface.h"
-#include "ResultVarArrayInterface.h"
-#include "SetupArrayItemInterface.h"
-#include "SetupBoolInterface.h"
-#include "SetupDevDataInterface.h"
-#include "SetupDoubleInterface.h"
-#include "SetupEnumInterface.h"
-#include "SetupIntInterface.h"
-#include "SetupMapItemInterface.h"
-#include "SetupMapListInterface.h"
-#include "SetupMapMapItemInterface.h"
-#include "SetupStringInterface.h"
-#include "SetupThresholdManagerInterface.h"
-#include "StorageElemsMapInterface.h"
+#include "InterfaceDocument.h"
+#include "KindTable.h"
+#include "MeasApplNames_p.h"
 
 #include "BusTestSupport.h"
 #include "FakeMeasApplication.h"
 #include "LogCapture.h"
+#include "ProxyClasses.h"
 
 #include <QDBusConnection>
 #include <QDBusMetaType>
@@ -35,19 +20,19 @@
 #include <QHash>
 #include <QMetaMethod>
 #include <QSignalSpy>
-#include <QXmlStreamReader>
 #include <QtTest/QTest>
 
 #include <functional>
 #include <memory>
+#include <optional>
 #include <vector>
 
 namespace {
 
-const QString applicationInterface = QStringLiteral("com.velk.mqx.MeasApplInterface");
+const QString applicationInterface = QLatin1String(MeasAppl::interfaceName);
 const QString elementPath = QStringLiteral("/Introspection/Element");
-const QString rootPath = QStringLiteral("/MEAS_APPL_OBJ");
-const QString servicePrefix = QStringLiteral("com.velk.mqx.app.");
+const QString rootPath = QLatin1String(MeasAppl::rootPath);
+const QString servicePrefix = QLatin1String(MeasAppl::servicePrefix);
 
 /// A wire member with its signature, written "member(signature)" so that lists of them compare readably.
 QString wireForm(const QString &member, const QString &signature)
@@ -70,73 +55,39 @@ QStringList withoutRepeats(QStringList list)
 // ---------------------------------------------------------------------------------------------
 // The documents
 
-/// A method or signal as a document states it.
-struct DocumentMember
+QString documentPath(const QString &className)
 {
-    QString name;
-    QStringList argumentTypes; ///< of a method's "in" arguments, or of a signal's
-    QString replyType;         ///< of a method's "out" arguments; empty for an empty reply
-
-    QString wireForm() const { return ::wireForm(name, argumentTypes.join(QString())); }
-};
-
-struct Document
-{
-    QString parseError;
-    QStringList interfaces;
-    QList<DocumentMember> methods;
-    QList<DocumentMember> signalList;
-};
-
-QString documentPath(const QString &kindName)
-{
-    return QStringLiteral(INTROSPECTION_DOCUMENTS_DIR "/") + kindName + QStringLiteral(".xml");
+    return QStringLiteral(INTROSPECTION_DOCUMENTS_DIR "/") + className + QStringLiteral(".xml");
 }
 
-Document readDocument(const QString &kindName)
+/// The document of @p className as it is kept; nothing, and the reason in @p why, when it
+/// cannot be read.
+std::optional<InterfaceDocument> readDocument(const QString &className, QString *why)
 {
-    Document document;
-    QFile file(documentPath(kindName));
+    QFile file(documentPath(className));
     if (!file.open(QIODevice::ReadOnly)) {
-        document.parseError = file.errorString();
-        return document;
+        *why = file.fileName() + QStringLiteral(": ") + file.errorString();
+        return std::nullopt;
     }
-    QXmlStreamReader xml(&file);
-    DocumentMember *member = nullptr;
-    bool inMethod = false;
-    while (!xml.atEnd()) {
-        if (xml.readNext() != QXmlStreamReader::StartElement)
-            continue;
-        const QXmlStreamAttributes attributes = xml.attributes();
-        const QString name = attributes.value(QLatin1String("name")).toString();
-        if (xml.name() == QLatin1String("interface")) {
-            document.interfaces.append(name);
-        } else if (xml.name() == QLatin1String("method")) {
-            document.methods.append({name, {}, QString()});
-            member = &document.methods.last();
-            inMethod = true;
-        } else if (xml.name() == QLatin1String("signal")) {
-            document.signalList.append({name, {}, QString()});
-            member = &document.signalList.last();
-            inMethod = false;
-        } else if (xml.name() == QLatin1String("arg") && member) {
-            const QString type = attributes.value(QLatin1String("type")).toString();
-            if (inMethod && attributes.value(QLatin1String("direction")) == QLatin1String("out"))
-                member->replyType += type;
-            else
-                member->argumentTypes.append(type);
-        }
-    }
-    if (xml.hasError())
-        document.parseError = QStringLiteral("line %1: %2").arg(xml.lineNumber()).arg(xml.errorString());
-    return document;
+    return InterfaceDocument::parse(QString::fromUtf8(file.readAll()), why);
 }
 
-QStringList wireForms(const QList<DocumentMember> &members)
+QString wireForm(const InterfaceDocument::Method &method)
+{
+    return wireForm(method.name, method.inSignature);
+}
+
+QString wireForm(const InterfaceDocument::Signal &signal)
+{
+    return wireForm(signal.name, signal.signature);
+}
+
+template<typename Member>
+QStringList wireForms(const QList<Member> &members)
 {
     QStringList forms;
-    for (const DocumentMember &member : members)
-        forms.append(member.wireForm());
+    for (const Member &member : members)
+        forms.append(wireForm(member));
     return forms;
 }
 
@@ -145,7 +96,7 @@ QStringList wireForms(const QList<DocumentMember> &members)
 
 /// A value of each type a document can name; none is empty, so a getter that unwraps it
 /// returns something.
-QVariant sampleValue(const QString &type)
+const QHash<QString, QVariant> &samples()
 {
     static const QHash<QString, QVariant> samples = {
         {QStringLiteral("b"), true},
@@ -158,7 +109,31 @@ QVariant sampleValue(const QString &type)
         {QStringLiteral("a{sv}"), QVariantMap{{QStringLiteral("key"), 7}}},
         {QStringLiteral("((iii)(iiii)i)"), QDateTime(QDate(2026, 11, 22), QTime(8, 30))},
     };
-    return samples.value(type);
+    return samples;
+}
+
+QVariant sampleValue(const QString &type)
+{
+    return samples().value(type);
+}
+
+/// A sample for each argument of @p signature, read as a sequence of the sampled types;
+/// nothing when some part of it is none of them.
+std::optional<QVariantList> sampleArguments(QString signature)
+{
+    QVariantList arguments;
+    while (!signature.isEmpty()) {
+        QString type;
+        for (auto sample = samples().cbegin(); sample != samples().cend(); ++sample) {
+            if (signature.startsWith(sample.key()) && sample.key().size() > type.size())
+                type = sample.key();
+        }
+        if (type.isEmpty())
+            return std::nullopt;
+        arguments.append(sampleValue(type));
+        signature.remove(0, type.size());
+    }
+    return arguments;
 }
 
 /// A reply value of a type other than @p type.
@@ -373,47 +348,26 @@ QList<Operation> statusQuery(const FakeMeasApplication &fake)
 
 struct ElementKind
 {
-    QString name; ///< the proxy class, and the document's file name
+    KindProxyClass proxyClass;
     QString path;
-    std::function<std::unique_ptr<QDBusAbstractInterface>(const QString &service, const QString &path)> makeProxy;
     /// Operations that reach the element from outside its proxy.
     std::function<QList<Operation>(const FakeMeasApplication &)> outsideOperations;
-};
 
-template<typename Proxy>
-ElementKind kind(const QString &path = elementPath,
-                 std::function<QList<Operation>(const FakeMeasApplication &)> outsideOperations = {})
-{
-    return {QString::fromLatin1(Proxy::staticMetaObject.className()), path,
-            [](const QString &service, const QString &path) {
-                return std::unique_ptr<QDBusAbstractInterface>(new Proxy(service, path, QDBusConnection::sessionBus()));
-            },
-            outsideOperations};
-}
+    /// The proxy class, and the document's file name.
+    QString name() const { return QString::fromLatin1(proxyClass.name); }
+};
 
 QList<ElementKind> elementKinds()
 {
-    return {
-        kind<SetupIntInterface>(),
-        kind<SetupDoubleInterface>(),
-        kind<SetupBoolInterface>(),
-        kind<SetupStringInterface>(),
-        kind<SetupEnumInterface>(),
-        kind<SetupDevDataInterface>(),
-        kind<SetupArrayItemInterface>(),
-        kind<SetupMapItemInterface>(),
-        kind<SetupMapListInterface>(),
-        kind<SetupMapMapItemInterface>(),
-        kind<SetupThresholdManagerInterface>(),
-        kind<StorageElemsMapInterface>(),
-        kind<ResultIntInterface>(),
-        kind<ResultDoubleInterface>(),
-        kind<ResultBoolInterface>(),
-        kind<ResultEnumInterface>(),
-        kind<ResultIntArrayInterface>(),
-        kind<ResultVarArrayInterface>(),
-        kind<RemoteCommandInterface>(rootPath, statusQuery),
-    };
+    QList<ElementKind> kinds;
+    for (const KindProxyClass &proxyClass : allProxyClasses()) {
+        // The remote command is the root object, which the status query reaches too.
+        if (proxyClass.kind->family == KindTable::Family::Command)
+            kinds.append({proxyClass, rootPath, statusQuery});
+        else
+            kinds.append({proxyClass, elementPath, {}});
+    }
+    return kinds;
 }
 
 /// An operation together with the one message it sent.
@@ -429,7 +383,7 @@ class ElementUnderTest
 public:
     explicit ElementUnderTest(const ElementKind &kind)
         : m_kind(kind)
-        , m_proxy(kind.makeProxy(m_fake.service(), kind.path))
+        , m_proxy(kind.proxyClass.make(m_fake.service(), kind.path, nullptr))
         , m_operations(slotOperations(*m_proxy, m_samples))
     {
         if (kind.outsideOperations)
@@ -525,6 +479,7 @@ class tst_Introspection : public QObject
 private Q_SLOTS:
     void cleanupTestCase();
 
+    void everyKindHasItsProxyClassHere();
     void everyDocumentDescribesAnElementKind();
     void documentIsOneInterfaceOfTheApplication_data() { addKindRows(); }
     void documentIsOneInterfaceOfTheApplication();
@@ -543,7 +498,7 @@ void tst_Introspection::addKindRows()
 {
     QTest::addColumn<ElementKind>("kind");
     for (const ElementKind &kind : elementKinds())
-        QTest::newRow(qPrintable(kind.name)) << kind;
+        QTest::newRow(qPrintable(kind.name())) << kind;
 }
 
 void tst_Introspection::cleanupTestCase()
@@ -552,11 +507,16 @@ void tst_Introspection::cleanupTestCase()
     DBusConnector::releaseInstance();
 }
 
+void tst_Introspection::everyKindHasItsProxyClassHere()
+{
+    verifyProxyClassesAreThoseOfTheKindTable();
+}
+
 void tst_Introspection::everyDocumentDescribesAnElementKind()
 {
     QStringList kindDocuments;
     for (const ElementKind &kind : elementKinds())
-        kindDocuments.append(kind.name + QStringLiteral(".xml"));
+        kindDocuments.append(kind.name() + QStringLiteral(".xml"));
 
     const QStringList documents =
         QDir(QStringLiteral(INTROSPECTION_DOCUMENTS_DIR)).entryList({QStringLiteral("*.xml")}, QDir::Files);
@@ -568,16 +528,19 @@ void tst_Introspection::documentIsOneInterfaceOfTheApplication()
 {
     QFETCH(ElementKind, kind);
 
-    const Document document = readDocument(kind.name);
+    QString why;
+    const std::optional<InterfaceDocument> document = readDocument(kind.name(), &why);
 
-    QVERIFY2(document.parseError.isEmpty(), qPrintable(document.parseError));
-    QCOMPARE(document.interfaces, QStringList{applicationInterface});
+    QVERIFY2(document, qPrintable(why));
+    QVERIFY2(document->hasApplicationInterface, qPrintable(QStringLiteral("no ") + applicationInterface));
 }
 
 void tst_Introspection::documentMethodsAreExactlyWhatTheProxySends()
 {
     QFETCH(ElementKind, kind);
-    const Document document = readDocument(kind.name);
+    QString why;
+    const std::optional<InterfaceDocument> document = readDocument(kind.name(), &why);
+    QVERIFY2(document, qPrintable(why));
     ElementUnderTest element(kind);
 
     QList<SentMessage> sent;
@@ -588,7 +551,7 @@ void tst_Introspection::documentMethodsAreExactlyWhatTheProxySends()
     for (const SentMessage &message : sent)
         sentForms.append(message.wireForm);
 
-    const QStringList documentForms = wireForms(document.methods);
+    const QStringList documentForms = wireForms(document->methods);
     QCOMPARE(sorted(documentForms), sorted(withoutRepeats(documentForms)));
     QCOMPARE(sorted(documentForms), sorted(withoutRepeats(sentForms)));
 }
@@ -596,39 +559,41 @@ void tst_Introspection::documentMethodsAreExactlyWhatTheProxySends()
 void tst_Introspection::documentReplyTypesAreWhatTheProxyAccepts()
 {
     QFETCH(ElementKind, kind);
-    const Document document = readDocument(kind.name);
-    QVERIFY(!document.methods.isEmpty());
+    QString why;
+    const std::optional<InterfaceDocument> document = readDocument(kind.name(), &why);
+    QVERIFY2(document, qPrintable(why));
+    QVERIFY(!document->methods.isEmpty());
     ElementUnderTest element(kind);
     QList<SentMessage> sent;
     element.sendEachOperation(sent);
     if (QTest::currentTestFailed())
         return;
 
-    for (const DocumentMember &method : document.methods) {
-        const QList<Operation> readers = replyReaders(sent, element.operations(), method.wireForm());
+    for (const InterfaceDocument::Method &method : document->methods) {
+        const QString form = wireForm(method);
+        const QString &replyType = method.outSignature;
+        const QList<Operation> readers = replyReaders(sent, element.operations(), form);
         if (readers.isEmpty()) {
-            QVERIFY2(method.replyType.isEmpty(),
-                     qPrintable(method.wireForm() + QStringLiteral(": no operation reads the reply")));
+            QVERIFY2(replyType.isEmpty(), qPrintable(form + QStringLiteral(": no operation reads the reply")));
             continue;
         }
-        const QVariant reply = sampleValue(method.replyType);
-        QVERIFY2(method.replyType.isEmpty() || reply.isValid(),
-                 qPrintable(method.wireForm() + QStringLiteral(": no sample reply of type ") + method.replyType));
+        const QVariant reply = sampleValue(replyType);
+        QVERIFY2(replyType.isEmpty() || reply.isValid(),
+                 qPrintable(form + QStringLiteral(": no sample reply of type ") + replyType));
         for (const Operation &reader : readers) {
             LogCapture failuresOfRefusedReplies;
-            const QString what = method.wireForm() + QStringLiteral(" read by ") + reader.name;
+            const QString what = form + QStringLiteral(" read by ") + reader.name;
 
             element.fake().answer(method.name,
-                                  method.replyType.isEmpty() ? ScriptedAnswer::reply() : ScriptedAnswer::value(reply));
+                                  replyType.isEmpty() ? ScriptedAnswer::reply() : ScriptedAnswer::value(reply));
             QVERIFY2(reader.invoke() == Verdict::Accepted,
-                     qPrintable(what + QStringLiteral(" refuses a reply of type \"") + method.replyType + '"'));
+                     qPrintable(what + QStringLiteral(" refuses a reply of type \"") + replyType + '"'));
 
-            if (method.replyType.isEmpty())
+            if (replyType.isEmpty())
                 continue;
-            element.fake().answer(method.name, ScriptedAnswer::value(replyOtherThan(method.replyType)));
-            QVERIFY2(
-                reader.invoke() == Verdict::Refused,
-                qPrintable(what + QStringLiteral(" accepts a reply of a type other than \"") + method.replyType + '"'));
+            element.fake().answer(method.name, ScriptedAnswer::value(replyOtherThan(replyType)));
+            QVERIFY2(reader.invoke() == Verdict::Refused,
+                     qPrintable(what + QStringLiteral(" accepts a reply of a type other than \"") + replyType + '"'));
         }
     }
 }
@@ -636,32 +601,33 @@ void tst_Introspection::documentReplyTypesAreWhatTheProxyAccepts()
 void tst_Introspection::documentSignalsAreExactlyWhatTheProxyRelays()
 {
     QFETCH(ElementKind, kind);
-    const Document document = readDocument(kind.name);
+    QString why;
+    const std::optional<InterfaceDocument> document = readDocument(kind.name(), &why);
+    QVERIFY2(document, qPrintable(why));
     ElementUnderTest element(kind);
 
     QStringList proxyForms;
     for (const QMetaMethod &signal : proxySignals(element.proxy()))
         proxyForms.append(wireForm(QString::fromLatin1(signal.name()), dbusSignatureOf(signal)));
-    const QStringList documentForms = wireForms(document.signalList);
+    const QStringList documentForms = wireForms(document->busSignals);
     QCOMPARE(sorted(documentForms), sorted(withoutRepeats(documentForms)));
     QCOMPARE(sorted(documentForms), sorted(withoutRepeats(proxyForms)));
 
-    for (const DocumentMember &signal : document.signalList) {
+    for (const InterfaceDocument::Signal &signal : document->busSignals) {
+        const std::optional<QVariantList> arguments = sampleArguments(signal.signature);
+        QVERIFY2(arguments, qPrintable(wireForm(signal) + QStringLiteral(": no sample arguments of these types")));
         std::vector<std::unique_ptr<QSignalSpy>> spies;
-        for (const QMetaMethod &relay : proxySignals(element.proxy(), signal.wireForm()))
+        for (const QMetaMethod &relay : proxySignals(element.proxy(), wireForm(signal)))
             spies.emplace_back(new QSignalSpy(&element.proxy(), "2" + relay.methodSignature()));
         // The proxy's match rules are in place before the application emits.
         syncWithBus(element.proxy().connection());
 
-        QVariantList arguments;
-        for (const QString &type : signal.argumentTypes)
-            arguments.append(sampleValue(type));
-        element.fake().emitSignal(element.path(), signal.name, arguments);
+        element.fake().emitSignal(element.path(), signal.name, *arguments);
 
         for (const auto &spy : spies) {
-            const QString what = signal.wireForm() + QStringLiteral(" as ") + QString::fromLatin1(spy->signal());
+            const QString what = wireForm(signal) + QStringLiteral(" as ") + QString::fromLatin1(spy->signal());
             QVERIFY2(!spy->isEmpty() || spy->wait(), qPrintable(what + QStringLiteral(" was not relayed")));
-            QCOMPARE(spy->first().size(), arguments.size());
+            QCOMPARE(spy->first().size(), arguments->size());
         }
     }
 }

@@ -1,7 +1,8 @@
-#include "AllProxyClasses.h"
 #include "BusTestSupport.h"
 #include "FakeMeasApplication.h"
 #include "LogCapture.h"
+#include "ProxyClasses.h"
+#include "SetupIntInterface.h"
 #include "SlotInvocation.h"
 
 #include <QCoreApplication>
@@ -59,6 +60,7 @@ private Q_SLOTS:
 
 void tst_Faults::initTestCase()
 {
+    verifyProxyClassesAreThoseOfTheKindTable();
     registerOperationTypes();
 }
 
@@ -123,9 +125,9 @@ void tst_Faults::anApplicationRestartedUnderTheSameNameServesEarlierProxiesAndOn
 
 void tst_Faults::everyOperationThroughAProxyHonoursTheProxysOwnTimeout_data()
 {
-    QTest::addColumn<ProxyClass>("proxyClass");
+    QTest::addColumn<KindProxyClass>("proxyClass");
     QTest::addColumn<int>("index");
-    for (const ProxyClass &proxyClass : allProxyClasses()) {
+    for (const KindProxyClass &proxyClass : allProxyClasses()) {
         const QMetaObject &meta = *proxyClass.metaObject;
         for (int i = meta.methodOffset(); i < meta.methodCount(); ++i) {
             const QMetaMethod method = meta.method(i);
@@ -143,7 +145,7 @@ void tst_Faults::everyOperationThroughAProxyHonoursTheProxysOwnTimeout_data()
 
 void tst_Faults::everyOperationThroughAProxyHonoursTheProxysOwnTimeout()
 {
-    QFETCH(ProxyClass, proxyClass);
+    QFETCH(KindProxyClass, proxyClass);
     QFETCH(int, index);
     const QMetaMethod operation = proxyClass.metaObject->method(index);
     FakeMeasApplication fake;

@@ -1,8 +1,9 @@
-#include "AllProxyClasses.h"
 #include "DBusConnector.h"
 #include "FakeMeasApplication.h"
 #include "HostileReplyGenerator.h"
 #include "LogCapture.h"
+#include "ProxyClasses.h"
+#include "RemoteCommandInterface.h"
 #include "SlotInvocation.h"
 
 #include <QDBusConnection>
@@ -394,10 +395,11 @@ private:
 
 void tst_HostileReplies::initTestCase()
 {
+    verifyProxyClassesAreThoseOfTheKindTable();
     registerOperationTypes();
     HostileReplyGenerator::registerTypes();
     m_fake.reset(new FakeMeasApplication);
-    for (const ProxyClass &proxyClass : allProxyClasses()) {
+    for (const KindProxyClass &proxyClass : allProxyClasses()) {
         m_proxies.emplace_back(proxyClass.make(m_fake->service(), path, nullptr));
         const QMetaObject &meta = *proxyClass.metaObject;
         for (int i = meta.methodOffset(); i < meta.methodCount(); ++i) {

@@ -1,6 +1,9 @@
-#include "AllProxyClasses.h"
 #include "BusTestSupport.h"
 #include "FakeMeasApplication.h"
+#include "RelayedSignals.h"
+#include "ResultVarArrayInterface.h"
+#include "SetupIntInterface.h"
+#include "SetupMapItemInterface.h"
 
 #include <QCoreApplication>
 #include <QDBusConnection>
@@ -81,6 +84,7 @@ private:
 
 void tst_Soak::initTestCase()
 {
+    verifyProxyClassesAreThoseOfTheKindTable();
     m_fake.reset(new FakeMeasApplication);
     m_fake->answer(QStringLiteral("getValue"), ScriptedAnswer::value(5));
     m_fake->answer(QStringLiteral("setValue"), ScriptedAnswer::value(true));
@@ -168,7 +172,7 @@ void tst_Soak::proxiesMadeAndDestroyedWithSignalsLeaveNoMatchRulesAtTheDaemon()
 
     int made = 0;
     int rulesWhileListening = -1;
-    for (const ProxyClass &proxyClass : allProxyClasses()) {
+    for (const KindProxyClass &proxyClass : allProxyClasses()) {
         for (int i = 0; i < perClass; ++i) {
             std::unique_ptr<QDBusAbstractInterface> proxy(proxyClass.make(m_fake->service(), path, nullptr));
             const std::vector<RelayedSignal> relayed = allRelayedSignals();

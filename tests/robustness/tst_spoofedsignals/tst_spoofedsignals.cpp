@@ -1,6 +1,6 @@
-#include "AllProxyClasses.h"
 #include "BusTestSupport.h"
 #include "FakeMeasApplication.h"
+#include "RelayedSignals.h"
 
 #include <QDBusConnection>
 #include <QSignalSpy>
@@ -27,6 +27,7 @@ class tst_SpoofedSignals : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
+    void initTestCase();
     void cleanup();
 
     void aBroadcastFromAConnectionWithoutTheNameIsNotRelayed_data() { relayedSignalRows(); }
@@ -57,6 +58,11 @@ void tst_SpoofedSignals::relayedSignalRows()
     QTest::addColumn<RelayedSignal>("relayed");
     for (const RelayedSignal &relayed : allRelayedSignals())
         QTest::newRow(qPrintable(relayed.tag())) << relayed;
+}
+
+void tst_SpoofedSignals::initTestCase()
+{
+    verifyProxyClassesAreThoseOfTheKindTable();
 }
 
 void tst_SpoofedSignals::cleanup()
