@@ -1,6 +1,6 @@
-#include "KindRegistry.h"
 #include "MeasApplNames_p.h"
 #include "Model.h"
+#include "SimulatedKinds.h"
 #include "SimulatorService.h"
 
 #include <QCommandLineParser>
@@ -92,7 +92,7 @@ int main(int argc, char *argv[])
         return fail(BadCommandLine, QStringLiteral("--name needs a non-empty name"));
 
     // A kind whose handlers do not match its members in the kind table would answer wrongly.
-    const QStringList kindProblems = KindRegistry::builtIn().problems();
+    const QStringList kindProblems = SimulatedKinds::builtIn().problems();
     if (!kindProblems.isEmpty())
         return fail(BadKinds, kindProblems.join(QStringLiteral("\ndbusinterfaces-simulator: ")));
 

@@ -46,7 +46,7 @@ public:
     {
         QString path;
         const KindTable::Kind &kind;
-        /// Checked against the kind by KindRegistry before any element is made.
+        /// Checked against the kind by SimulatedKinds before any element is made.
         const Handlers &handlers;
     };
 

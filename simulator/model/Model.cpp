@@ -1,9 +1,9 @@
 #include "Model.h"
 
-#include "KindRegistry.h"
 #include "MeasApplNames_p.h"
 #include "ModelFields.h"
 #include "ResultElement.h"
+#include "SimulatedKinds.h"
 
 #include <QFile>
 #include <QJsonArray>
@@ -84,7 +84,7 @@ Fault modelFault(const ModelFields &fields)
 
 std::unique_ptr<Element> makeElement(const QString &kindName, const QString &path, const ModelFields &fields)
 {
-    const KindRegistry::Registered *kind = KindRegistry::builtIn().find(kindName);
+    const SimulatedKinds::Registered *kind = SimulatedKinds::builtIn().find(kindName);
     if (!kind)
         throw ModelError{QStringLiteral("unknown kind \"%1\"").arg(kindName)};
     if (!kind->read)

@@ -1,6 +1,6 @@
-#include "KindRegistry.h"
 #include "ModelFields.h"
 #include "ScalarResult.h"
+#include "SimulatedKinds.h"
 
 namespace {
 
@@ -18,7 +18,7 @@ std::unique_ptr<Element> read(const Element::Binding &binding, const ModelFields
 
 } // namespace
 
-void registerResultBoolInterface(KindRegistry &registry)
+void registerResultBoolInterface(SimulatedKinds &registry)
 {
     registry.add(QStringLiteral("ResultBoolInterface"), ScalarResult::trackedHandlers({true, true, true}), read);
 }

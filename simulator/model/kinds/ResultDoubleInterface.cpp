@@ -1,6 +1,6 @@
-#include "KindRegistry.h"
 #include "ModelFields.h"
 #include "ScalarResult.h"
+#include "SimulatedKinds.h"
 
 namespace {
 
@@ -12,7 +12,7 @@ std::unique_ptr<Element> read(const Element::Binding &binding, const ModelFields
 
 } // namespace
 
-void registerResultDoubleInterface(KindRegistry &registry)
+void registerResultDoubleInterface(SimulatedKinds &registry)
 {
     // The double result goes without the min/max texts, but has their Comp lists.
     registry.add(QStringLiteral("ResultDoubleInterface"), ScalarResult::trackedHandlers({false, true, true}), read);

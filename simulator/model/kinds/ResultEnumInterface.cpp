@@ -1,6 +1,6 @@
-#include "KindRegistry.h"
 #include "ModelFields.h"
 #include "ScalarResult.h"
+#include "SimulatedKinds.h"
 
 namespace {
 
@@ -15,7 +15,7 @@ std::unique_ptr<Element> read(const Element::Binding &binding, const ModelFields
 
 } // namespace
 
-void registerResultEnumInterface(KindRegistry &registry)
+void registerResultEnumInterface(SimulatedKinds &registry)
 {
     // Text and value Comp list of the current value only; no limits, no min/max control.
     const ScalarResult::ReadingMembers getterOnly{false, false, false};

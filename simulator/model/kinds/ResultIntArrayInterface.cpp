@@ -1,5 +1,5 @@
 #include "ArrayResult.h"
-#include "KindRegistry.h"
+#include "SimulatedKinds.h"
 
 namespace {
 
@@ -10,7 +10,7 @@ std::unique_ptr<Element> read(const Element::Binding &binding, const ModelFields
 
 } // namespace
 
-void registerResultIntArrayInterface(KindRegistry &registry)
+void registerResultIntArrayInterface(SimulatedKinds &registry)
 {
     registry.add(
         QStringLiteral("ResultIntArrayInterface"),

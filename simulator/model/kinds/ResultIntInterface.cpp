@@ -1,6 +1,6 @@
-#include "KindRegistry.h"
 #include "ModelFields.h"
 #include "ScalarResult.h"
+#include "SimulatedKinds.h"
 
 namespace {
 
@@ -12,7 +12,7 @@ std::unique_ptr<Element> read(const Element::Binding &binding, const ModelFields
 
 } // namespace
 
-void registerResultIntInterface(KindRegistry &registry)
+void registerResultIntInterface(SimulatedKinds &registry)
 {
     registry.add(QStringLiteral("ResultIntInterface"), ScalarResult::trackedHandlers({true, true, true}), read);
 }

@@ -1,5 +1,5 @@
 #include "ArrayResult.h"
-#include "KindRegistry.h"
+#include "SimulatedKinds.h"
 
 namespace {
 
@@ -10,7 +10,7 @@ std::unique_ptr<Element> read(const Element::Binding &binding, const ModelFields
 
 } // namespace
 
-void registerResultVarArrayInterface(KindRegistry &registry)
+void registerResultVarArrayInterface(SimulatedKinds &registry)
 {
     registry.add(QStringLiteral("ResultVarArrayInterface"),
                  HandlersOf<ArrayResult>().with(ArrayResult::rowHandlers()).with(ArrayResult::statusHandlers()), read);

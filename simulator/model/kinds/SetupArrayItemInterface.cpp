@@ -1,6 +1,6 @@
-#include "KindRegistry.h"
 #include "ModelFields.h"
 #include "SettingElement.h"
+#include "SimulatedKinds.h"
 #include "Wire.h"
 
 namespace {
@@ -117,7 +117,7 @@ std::unique_ptr<Element> read(const Element::Binding &binding, const ModelFields
 
 } // namespace
 
-void registerSetupArrayItemInterface(KindRegistry &registry)
+void registerSetupArrayItemInterface(SimulatedKinds &registry)
 {
     registry.add(QStringLiteral("SetupArrayItemInterface"), ArraySetup::handlers(), read);
 }

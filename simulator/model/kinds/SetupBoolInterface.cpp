@@ -1,5 +1,5 @@
-#include "KindRegistry.h"
 #include "ModelFields.h"
+#include "SimulatedKinds.h"
 #include "SingleValueSetup.h"
 
 namespace {
@@ -35,7 +35,7 @@ std::unique_ptr<Element> read(const Element::Binding &binding, const ModelFields
 
 } // namespace
 
-void registerSetupBoolInterface(KindRegistry &registry)
+void registerSetupBoolInterface(SimulatedKinds &registry)
 {
     registry.add(QStringLiteral("SetupBoolInterface"), SingleValueSetup::plainHandlers(), read);
 }

@@ -1,5 +1,5 @@
-#include "KindRegistry.h"
 #include "ModelFields.h"
+#include "SimulatedKinds.h"
 #include "SingleValueSetup.h"
 
 #include <cmath>
@@ -55,7 +55,7 @@ std::unique_ptr<Element> read(const Element::Binding &binding, const ModelFields
 
 } // namespace
 
-void registerSetupDevDataInterface(KindRegistry &registry)
+void registerSetupDevDataInterface(SimulatedKinds &registry)
 {
     registry.add(QStringLiteral("SetupDevDataInterface"), DevDataSetup::handlers(), read);
 }

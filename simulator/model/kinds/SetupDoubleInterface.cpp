@@ -1,6 +1,6 @@
-#include "KindRegistry.h"
 #include "ModelFields.h"
 #include "NumberSetup.h"
+#include "SimulatedKinds.h"
 
 namespace {
 
@@ -22,7 +22,7 @@ Handlers handlers()
 
 } // namespace
 
-void registerSetupDoubleInterface(KindRegistry &registry)
+void registerSetupDoubleInterface(SimulatedKinds &registry)
 {
     registry.add(QStringLiteral("SetupDoubleInterface"), handlers(), read);
 }

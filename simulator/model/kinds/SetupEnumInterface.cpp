@@ -1,6 +1,6 @@
-#include "KindRegistry.h"
 #include "ModelFields.h"
 #include "SimCompat.h"
+#include "SimulatedKinds.h"
 #include "SingleValueSetup.h"
 
 namespace {
@@ -84,7 +84,7 @@ std::unique_ptr<Element> read(const Element::Binding &binding, const ModelFields
 
 } // namespace
 
-void registerSetupEnumInterface(KindRegistry &registry)
+void registerSetupEnumInterface(SimulatedKinds &registry)
 {
     registry.add(QStringLiteral("SetupEnumInterface"), EnumSetup::handlers(), read);
 }

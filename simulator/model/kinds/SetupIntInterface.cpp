@@ -1,6 +1,6 @@
-#include "KindRegistry.h"
 #include "ModelFields.h"
 #include "NumberSetup.h"
+#include "SimulatedKinds.h"
 
 namespace {
 
@@ -13,7 +13,7 @@ std::unique_ptr<Element> read(const Element::Binding &binding, const ModelFields
 
 } // namespace
 
-void registerSetupIntInterface(KindRegistry &registry)
+void registerSetupIntInterface(SimulatedKinds &registry)
 {
     registry.add(QStringLiteral("SetupIntInterface"), NumberSetup::handlers(), read);
 }

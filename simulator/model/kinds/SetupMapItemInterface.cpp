@@ -1,6 +1,6 @@
-#include "KindRegistry.h"
 #include "ModelFields.h"
 #include "SettingElement.h"
+#include "SimulatedKinds.h"
 #include "Wire.h"
 
 namespace {
@@ -111,7 +111,7 @@ std::unique_ptr<Element> read(const Element::Binding &binding, const ModelFields
 
 } // namespace
 
-void registerSetupMapItemInterface(KindRegistry &registry)
+void registerSetupMapItemInterface(SimulatedKinds &registry)
 {
     registry.add(QStringLiteral("SetupMapItemInterface"), MapSetup::handlers(), read);
 }

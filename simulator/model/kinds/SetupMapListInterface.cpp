@@ -1,8 +1,8 @@
 #include "ItemRule.h"
-#include "KindRegistry.h"
 #include "ModelFields.h"
 #include "SettingElement.h"
 #include "SimCompat.h"
+#include "SimulatedKinds.h"
 #include "Wire.h"
 
 namespace {
@@ -244,7 +244,7 @@ std::unique_ptr<Element> read(const Element::Binding &binding, const ModelFields
 
 } // namespace
 
-void registerSetupMapListInterface(KindRegistry &registry)
+void registerSetupMapListInterface(SimulatedKinds &registry)
 {
     registry.add(QStringLiteral("SetupMapListInterface"), MapListSetup::handlers(), read);
 }

@@ -1,8 +1,8 @@
 #include "ItemRule.h"
-#include "KindRegistry.h"
 #include "ModelFields.h"
 #include "SettingElement.h"
 #include "SimCompat.h"
+#include "SimulatedKinds.h"
 #include "Wire.h"
 
 #include <QJsonDocument>
@@ -399,7 +399,7 @@ std::unique_ptr<Element> read(const Element::Binding &binding, const ModelFields
 
 } // namespace
 
-void registerSetupMapMapItemInterface(KindRegistry &registry)
+void registerSetupMapMapItemInterface(SimulatedKinds &registry)
 {
     registry.add(QStringLiteral("SetupMapMapItemInterface"), MapMapSetup::handlers(), read);
 }

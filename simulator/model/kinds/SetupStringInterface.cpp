@@ -1,5 +1,5 @@
-#include "KindRegistry.h"
 #include "ModelFields.h"
+#include "SimulatedKinds.h"
 #include "SingleValueSetup.h"
 
 namespace {
@@ -40,7 +40,7 @@ std::unique_ptr<Element> read(const Element::Binding &binding, const ModelFields
 
 } // namespace
 
-void registerSetupStringInterface(KindRegistry &registry)
+void registerSetupStringInterface(SimulatedKinds &registry)
 {
     registry.add(QStringLiteral("SetupStringInterface"), SingleValueSetup::plainHandlers(), read);
 }

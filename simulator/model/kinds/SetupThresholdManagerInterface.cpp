@@ -1,6 +1,6 @@
-#include "KindRegistry.h"
 #include "ModelFields.h"
 #include "SettingElement.h"
+#include "SimulatedKinds.h"
 #include "Wire.h"
 
 #include <QJsonDocument>
@@ -345,7 +345,7 @@ std::unique_ptr<Element> read(const Element::Binding &binding, const ModelFields
 
 } // namespace
 
-void registerSetupThresholdManagerInterface(KindRegistry &registry)
+void registerSetupThresholdManagerInterface(SimulatedKinds &registry)
 {
     registry.add(QStringLiteral("SetupThresholdManagerInterface"), ThresholdSetup::handlers(), read);
 }

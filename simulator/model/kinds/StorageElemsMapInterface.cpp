@@ -1,6 +1,6 @@
-#include "KindRegistry.h"
 #include "ModelFields.h"
 #include "SettingElement.h"
+#include "SimulatedKinds.h"
 #include "Wire.h"
 
 #include <algorithm>
@@ -127,7 +127,7 @@ std::unique_ptr<Element> read(const Element::Binding &binding, const ModelFields
 
 } // namespace
 
-void registerStorageElemsMapInterface(KindRegistry &registry)
+void registerStorageElemsMapInterface(SimulatedKinds &registry)
 {
     registry.add(QStringLiteral("StorageElemsMapInterface"), StorageSetup::handlers(), read);
 }

@@ -1,9 +1,9 @@
 #include "Introspection.h"
-#include "KindRegistry.h"
 #include "MeasApplNames_p.h"
 #include "MeasurementEngine.h"
 #include "Model.h"
 #include "RootElement.h"
+#include "SimulatedKinds.h"
 #include "SimulatorService.h"
 
 #include <InterfaceDocument.h>
@@ -164,7 +164,7 @@ QString wireType(const QVariant &value)
 /// The handlers of the built-in kind @p shortName.
 Handlers builtInHandlers(const char *shortName)
 {
-    return KindRegistry::builtIn().find(QLatin1String(shortName))->handlers;
+    return SimulatedKinds::builtIn().find(QLatin1String(shortName))->handlers;
 }
 
 QList<MethodHandler>::iterator handlerNamed(Handlers &handlers, const QString &member)
@@ -268,9 +268,9 @@ void tst_SimulatorModel::theDefaultModelHasAnElementOfEveryKind()
 
 void tst_SimulatorModel::everyKindOfTheTableIsRegisteredUnderItsShortName()
 {
-    QCOMPARE(KindRegistry::builtIn().problems(), QStringList());
+    QCOMPARE(SimulatedKinds::builtIn().problems(), QStringList());
     for (const KindTable::Kind &kind : KindTable::all()) {
-        const KindRegistry::Registered *registered = KindRegistry::builtIn().find(QLatin1String(kind.shortName));
+        const SimulatedKinds::Registered *registered = SimulatedKinds::builtIn().find(QLatin1String(kind.shortName));
         QVERIFY2(registered, kind.shortName);
         QCOMPARE(registered->kind, &kind);
         // Only the root object is not made from a model file.
@@ -335,7 +335,7 @@ void tst_SimulatorModel::kindsWhoseHandlersDoNotFitTheirTableAreRefused()
     QFETCH(QString, className);
     QFETCH(Handlers, handlers);
     QFETCH(QStringList, problems);
-    KindRegistry registry;
+    SimulatedKinds registry;
     QVERIFY(!registry.add(className, handlers));
     QCOMPARE(registry.problems(), problems);
     QVERIFY(!registry.find(QStringLiteral("int")));
@@ -343,7 +343,7 @@ void tst_SimulatorModel::kindsWhoseHandlersDoNotFitTheirTableAreRefused()
 
 void tst_SimulatorModel::aKindIsTakenOnceAndEveryKindIsRequired()
 {
-    KindRegistry registry;
+    SimulatedKinds registry;
     QVERIFY(registry.add(QStringLiteral("SetupIntInterface"), builtInHandlers("int")));
     QVERIFY(registry.find(QStringLiteral("int")));
     QVERIFY(!registry.find(QStringLiteral("SetupIntInterface")));

@@ -1,5 +1,5 @@
-#ifndef SIMULATOR_KINDREGISTRY_H
-#define SIMULATOR_KINDREGISTRY_H
+#ifndef SIMULATOR_SIMULATEDKINDS_H
+#define SIMULATOR_SIMULATEDKINDS_H
 
 #include "Element.h"
 #include "Handlers.h"
@@ -20,7 +20,7 @@ class ModelFields;
  * model file). A kind is taken only when its handlers cover its members in the table
  * exactly; what was refused is kept in problems(), which the program checks at start-up.
  */
-class KindRegistry
+class SimulatedKinds
 {
 public:
     /// Makes one element of a kind from its fields in a model file; throws ModelError.
@@ -43,7 +43,7 @@ public:
     void requireEveryKind();
 
     /// The simulator's kinds, registered and checked on first use.
-    static const KindRegistry &builtIn();
+    static const SimulatedKinds &builtIn();
 
 private:
     QHash<QString, Registered> m_kinds;
@@ -52,6 +52,6 @@ private:
 };
 
 /// Registers every kind file of simulator/model/kinds/ (generated from the list of them).
-void registerKindFiles(KindRegistry &registry);
+void registerKindFiles(SimulatedKinds &registry);
 
 #endif

@@ -1,8 +1,8 @@
-#include "KindRegistry.h"
+#include "SimulatedKinds.h"
 
 #include "RootElement.h"
 
-bool KindRegistry::add(const QString &className, const Handlers &handlers, const Reader &read)
+bool SimulatedKinds::add(const QString &className, const Handlers &handlers, const Reader &read)
 {
     const KindTable::Kind *kind = KindTable::find(className);
     if (!kind || className != QLatin1String(kind->className)) {
@@ -25,13 +25,13 @@ bool KindRegistry::add(const QString &className, const Handlers &handlers, const
     return true;
 }
 
-const KindRegistry::Registered *KindRegistry::find(const QString &shortName) const
+const SimulatedKinds::Registered *SimulatedKinds::find(const QString &shortName) const
 {
     const auto found = m_kinds.constFind(shortName);
     return found == m_kinds.constEnd() ? nullptr : &*found;
 }
 
-void KindRegistry::requireEveryKind()
+void SimulatedKinds::requireEveryKind()
 {
     for (const KindTable::Kind &kind : KindTable::all()) {
         const QString className = QString::fromLatin1(kind.className);
@@ -41,10 +41,10 @@ void KindRegistry::requireEveryKind()
     }
 }
 
-const KindRegistry &KindRegistry::builtIn()
+const SimulatedKinds &SimulatedKinds::builtIn()
 {
-    static const KindRegistry registry = [] {
-        KindRegistry kinds;
+    static const SimulatedKinds registry = [] {
+        SimulatedKinds kinds;
         registerKindFiles(kinds);
         kinds.add(RootElement::className, RootElement::handlers());
         kinds.requireEveryKind();
