@@ -175,6 +175,16 @@ QList<OperationRow> minMaxCommandRows()
     // clang-format on
 }
 
+/// What getter @p getter of @p P logs when it judges the reply itself: one line opening
+/// "Class::getter(): ", quoting QtDBus's message for @p wrongType where an R was expected.
+template<typename P, typename R>
+FailureLog judgedAs(const char *getter, const QVariant &wrongType)
+{
+    return {.report =
+                QStringLiteral("%1::%2(): ").arg(QLatin1String(P::staticMetaObject.className()), QLatin1String(getter)),
+            .typeError = replyTypeError<R>(wrongType)};
+}
+
 /// The six Comp getters (value, minimum and maximum, as value and as text) in declaration order;
 /// the line each logs on failure opens with "\"Class::\" name(): ", the name @p reportedAs gives.
 template<typename P>
@@ -192,8 +202,9 @@ QList<OperationRow> compRows(const QList<const char *> &reportedAs)
     // clang-format on
     // A list too short leaves the later rows without a name, and their report rows fail.
     for (int i = 0; i < rows.size(); ++i) {
-        rows[i].log.report = QStringLiteral("\"%1::\" %2(): ")
-                                 .arg(QLatin1String(P::staticMetaObject.className()), QLatin1String(reportedAs.value(i)));
+        rows[i].log.report =
+            QStringLiteral("\"%1::\" %2(): ")
+                .arg(QLatin1String(P::staticMetaObject.className()), QLatin1String(reportedAs.value(i)));
     }
     return rows;
 }

@@ -273,7 +273,8 @@ void ProxyClassTest::mapsEachReply_data()
         addMappedReplyRow(tag(row, "error reply"), row, refusal, false, QVariant());
     }
     for (const OperationRow &row : m_class.answers)
-        addMappedReplyRow(tag(row, "answered"), row, ScriptedAnswer::value(row.reply.answered), true, seenOfAnswer(row));
+        addMappedReplyRow(tag(row, "answered"), row, ScriptedAnswer::value(row.reply.answered), true,
+                          seenOfAnswer(row));
 }
 
 void ProxyClassTest::mapsEachReply()
@@ -512,7 +513,8 @@ void ProxyClassTest::asyncOperationsReturnAtOnceAndLeaveLastErrorAlone()
     // The application never answers them: calls that waited would not come back in time for
     // the fake to see them all.
     const OperationRow &failingCall = m_class.failingCall;
-    m_fake->answer(failingCall.call.member, ScriptedAnswer::error(failedErrorName(), QStringLiteral("earlier failure")));
+    m_fake->answer(failingCall.call.member,
+                   ScriptedAnswer::error(failedErrorName(), QStringLiteral("earlier failure")));
     for (const OperationRow &row : m_class.asyncs)
         m_fake->answer(row.call.member, ScriptedAnswer::silence());
     {

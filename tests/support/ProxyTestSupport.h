@@ -300,5 +300,4 @@ inline QVariant wrappedValue(const QVariant &value)
 void verifySignalsThenSlots(const QMetaObject &meta, const QObject &proxy, const QStringList &signalSignatures,
                             const QStringList &slotSignatures);
 
-
 #endif

@@ -21,7 +21,8 @@ OperationRow setValueCall(const char *name, const QVariant &value, Sent how = Se
 {
     const ProxyOperation run = how == Sent::Async ? onProxy<P>([value](P &p) { p.setValueAsync(value); })
                                                   : onProxy<P>([value](P &p) { return p.setValue(value); });
-    return {.operation = name, .run = run,
+    return {.operation = name,
+            .run = run,
             .call = {.member = "setValue", .signature = "v", .arguments = {wrappedValue(value)}}};
 }
 
@@ -193,7 +194,8 @@ void tst_SetupDevDataInterface::setValueOfAnInvalidVariantSendsNothing()
 
     // Messages of one connection arrive in order: had either gone out, it would stand
     // before this call.
-    verifySentAsItsRow(*m_fake, *m_proxy, {.operation = "getString", .run = getString, .call = {.member = "getString"}});
+    verifySentAsItsRow(*m_fake, *m_proxy,
+                       {.operation = "getString", .run = getString, .call = {.member = "getString"}});
 }
 
 void tst_SetupDevDataInterface::getValueLeavesAStructuredValueAsQDBusArgument()

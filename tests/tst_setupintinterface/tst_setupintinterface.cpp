@@ -10,7 +10,8 @@ using P = SetupIntInterface;
 
 // clang-format off
 const QList<OperationRow> replies{
-    {.operation = "setValue", .run = setValueOf<P>(5), .call = {.member = "setValue", .signature = "i", .arguments = {5}},
+    {.operation = "setValue", .run = setValueOf<P>(5),
+     .call = {.member = "setValue", .signature = "i", .arguments = {5}},
      .reply = {.answered = true, .wrongType = 1, .empty = false}},
     {.operation = "getValue", .run = onProxy(&P::getValue), .call = {.member = "getValue"},
      .reply = {.answered = 42, .wrongType = QStringLiteral("forty-two"), .empty = 0},

@@ -18,8 +18,7 @@ const QStringList ch1{"s \"ch1\""};
 /// The variant getters give an invalid variant and log one line on any failure.
 FailureLog loggedAs(const char *getter, const QVariant &wrongType)
 {
-    return {.report = QStringLiteral("SetupMapItemInterface::%1(): ").arg(QLatin1String(getter)),
-            .typeError = replyTypeError<QDBusVariant>(wrongType)};
+    return judgedAs<P, QDBusVariant>(getter, wrongType);
 }
 
 // clang-format off
@@ -101,7 +100,8 @@ ProxyClassTable mapItem()
         .replies = replies,
         .errors = {{"error", "no such key", "\"no such key\""},
                    {"error with quotes", "key \"ch1\" unknown", "\"key \\\"ch1\\\" unknown\""}},
-        .setToDefault = {.operation = "setToDefault", .run = onProxy(&P::setToDefault),
+        .setToDefault = {.operation = "setToDefault",
+                         .run = onProxy(&P::setToDefault),
                          .call = {.member = "setToDefault"}},
         .asyncs = asyncs,
         .failingCall = {.operation = "size", .run = onProxy(&P::size), .call = {.member = "size"}},

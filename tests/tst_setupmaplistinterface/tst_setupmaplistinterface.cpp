@@ -20,16 +20,9 @@ const QString presetInAVariant = "v(" + presetOnTheWire + ")";
 
 const QStringList quiet{"s \"Quiet\""};
 
-/// The getters that give an empty value and log one line on any failure.
-template<typename R>
-FailureLog loggedAs(const char *getter, const QVariant &wrongType)
-{
-    return {.report = QStringLiteral("SetupMapListInterface::%1(): ").arg(QLatin1String(getter)),
-            .typeError = replyTypeError<R>(wrongType)};
-}
-
 // clang-format off
-// Slots invoked by name give what the direct call gives.
+// Slots invoked by name give what the direct call gives; the getters with a log give an empty
+// value and log one line on any failure.
 const QList<OperationRow> replies{
     {.operation = "setValue map", .run = onProxy<P>([](P &p) { return p.setValue("Quiet", preset); }),
      .call = {.member = "setValue", .signature = "sv", .wireArguments = {"s \"Quiet\"", presetInAVariant}},
@@ -54,32 +47,32 @@ const QList<OperationRow> replies{
     {.operation = "getValue position", .run = onProxy<P>([](P &p) { return p.getValue(2); }),
      .call = {.member = "getValue", .signature = "i", .wireArguments = {"i 2"}},
      .reply = {.answered = preset, .wrongType = QStringLiteral("Quiet"), .empty = SettingsMap()},
-     .log = loggedAs<SettingsMap>("getValue", QStringLiteral("Quiet"))},
+     .log = judgedAs<P, SettingsMap>("getValue", QStringLiteral("Quiet"))},
     {.operation = "getValue position by name", .run = byName<SettingsMap>("getValue(int)", 0),
      .call = {.member = "getValue", .signature = "i", .wireArguments = {"i 0"}},
      .reply = {.answered = preset, .wrongType = 2.5, .empty = SettingsMap()},
-     .log = loggedAs<SettingsMap>("getValue", 2.5)},
+     .log = judgedAs<P, SettingsMap>("getValue", 2.5)},
     {.operation = "getValue item", .run = onProxy<P>([](P &p) { return p.getValue(2, "gain"); }),
      .call = {.member = "getValue", .signature = "is", .wireArguments = {"i 2", "s \"gain\""}},
      .reply = {.answered = wrappedValue(2.5), .seen = 2.5, .wrongType = 2.5},
-     .log = loggedAs<QDBusVariant>("getValue", 2.5)},
+     .log = judgedAs<P, QDBusVariant>("getValue", 2.5)},
     {.operation = "getStringValue", .run = calling(&P::getStringValue, 3, "gain"),
      .call = {.member = "getStringValue", .signature = "is", .wireArguments = {"i 3", "s \"gain\""}},
      .reply = {.answered = QStringLiteral("2.5 dB"), .wrongType = 2.5, .empty = QString()},
-     .log = loggedAs<QString>("getStringValue", 2.5)},
+     .log = judgedAs<P, QString>("getStringValue", 2.5)},
     {.operation = "getString", .run = calling(&P::getString, 4),
      .call = {.member = "getString", .signature = "i", .wireArguments = {"i 4"}},
      .reply = {.answered = QStringLiteral("Quiet: 2.5 dB"), .wrongType = wrappedValue(QStringLiteral("Quiet")),
                .empty = QString()},
-     .log = loggedAs<QString>("getString", wrappedValue(QStringLiteral("Quiet")))},
+     .log = judgedAs<P, QString>("getString", wrappedValue(QStringLiteral("Quiet")))},
     {.operation = "getMin", .run = calling(&P::getMin, 5, "gain"),
      .call = {.member = "getMin", .signature = "is", .wireArguments = {"i 5", "s \"gain\""}},
      .reply = {.answered = wrappedValue(-10), .seen = -10, .wrongType = -10},
-     .log = loggedAs<QDBusVariant>("getMin", -10)},
+     .log = judgedAs<P, QDBusVariant>("getMin", -10)},
     {.operation = "getMax", .run = calling(&P::getMax, 6, "gain"),
      .call = {.member = "getMax", .signature = "is", .wireArguments = {"i 6", "s \"gain\""}},
      .reply = {.answered = wrappedValue(10.5), .seen = 10.5, .wrongType = QStringLiteral("10.5")},
-     .log = loggedAs<QDBusVariant>("getMax", QStringLiteral("10.5"))},
+     .log = judgedAs<P, QDBusVariant>("getMax", QStringLiteral("10.5"))},
     {.operation = "size", .run = onProxy(&P::size), .call = {.member = "size"},
      .reply = {.answered = 3, .wrongType = 3.0, .empty = 0}},
     {.operation = "removeItem", .run = calling(&P::removeItem, 7),
@@ -114,15 +107,15 @@ ProxyClassTable mapList()
         .replies = replies,
         .errors = {{"error", "no such position", "\"no such position\""},
                    {"error with quotes", "item \"gain\" unknown", "\"item \\\"gain\\\" unknown\""}},
-        .setToDefault = {.operation = "setToDefault", .run = onProxy(&P::setToDefault),
+        .setToDefault = {.operation = "setToDefault",
+                         .run = onProxy(&P::setToDefault),
                          .call = {.member = "setToDefault"}},
         .signalSignatures = {"setupChanged()", "setupBoundsChanged()"},
         .slotSignatures = {"setValue(QString,QVariantMap)", "setValue(int,QString,QVariant)", "getAllKeys()",
                            "isKeyAvailable(QString)", "getKeyPosition(QString)", "isChangeable()",
-                           "SettingsMap getValue(int)", "QVariant getValue(int,QString)",
-                           "getStringValue(int,QString)", "QString getString(int)", "getMin(int,QString)",
-                           "getMax(int,QString)", "size()", "QDBusReply<bool> removeItem(int)",
-                           "void setToDefault()"},
+                           "SettingsMap getValue(int)", "QVariant getValue(int,QString)", "getStringValue(int,QString)",
+                           "QString getString(int)", "getMin(int,QString)", "getMax(int,QString)", "size()",
+                           "QDBusReply<bool> removeItem(int)", "void setToDefault()"},
         .otherClasses = {"SetupMapItemInterface"},
         .relayed = {{.operation = "setupChanged()", .call = {.member = "setupChanged"}},
                     {.operation = "setupBoundsChanged()", .call = {.member = "setupBoundsChanged"}}},

@@ -70,17 +70,10 @@ const QVariantMap flagTexts{{"level", QStringLiteral("3")}, {"on", QStringLitera
 const QStringList entryKey{"s \"p\""};
 const QStringList cellKeys{"s \"p\"", "s \"k\""};
 
-/// The getters that give an empty value and log one line on any failure.
-template<typename R>
-FailureLog loggedAs(const char *getter, const QVariant &wrongType)
-{
-    return {.report = QStringLiteral("SetupMapMapItemInterface::%1(): ").arg(QLatin1String(getter)),
-            .typeError = replyTypeError<R>(wrongType)};
-}
-
 // clang-format off
 // The blocking entry setter sends the map bare; a cell takes a variant or a bare string. Slots
-// invoked by name give what the direct call gives.
+// invoked by name give what the direct call gives; the getters with a log give an empty value
+// and log one line on any failure.
 const QList<OperationRow> replies{
     {.operation = "setValue map of maps", .run = onProxy<P>([](P &p) { return p.setValue(twoEntries); }),
      .call = {.member = "setValue", .signature = "a{sv}", .wireArguments = {jsonEntries}},
@@ -138,45 +131,45 @@ const QList<OperationRow> replies{
     {.operation = "getAllKeys entry", .run = onProxy<P>([](P &p) { return p.getAllKeys("p"); }),
      .call = {.member = "getAllKeys", .signature = "s", .wireArguments = entryKey},
      .reply = {.answered = keys, .wrongType = QStringLiteral("in1"), .empty = QStringList()},
-     .log = loggedAs<QStringList>("getAllKeys", QStringLiteral("in1"))},
+     .log = judgedAs<P, QStringList>("getAllKeys", QStringLiteral("in1"))},
     {.operation = "getValue entry", .run = onProxy<P>([](P &p) { return p.getValue("p"); }),
      .call = {.member = "getValue", .signature = "s", .wireArguments = entryKey},
      .reply = {.answered = flags, .wrongType = wrappedValue(flags), .empty = SettingsMap()},
-     .log = loggedAs<SettingsMap>("getValue", wrappedValue(flags))},
+     .log = judgedAs<P, SettingsMap>("getValue", wrappedValue(flags))},
     {.operation = "getValue cell", .run = onProxy<P>([](P &p) { return p.getValue("p", "k"); }),
      .call = {.member = "getValue", .signature = "ss", .wireArguments = cellKeys},
      .reply = {.answered = wrappedValue(3), .seen = 3, .wrongType = 3},
-     .log = loggedAs<QDBusVariant>("getValue", 3)},
+     .log = judgedAs<P, QDBusVariant>("getValue", 3)},
     {.operation = "getStringValue", .run = onProxy<P>([](P &p) { return p.getStringValue("p", "k"); }),
      .call = {.member = "getStringValue", .signature = "ss", .wireArguments = cellKeys},
      .reply = {.answered = QStringLiteral("3 dB"), .wrongType = 3, .empty = QString()},
-     .log = loggedAs<QString>("getStringValue", 3)},
+     .log = judgedAs<P, QString>("getStringValue", 3)},
     {.operation = "getStringMap", .run = onProxy<P>([](P &p) { return comparable(p.getStringMap("p")); }),
      .call = {.member = "getValue", .signature = "s", .wireArguments = entryKey},
      .reply = {.answered = flags, .seen = flagTexts, .wrongType = QStringLiteral("level=3"), .empty = QVariantMap()},
-     .log = loggedAs<SettingsMap>("getStringMap", QStringLiteral("level=3"))},
+     .log = judgedAs<P, SettingsMap>("getStringMap", QStringLiteral("level=3"))},
     {.operation = "getStringMap by name", .run = stringMapByName,
      .call = {.member = "getValue", .signature = "s", .wireArguments = entryKey},
      .reply = {.answered = cell("level", 3), .seen = QVariantMap{{"level", "3"}}, .wrongType = 3,
                .empty = QVariantMap()},
-     .log = loggedAs<SettingsMap>("getStringMap", 3)},
+     .log = judgedAs<P, SettingsMap>("getStringMap", 3)},
     {.operation = "getMin", .run = onProxy<P>([](P &p) { return p.getMin("p", "k"); }),
      .call = {.member = "getMin", .signature = "ss", .wireArguments = cellKeys},
      .reply = {.answered = wrappedValue(-6.5), .seen = -6.5, .wrongType = -6.5},
-     .log = loggedAs<QDBusVariant>("getMin", -6.5)},
+     .log = judgedAs<P, QDBusVariant>("getMin", -6.5)},
     {.operation = "getMax", .run = onProxy<P>([](P &p) { return p.getMax("p", "k"); }),
      .call = {.member = "getMax", .signature = "ss", .wireArguments = cellKeys},
      .reply = {.answered = wrappedValue(12), .seen = 12, .wrongType = QStringLiteral("12")},
-     .log = loggedAs<QDBusVariant>("getMax", QStringLiteral("12"))},
+     .log = judgedAs<P, QDBusVariant>("getMax", QStringLiteral("12"))},
     {.operation = "getBaseElement", .run = onProxy(&P::getBaseElement), .call = {.member = "getBaseElement"},
      .reply = {.answered = wrappedValue(QStringLiteral("template")), .seen = QStringLiteral("template"),
                .wrongType = QStringLiteral("template")},
-     .log = loggedAs<QDBusVariant>("getBaseElement", QStringLiteral("template"))},
+     .log = judgedAs<P, QDBusVariant>("getBaseElement", QStringLiteral("template"))},
     {.operation = "getString entry", .run = onProxy<P>([](P &p) { return p.getString("p"); }),
      .call = {.member = "getString", .signature = "s", .wireArguments = entryKey},
      .reply = {.answered = QStringLiteral("level=3"), .wrongType = wrappedValue(QStringLiteral("level=3")),
                .empty = QString()},
-     .log = loggedAs<QString>("getString", wrappedValue(QStringLiteral("level=3")))},
+     .log = judgedAs<P, QString>("getString", wrappedValue(QStringLiteral("level=3")))},
 };
 
 const QList<OperationRow> sent{
@@ -216,7 +209,8 @@ ProxyClassTable mapMapItem()
         .replies = replies,
         .errors = {{"error", "no such entry", "\"no such entry\""},
                    {"error with quotes", "entry \"in1\" unknown", "\"entry \\\"in1\\\" unknown\""}},
-        .setToDefault = {.operation = "setToDefault", .run = onProxy(&P::setToDefault),
+        .setToDefault = {.operation = "setToDefault",
+                         .run = onProxy(&P::setToDefault),
                          .call = {.member = "setToDefault"}},
         .asyncs = asyncs,
         .failingCall = {.operation = "size", .run = onProxy(&P::size), .call = {.member = "size"}},
@@ -226,7 +220,8 @@ ProxyClassTable mapMapItem()
         .slotSignatures = slotSignatures,
         .otherClasses = {"SetupMapListInterface"},
         .relayed = {{.operation = "setupChanged()", .call = {.member = "setupChanged"}},
-                    {.operation = "mapEntryRemoved(QString)", .call = {.member = "mapEntryRemoved", .arguments = {"in1"}}},
+                    {.operation = "mapEntryRemoved(QString)",
+                     .call = {.member = "mapEntryRemoved", .arguments = {"in1"}}},
                     {.operation = "setupBoundsChanged()", .call = {.member = "setupBoundsChanged"}}},
     };
 }

@@ -152,7 +152,8 @@ ProxyClassTable thresholdManager()
         .size = sizeof(P),
         .ownData = 2 * sizeof(QString), // service and path
         .replies = replies,
-        .setToDefault = {.operation = "setToDefault", .run = onProxy(&P::setToDefault),
+        .setToDefault = {.operation = "setToDefault",
+                         .run = onProxy(&P::setToDefault),
                          .call = {.member = "setToDefault"}},
         .asyncs = asyncs,
         .failingCall = {.operation = "size", .run = onProxy(&P::size), .call = {.member = "size"}},

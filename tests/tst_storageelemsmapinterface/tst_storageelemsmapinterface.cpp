@@ -52,9 +52,11 @@ ProxyClassTable storageElemsMap()
         .size = sizeof(P),
         .replies = replies,
         .voidReplies = voidReplies,
-        .setToDefault = {.operation = "setToDefault", .run = onProxy(&P::setToDefault),
+        .setToDefault = {.operation = "setToDefault",
+                         .run = onProxy(&P::setToDefault),
                          .call = {.member = "setToDefault"}},
-        .asyncs = {{.operation = "setToDefaultAsync", .run = onProxy(&P::setToDefaultAsync),
+        .asyncs = {{.operation = "setToDefaultAsync",
+                    .run = onProxy(&P::setToDefaultAsync),
                     .call = {.member = "setToDefault"}}},
         .failingCall = {.operation = "count", .run = onProxy(&P::count), .call = {.member = "count"}},
         .signalSignatures = {"setupChanged(QString,int,int,QStringList)", "sortOrderChanged(QString)"},
@@ -75,7 +77,6 @@ public:
         : ProxyClassTest(storageElemsMap())
     {
     }
-
 };
 
 QTEST_GUILESS_MAIN(tst_StorageElemsMapInterface)
