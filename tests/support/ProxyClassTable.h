@@ -43,7 +43,7 @@ struct ReplyValues
     QVariant empty = {};
 };
 
-/// What an operation logs when it fails (the checks of getters that log); a row without it
+/// What an operation logs when it fails (the checks of checked getters); a row without it
 /// logs nothing.
 struct FailureLog
 {
@@ -98,13 +98,13 @@ struct ProxyClassTable
     QList<OperationRow> sent = {};
     /// Operations handing back a value: .reply.answered, and .reply.empty on an error reply,
     /// a .reply.wrongType answer, an empty return or an absent service. Rows with a .log are
-    /// the getters that log their failures; they are tried with each of .errors too.
+    /// the checked getters, which log their failures; they are tried with each of .errors too.
     QList<OperationRow> replies = {};
     /// Further answers and what the caller sees of them, silently.
     QList<OperationRow> answers = {};
-    /// Further answers of the wrong type, which the logging getters refuse with .log.typeError.
+    /// Further answers of the wrong type, which checked getters refuse with .log.typeError.
     QList<OperationRow> refused = {};
-    /// The error answers the logging getters are tried with; two where the test names none.
+    /// The error answers the checked getters are tried with; two where the test names none.
     QList<LoggedError> errors = {};
     /// Time stamps getTimeStamp() hands on as sent, Qt::TimeSpec included.
     QList<QDateTime> timeStamps = {};

@@ -8,8 +8,6 @@
 #include <QDBusReply>
 #include <QtTest/QTest>
 
-#include <type_traits>
-
 namespace {
 
 const QVariant emptyList = QVariant::fromValue(QList<QVariant>());
@@ -67,7 +65,7 @@ QVariant seenOfAnswer(const OperationRow &row)
     return row.reply.seen.isValid() ? row.reply.seen : row.reply.answered;
 }
 
-/// Whether the row's operation logs a failure of any kind (else it logs only on an error reply, if at all).
+/// Whether the row's operation logs a failure of any kind (else it logs only when lastError() is set, if at all).
 bool judgesItsReply(const OperationRow &row)
 {
     return !row.log.report.isEmpty();
@@ -407,7 +405,7 @@ void ProxyClassTest::checkedGettersGiveTheAnswerOrEmptyAfterTheirLines_data()
 void ProxyClassTest::checkedGettersGiveTheAnswerOrEmptyAfterTheirLines()
 {
     if (!QTest::currentDataTag())
-        QSKIP("The class has no getter that logs.");
+        QSKIP("The class has no checked getter.");
     QFETCH(OperationRow, row);
     QFETCH(ScriptedAnswer, answer);
     QFETCH(QVariant, result);
@@ -439,20 +437,20 @@ void ProxyClassTest::checkedGettersGiveTheAnswerOrEmptyAfterTheirLines()
     verifySingleCall(*m_fake, m_path, row);
 }
 
-void ProxyClassTest::checkedGettersLogOneLineWhenTheApplicationVanishes_data()
+void ProxyClassTest::checkedGettersLogTheirLinesWhenTheApplicationVanishes_data()
 {
     QList<OperationRow> getters;
     for (const OperationRow &row : m_class.replies) {
-        if (judgesItsReply(row))
+        if (logsFailures(row))
             getters.append(row);
     }
     addRows(getters, "application vanishes");
 }
 
-void ProxyClassTest::checkedGettersLogOneLineWhenTheApplicationVanishes()
+void ProxyClassTest::checkedGettersLogTheirLinesWhenTheApplicationVanishes()
 {
     if (!QTest::currentDataTag())
-        QSKIP("The class has no getter that judges its reply.");
+        QSKIP("The class has no checked getter.");
     QFETCH(OperationRow, row);
     LogCapture log;
     m_fake->answer(row.call.member, ScriptedAnswer::vanish());

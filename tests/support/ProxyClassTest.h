@@ -67,8 +67,8 @@ private Q_SLOTS:
 
     void checkedGettersGiveTheAnswerOrEmptyAfterTheirLines_data();
     void checkedGettersGiveTheAnswerOrEmptyAfterTheirLines();
-    void checkedGettersLogOneLineWhenTheApplicationVanishes_data();
-    void checkedGettersLogOneLineWhenTheApplicationVanishes();
+    void checkedGettersLogTheirLinesWhenTheApplicationVanishes_data();
+    void checkedGettersLogTheirLinesWhenTheApplicationVanishes();
     void getTimeStampKeepsTheApplicationsTimeSpec();
 
     void setToDefaultWaitsForTheAnswerAndDropsIt();

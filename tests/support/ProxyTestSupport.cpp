@@ -1,10 +1,6 @@
 #include "ProxyTestSupport.h"
 
-#include "DBusCompat_p.h"
-
 #include <QCoreApplication>
-#include <QDBusArgument>
-#include <QDBusVariant>
 
 void verifyConstructionContract(const ProxyFactory &make, FakeMeasApplication &fake, const QString &path)
 {
