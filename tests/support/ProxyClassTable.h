@@ -4,9 +4,11 @@
 // A proxy class as its test states it: tables of operation rows, which ProxyClassTest runs.
 // A row's fields come in groups, one per check that reads them:
 //   {.operation = "getValue", .run = onProxy(&P::getValue),
-//    .call = {.member = "getValue"},                                     what goes out
-//    .reply = {.answered = 42, .wrongType = QStringLiteral("x"), .empty = 0},  what comes back
-//    .log = {.report = "P::getValue(): "}}                                  what a failure logs
+//    .call = {.member = "getValue"},                  sendsEachOperationWithItsWireForm
+//    .reply = {.answered = 42, .wrongType = 1.5, .empty = 0},   mapsEachReply
+//    .log = {.report = "P::getValue(): "}}            checkedGettersGiveTheAnswerOrEmptyAfterTheirLines
+// The checks of a failure (an absent service, a vanishing application) read .reply.empty and
+// .log; every check that answers a call or compares what arrived reads .call.
 
 #include "ProxyTestSupport.h"
 

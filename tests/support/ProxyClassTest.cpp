@@ -251,7 +251,7 @@ void ProxyClassTest::sendsEachOperationWithItsWireForm()
 void ProxyClassTest::mapsEachReply_data()
 {
     addMappedReplyColumns();
-    // What a logging getter logs is judged by the checks of getters; a getter following
+    // What a checked getter logs is judged by the checks of checked getters; one following
     // lastError() logs only on an error reply.
     for (const OperationRow &row : m_class.replies) {
         const LogCheck onError = logsFailures(row) ? LogCheck::Unchecked : LogCheck::Nothing;
@@ -347,7 +347,7 @@ void ProxyClassTest::plainOperationsLogNothingOnAnErrorReply()
     QCOMPARE(log.lines(), QList<LogLine>());
 }
 
-// ---- getters that log their failures ----------------------------------------------------------
+// ---- checked getters, which log their failures ---------------------------------------------
 
 void ProxyClassTest::checkedGettersGiveTheAnswerOrEmptyAfterTheirLines_data()
 {
