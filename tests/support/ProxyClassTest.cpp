@@ -1,5 +1,7 @@
 #include "ProxyClassTest.h"
 
+#include "LogCapture.h"
+
 #include <QDBusConnection>
 #include <QDBusError>
 #include <QDBusMessage>
@@ -18,10 +20,10 @@ QString listReplyErrorOf(const QString &service, const QString &path, const QStr
     return reply.error().message();
 }
 
-/// The tables completed: a Comp getter gives an empty list on any failure, one of .compLines
-/// is the .comps row of its name, the slots are the tables' operations and the checked getters
-/// are tried with two errors where the test does not list them.
-ProxyClass completed(ProxyClass tested)
+/// The tables completed: the checked getters are tried with two errors where the test names
+/// none, a Comp getter gives an empty list on any failure, and the slots are the tables'
+/// operations where the test names none.
+ProxyClassTable completed(ProxyClassTable tested)
 {
     // Written out, not made by quoted(), which would share a mistake of the library's own quoting.
     if (tested.errors.isEmpty()) {
@@ -30,11 +32,7 @@ ProxyClass completed(ProxyClass tested)
                           QStringLiteral("\"say \\\"hi\\\" \\\\ bye\"")}};
     }
     for (OperationRow &row : tested.comps)
-        row.empty = emptyList;
-    for (OperationRow &row : tested.compLines) {
-        row.run = rowNamed(tested.comps, row.operation).run;
-        row.empty = emptyList;
-    }
+        row.reply.empty = emptyList;
     if (tested.slotSignatures.isEmpty()) {
         for (const OperationRow &row : tested.replies + tested.voidReplies + tested.comps)
             tested.slotSignatures.append(QLatin1String(row.operation) + QStringLiteral("()"));
@@ -53,22 +51,179 @@ QStringList typesOf(const QVariant &value)
     return types;
 }
 
+QStringList argumentTypeNames(const QList<QVariant> &arguments)
+{
+    QStringList names;
+    for (const QVariant &argument : arguments)
+        names.append(QString::fromLatin1(argument.typeName()));
+    return names;
+}
+
+/// What the caller of the row's operation sees of a successful answer.
+QVariant seenOfAnswer(const OperationRow &row)
+{
+    return row.reply.seen.isValid() ? row.reply.seen : row.reply.answered;
+}
+
+/// Whether the row's operation logs a failure of any kind (else it logs only when lastError() is set, if at all).
+bool judgesItsReply(const OperationRow &row)
+{
+    return !row.log.report.isEmpty();
+}
+
+bool logsFailures(const OperationRow &row)
+{
+    return judgesItsReply(row) || !row.log.lines.isEmpty();
+}
+
+/// "ReturnType signature" or a bare signature, split.
+QPair<QString, QString> returnTypeAndSignature(const QString &method)
+{
+    const int blank = int(method.indexOf(QLatin1Char(' ')));
+    return blank < 0 ? qMakePair(QString(), method) : qMakePair(method.left(blank), method.mid(blank + 1));
+}
+
+QStringList signaturesOf(const QStringList &methods)
+{
+    QStringList signatures;
+    for (const QString &method : methods)
+        signatures.append(returnTypeAndSignature(method).second);
+    return signatures;
+}
+
+// ---- what a reply is mapped to ----------------------------------------------------------
+
+/// Whether a check also requires that nothing was logged.
+enum class LogCheck { Unchecked, Nothing };
+
+void addMappedReplyColumns()
+{
+    QTest::addColumn<OperationRow>("row");
+    QTest::addColumn<ScriptedAnswer>("answer");
+    QTest::addColumn<bool>("valid");
+    QTest::addColumn<QVariant>("value");
+    QTest::addColumn<LogCheck>("log");
+}
+
+void addMappedReplyRow(const QByteArray &tag, const OperationRow &row, const ScriptedAnswer &answer, bool valid,
+                       const QVariant &value, LogCheck log = LogCheck::Nothing)
+{
+    QTest::newRow(tag.constData()) << row << answer << valid << value << log;
+}
+
+const ScriptedAnswer refusal = ScriptedAnswer::error(failedErrorName(), QStringLiteral("refused"));
+
 } // namespace
 
-ProxyClassTest::ProxyClassTest(ProxyClass tested)
-    : ProxyTableTest(tested.className, tested.path, tested.make)
-    , m_class(completed(std::move(tested)))
+Q_DECLARE_METATYPE(LogCheck)
+
+// ---- shared by the checks and the classes' own tests -------------------------------------
+
+void verifyReceivedCall(const ReceivedCall &call, const QString &path, const OperationRow &row)
+{
+    QVERIFY2(!row.call.member.isEmpty(), row.operation);
+    QCOMPARE(call.path, path);
+    QCOMPARE(call.interface, FakeMeasApplication::interfaceName);
+    QCOMPARE(call.member, row.call.member);
+    QCOMPARE(call.signature, row.call.signature);
+    if (!row.call.wireArguments.isEmpty()) {
+        QCOMPARE(wireTexts(call.arguments), row.call.wireArguments);
+        return;
+    }
+    QCOMPARE(wireTexts(call.arguments), wireTexts(row.call.arguments));
+    // The Qt types as they arrive: a D-Bus variant stays a QDBusVariant.
+    QCOMPARE(argumentTypeNames(call.arguments), argumentTypeNames(row.call.arguments));
+}
+
+void verifySingleCall(const FakeMeasApplication &fake, const QString &path, const OperationRow &row)
+{
+    QVERIFY(fake.waitForCalls(1));
+    const QList<ReceivedCall> calls = fake.calls();
+    QCOMPARE(calls.size(), 1);
+    verifyReceivedCall(calls.first(), path, row);
+}
+
+void verifySentAsItsRow(FakeMeasApplication &fake, QDBusAbstractInterface &proxy, const OperationRow &row)
+{
+    // Getters that log on an empty answer are judged elsewhere.
+    LogCapture log;
+    fake.answer(row.call.member, ScriptedAnswer::reply());
+    row.run(proxy);
+    verifySingleCall(fake, proxy.path(), row);
+}
+
+// ---- the fixture ----------------------------------------------------------------------------
+
+ProxyClassTest::ProxyClassTest(ProxyClassTable tested)
+    : m_class(completed(std::move(tested)))
+    , m_path(m_class.path)
 {
 }
 
 ProxyClassTest::~ProxyClassTest() = default;
 
+void ProxyClassTest::init()
+{
+    m_fake.reset(new FakeMeasApplication);
+    m_proxy.reset(m_class.make(m_fake->service(), m_path, nullptr));
+}
+
+void ProxyClassTest::cleanup()
+{
+    // The proxy goes before the application it talks to.
+    m_proxy.reset();
+    m_fake.reset();
+}
+
+std::unique_ptr<QDBusAbstractInterface> ProxyClassTest::makeAbsent() const
+{
+    return std::unique_ptr<QDBusAbstractInterface>(m_class.make(absentService(), m_path, nullptr));
+}
+
+QByteArray ProxyClassTest::tag(const OperationRow &row, const char *situation) const
+{
+    return QByteArray(m_class.className) + '/' + row.operation + '/' + situation;
+}
+
+void ProxyClassTest::addRows(const QList<OperationRow> &rows, const char *situation) const
+{
+    QTest::addColumn<OperationRow>("row");
+    for (const OperationRow &row : rows)
+        QTest::newRow(tag(row, situation).constData()) << row;
+}
+
+QList<OperationRow> ProxyClassTest::sendingRows() const
+{
+    QList<OperationRow> rows = m_class.sent + m_class.replies + m_class.voidReplies + m_class.asyncs + m_class.comps;
+    if (m_class.setToDefault.run)
+        rows.append(m_class.setToDefault);
+    return rows;
+}
+
 QList<LogLine> ProxyClassTest::failureLines(const OperationRow &row, const QString &service,
                                             const QString &message) const
 {
-    const QStringList report{reportLine(row.report, service, m_path, message)};
-    const QStringList lines = QStringList(row.logLines).replaceInStrings(QStringLiteral("%1"), quoted(message));
-    return debugLines(row.report.isEmpty() ? lines : report + lines);
+    if (judgesItsReply(row))
+        return debugLines({reportLine(row.log.report, service, m_path, message)});
+    return debugLines(QStringList(row.log.lines).replaceInStrings(QStringLiteral("%1"), quoted(message)));
+}
+
+// ---- construction ---------------------------------------------------------------------------
+
+void ProxyClassTest::constructionPassesItsArgumentsOnAndSendsNothing()
+{
+    verifyConstructionContract(m_class.make, *m_fake, m_path);
+}
+
+void ProxyClassTest::constructionForAnAbsentServiceKeepsItsArgumentsAndLogsNothing()
+{
+    LogCapture log;
+    const std::unique_ptr<QDBusAbstractInterface> absent = makeAbsent();
+
+    QCOMPARE(absent->service(), absentService());
+    QCOMPARE(absent->path(), m_path);
+    QCOMPARE(log.lines(), QList<LogLine>());
+    QVERIFY(m_proxy->isValid());
 }
 
 void ProxyClassTest::keepsNoDataBesideTheBaseButItsOwn()
@@ -78,51 +233,90 @@ void ProxyClassTest::keepsNoDataBesideTheBaseButItsOwn()
     QCOMPARE(m_class.size, sizeof(QDBusAbstractInterface) + m_class.ownData);
 }
 
+// ---- what goes out and what comes back ------------------------------------------------------
+
 void ProxyClassTest::sendsEachOperationWithItsWireForm_data()
 {
-    addRows(m_class.sent + m_class.replies + m_class.voidReplies + m_class.asyncs + m_class.comps, "sent");
+    addRows(sendingRows(), "sent");
 }
 
 void ProxyClassTest::sendsEachOperationWithItsWireForm()
 {
-    verifySentAsItsRow(*m_fake, *m_proxy);
+    if (!QTest::currentDataTag()) // an empty table runs the function once, without data
+        QSKIP("The class has no operation of that kind.");
+    QFETCH(OperationRow, row);
+    verifySentAsItsRow(*m_fake, *m_proxy, row);
 }
 
 void ProxyClassTest::mapsEachReply_data()
 {
     addMappedReplyColumns();
-    // What a checked getter logs is judged below.
-    for (const OperationRow &row : m_class.replies)
-        addMappedReplyRows(tag(row, ""), row, row.logLines.isEmpty() ? LogCheck::Nothing : LogCheck::Unchecked);
-    for (const OperationRow &row : m_class.voidReplies)
-        addMappedVoidReplyRows(tag(row, ""), row);
-    for (const OperationRow &row : m_class.answers) {
-        addMappedReplyRow(tag(row, "answered"), row.run, row.wireMember(), ScriptedAnswer::value(row.answered), true,
-                          row.seen.isValid() ? row.seen : row.answered);
+    // What a checked getter logs is judged by the checks of checked getters; one following
+    // lastError() logs only on an error reply.
+    for (const OperationRow &row : m_class.replies) {
+        const LogCheck onError = logsFailures(row) ? LogCheck::Unchecked : LogCheck::Nothing;
+        const LogCheck onOtherFailures = judgesItsReply(row) ? LogCheck::Unchecked : LogCheck::Nothing;
+        addMappedReplyRow(tag(row, "answered"), row, ScriptedAnswer::value(row.reply.answered), true,
+                          seenOfAnswer(row));
+        addMappedReplyRow(tag(row, "error reply"), row, refusal, false, row.reply.empty, onError);
+        addMappedReplyRow(tag(row, "wrong type"), row, ScriptedAnswer::value(row.reply.wrongType), false,
+                          row.reply.empty, onOtherFailures);
+        addMappedReplyRow(tag(row, "empty return"), row, ScriptedAnswer::reply(), false, row.reply.empty,
+                          onOtherFailures);
     }
+    for (const OperationRow &row : m_class.voidReplies) {
+        addMappedReplyRow(tag(row, "answered"), row, ScriptedAnswer::reply(), true, QVariant());
+        addMappedReplyRow(tag(row, "answered with a value"), row, ScriptedAnswer::value(row.reply.answered), true,
+                          QVariant());
+        addMappedReplyRow(tag(row, "error reply"), row, refusal, false, QVariant());
+    }
+    for (const OperationRow &row : m_class.answers)
+        addMappedReplyRow(tag(row, "answered"), row, ScriptedAnswer::value(row.reply.answered), true,
+                          seenOfAnswer(row));
 }
 
 void ProxyClassTest::mapsEachReply()
 {
-    verifyMappedReply(*m_fake, *m_proxy);
+    if (!QTest::currentDataTag())
+        QSKIP("The class has no operation of that kind.");
+    QFETCH(OperationRow, row);
+    QFETCH(ScriptedAnswer, answer);
+    QFETCH(bool, valid);
+    QFETCH(QVariant, value);
+    QFETCH(LogCheck, log);
+
+    LogCapture capture;
+    m_fake->answer(row.call.member, answer);
+    const Seen seen = row.run(*m_proxy);
+    if (seen.error) // a plain value shows a failure only as the empty value
+        QCOMPARE(seen.valid, valid);
+    QCOMPARE(seen.value.userType(), value.userType());
+    QCOMPARE(seen.value, value);
+    if (log == LogCheck::Nothing)
+        QCOMPARE(capture.lines(), QList<LogLine>());
 }
 
 void ProxyClassTest::failsWhenTheServiceIsAbsentAndLogsOnlyItsOwnLines_data()
 {
-    addRows(m_class.checked + m_class.replies + m_class.voidReplies + m_class.comps, "absent service");
+    QList<OperationRow> rows = m_class.replies + m_class.voidReplies + m_class.comps;
+    if (m_class.setToDefault.run)
+        rows.append(m_class.setToDefault);
+    addRows(rows, "absent service");
 }
 
 void ProxyClassTest::failsWhenTheServiceIsAbsentAndLogsOnlyItsOwnLines()
 {
+    if (!QTest::currentDataTag())
+        QSKIP("The class has no operation of that kind.");
     QFETCH(OperationRow, row);
 
     LogCapture log;
     const std::unique_ptr<QDBusAbstractInterface> absent = makeAbsent();
     const Seen seen = row.run(*absent);
 
-    QCOMPARE(seen.value, row.empty);
-    QCOMPARE(seen.value.userType(), row.empty.userType());
-    if (row.empty.userType() == QMetaType::QString)
+    QCOMPARE(seen.value, row.reply.empty);
+    QCOMPARE(seen.value.userType(), row.reply.empty.userType());
+    if (row.reply.empty.userType() == QMetaType::QString)
         QVERIFY(seen.value.toString().isNull());
     if (seen.error) { // a plain value carries none, and shows its failure only as the empty value
         QVERIFY(!seen.valid);
@@ -135,6 +329,26 @@ void ProxyClassTest::failsWhenTheServiceIsAbsentAndLogsOnlyItsOwnLines()
     QCOMPARE(log.lines(), failureLines(row, absentService(), message));
 }
 
+void ProxyClassTest::plainOperationsLogNothingOnAnErrorReply()
+{
+    QList<OperationRow> plain;
+    for (const OperationRow &row : m_class.replies + m_class.voidReplies) {
+        if (!logsFailures(row))
+            plain.append(row);
+    }
+    LogCapture log;
+    for (const OperationRow &row : plain)
+        m_fake->answer(row.call.member, ScriptedAnswer::error(failedErrorName(), QStringLiteral("refused")));
+
+    for (const OperationRow &row : plain)
+        QVERIFY2(!row.run(*m_proxy).valid, row.operation);
+
+    QCOMPARE(m_fake->callCount(), int(plain.size()));
+    QCOMPARE(log.lines(), QList<LogLine>());
+}
+
+// ---- checked getters, which log their failures ---------------------------------------------
+
 void ProxyClassTest::checkedGettersGiveTheAnswerOrEmptyAfterTheirLines_data()
 {
     QTest::addColumn<OperationRow>("row");
@@ -146,46 +360,51 @@ void ProxyClassTest::checkedGettersGiveTheAnswerOrEmptyAfterTheirLines_data()
                                const QVariant &result, const QStringList &lines) {
         QTest::newRow(tag(getter, situation).constData()) << getter << answer << result << lines;
     };
-    // A getter names its lines in .logLines, or logs the one line .report opens; reportLine()
-    // quotes an empty message as "", which gives way to the message quoted here.
+    // A getter names its lines written out, or logs the one line its report opens;
+    // reportLine() quotes an empty message as "", which gives way to the message quoted here.
     const QString service = FakeMeasApplication::serviceFor(QStringLiteral("fake"));
     const auto fail = [&](const OperationRow &getter, const char *situation, const ScriptedAnswer &answer,
                           const QString &quotedMessage) {
-        const QStringList lines = getter.logLines.isEmpty()
-            ? QStringList{reportLine(getter.report, service, m_path, QString()).chopped(2) + quotedMessage}
-            : QStringList(getter.logLines).replaceInStrings(QStringLiteral("%1"), quotedMessage);
-        addRow(getter, situation, answer, getter.empty, lines);
+        const QStringList lines = getter.log.lines.isEmpty()
+            ? QStringList{reportLine(getter.log.report, service, m_path, QString()).chopped(2) + quotedMessage}
+            : QStringList(getter.log.lines).replaceInStrings(QStringLiteral("%1"), quotedMessage);
+        addRow(getter, situation, answer, getter.reply.empty, lines);
     };
     const auto failOnErrors = [&](const OperationRow &getter) {
         for (const LoggedError &error : m_class.errors)
             fail(getter, error.name, ScriptedAnswer::error(failedErrorName(), error.message), error.quoted);
     };
+    const auto refuse = [&](const OperationRow &getter) {
+        QVERIFY2(!getter.log.typeError.isEmpty(), getter.operation);
+        fail(getter, "wrong type", ScriptedAnswer::value(getter.reply.wrongType), quoted(getter.log.typeError));
+    };
 
-    for (const OperationRow &getter : m_class.checked) {
-        addRow(getter, "answered", ScriptedAnswer::value(getter.answered),
-               getter.seen.isValid() ? getter.seen : getter.answered, {});
-        failOnErrors(getter);
-        fail(getter, "wrong type", ScriptedAnswer::value(getter.wrongType), quoted(getter.typeError));
-        // QtDBus names the type it expected in the same words whatever it got.
-        const QString expected = getter.typeError.section(QStringLiteral(", expected "), 1);
-        fail(getter, "empty return", ScriptedAnswer::reply(),
-             quoted(QStringLiteral("Unexpected reply signature: got \"<empty signature>\", expected ") + expected));
+    for (const OperationRow &getter : m_class.replies) {
+        if (judgesItsReply(getter)) {
+            addRow(getter, "answered", ScriptedAnswer::value(getter.reply.answered), seenOfAnswer(getter), {});
+            failOnErrors(getter);
+            refuse(getter);
+            // QtDBus names the type it expected in the same words whatever it got.
+            const QString expected = getter.log.typeError.section(QStringLiteral(", expected "), 1);
+            fail(getter, "empty return", ScriptedAnswer::reply(),
+                 quoted(QStringLiteral("Unexpected reply signature: got \"<empty signature>\", expected ") + expected));
+        } else if (logsFailures(getter)) {
+            // These follow the proxy's lastError(), which a well-formed answer of the wrong type does not set.
+            failOnErrors(getter);
+            addRow(getter, "wrong type", ScriptedAnswer::value(getter.reply.wrongType), getter.reply.empty, {});
+        }
     }
     for (const OperationRow &getter : m_class.refused)
-        fail(getter, "wrong type", ScriptedAnswer::value(getter.wrongType), quoted(getter.typeError));
-    // These follow the proxy's lastError(), which a well-formed answer of the wrong type does not set.
-    for (const OperationRow &getter : m_class.replies + m_class.compLines) {
-        if (getter.logLines.isEmpty())
-            continue;
-        failOnErrors(getter);
-        if (getter.wrongType.isValid())
-            addRow(getter, "wrong type", ScriptedAnswer::value(getter.wrongType), getter.empty, {});
+        refuse(getter);
+    for (const OperationRow &comp : m_class.comps) {
+        if (!comp.log.lines.isEmpty())
+            failOnErrors(comp);
     }
 }
 
 void ProxyClassTest::checkedGettersGiveTheAnswerOrEmptyAfterTheirLines()
 {
-    if (!QTest::currentDataTag()) // an empty table runs the function once, without data
+    if (!QTest::currentDataTag())
         QSKIP("The class has no checked getter.");
     QFETCH(OperationRow, row);
     QFETCH(ScriptedAnswer, answer);
@@ -195,7 +414,7 @@ void ProxyClassTest::checkedGettersGiveTheAnswerOrEmptyAfterTheirLines()
     // The rows' lines name the application's default service.
     QCOMPARE(m_fake->service(), FakeMeasApplication::serviceFor(QStringLiteral("fake")));
     LogCapture log;
-    m_fake->answer(row.wireMember(), answer);
+    m_fake->answer(row.call.member, answer);
 
     const Seen seen = row.run(*m_proxy);
 
@@ -215,7 +434,33 @@ void ProxyClassTest::checkedGettersGiveTheAnswerOrEmptyAfterTheirLines()
     QCOMPARE(log.lines(), debugLines(lines));
     // Only an error answer is the call's own failure; a refused answer is the getter's judgement.
     QCOMPARE(m_proxy->lastError().isValid(), answer.kind == ScriptedAnswer::Error);
-    verifySingleCall(*m_fake, m_path, row.wireMember(), row.signature, wireTexts(row.arguments));
+    verifySingleCall(*m_fake, m_path, row);
+}
+
+void ProxyClassTest::checkedGettersLogTheirLinesWhenTheApplicationVanishes_data()
+{
+    QList<OperationRow> getters;
+    for (const OperationRow &row : m_class.replies) {
+        if (logsFailures(row))
+            getters.append(row);
+    }
+    addRows(getters, "application vanishes");
+}
+
+void ProxyClassTest::checkedGettersLogTheirLinesWhenTheApplicationVanishes()
+{
+    if (!QTest::currentDataTag())
+        QSKIP("The class has no checked getter.");
+    QFETCH(OperationRow, row);
+    LogCapture log;
+    m_fake->answer(row.call.member, ScriptedAnswer::vanish());
+
+    const QVariant value = row.run(*m_proxy).value;
+
+    QCOMPARE(value, row.reply.empty);
+    const QDBusError error = m_proxy->lastError();
+    QVERIFY(error.isValid());
+    QCOMPARE(log.lines(), failureLines(row, m_fake->service(), error.message()));
 }
 
 void ProxyClassTest::getTimeStampKeepsTheApplicationsTimeSpec()
@@ -233,29 +478,65 @@ void ProxyClassTest::getTimeStampKeepsTheApplicationsTimeSpec()
     QCOMPARE(log.lines(), QList<LogLine>());
 }
 
-void ProxyClassTest::plainOperationsLogNothingOnAnErrorReply()
+// ---- setToDefault() and the fire-and-forget operations --------------------------------------
+
+void ProxyClassTest::setToDefaultWaitsForTheAnswerAndDropsIt()
 {
-    QList<OperationRow> plain;
-    for (const OperationRow &row : m_class.replies + m_class.voidReplies) {
-        if (row.logLines.isEmpty())
-            plain.append(row);
-    }
+    const OperationRow &row = m_class.setToDefault;
+    if (!row.run)
+        QSKIP("The class has no setToDefault() that returns nothing.");
     LogCapture log;
-    for (const OperationRow &row : plain)
-        m_fake->answer(row.wireMember(), ScriptedAnswer::error(failedErrorName(), QStringLiteral("refused")));
+    m_fake->answer(row.call.member, ScriptedAnswer::error(failedErrorName(), QStringLiteral("reset refused")));
 
-    for (const OperationRow &row : plain)
-        QVERIFY2(!row.run(*m_proxy).valid, row.operation);
+    row.run(*m_proxy);
 
-    QCOMPARE(m_fake->callCount(), int(plain.size()));
+    // Nothing was run in between: the call came back only once the application had answered.
+    QCOMPARE(m_fake->callCount(), 1);
+    verifySingleCall(*m_fake, m_path, row);
+    QCOMPARE(m_proxy->lastError().name(), failedErrorName());
+    QCOMPARE(m_proxy->lastError().message(), QStringLiteral("reset refused"));
     QCOMPARE(log.lines(), QList<LogLine>());
+
+    // A good answer after a failed one clears the proxy's error again.
+    m_fake->answer(row.call.member, ScriptedAnswer::reply());
+    row.run(*m_proxy);
+    QCOMPARE(m_fake->callCount(), 2);
+    QVERIFY(!m_proxy->lastError().isValid());
 }
 
 void ProxyClassTest::asyncOperationsReturnAtOnceAndLeaveLastErrorAlone()
 {
     if (m_class.asyncs.isEmpty())
         QSKIP("The class has no fire-and-forget operation.");
-    verifyAsyncCallsReturnAtOnce(*m_fake, *m_proxy, m_class.failingCall, m_class.asyncs);
+    // The application never answers them: calls that waited would not come back in time for
+    // the fake to see them all.
+    const OperationRow &failingCall = m_class.failingCall;
+    m_fake->answer(failingCall.call.member,
+                   ScriptedAnswer::error(failedErrorName(), QStringLiteral("earlier failure")));
+    for (const OperationRow &row : m_class.asyncs)
+        m_fake->answer(row.call.member, ScriptedAnswer::silence());
+    {
+        // What the refused call logs is judged elsewhere.
+        LogCapture earlierLog;
+        failingCall.run(*m_proxy);
+    }
+    QCOMPARE(m_proxy->lastError().message(), QStringLiteral("earlier failure"));
+
+    LogCapture log;
+    for (const OperationRow &row : m_class.asyncs)
+        row.run(*m_proxy);
+
+    const int expectedCalls = 1 + int(m_class.asyncs.size());
+    QVERIFY(m_fake->waitForCalls(expectedCalls));
+    const QList<ReceivedCall> calls = m_fake->calls();
+    QCOMPARE(calls.size(), expectedCalls);
+    verifyReceivedCall(calls.at(0), m_path, failingCall);
+    for (int i = 0; i < m_class.asyncs.size() && !QTest::currentTestFailed(); ++i)
+        verifyReceivedCall(calls.at(i + 1), m_path, m_class.asyncs.at(i));
+    if (QTest::currentTestFailed())
+        return;
+    QCOMPARE(m_proxy->lastError().message(), QStringLiteral("earlier failure"));
+    QCOMPARE(log.lines(), QList<LogLine>());
 }
 
 void ProxyClassTest::asyncOperationsToAnAbsentServiceShowNothing_data()
@@ -268,8 +549,18 @@ void ProxyClassTest::asyncOperationsToAnAbsentServiceShowNothing()
     if (!QTest::currentDataTag())
         QSKIP("The class has no fire-and-forget operation.");
     QFETCH(OperationRow, row);
-    verifyAsyncCallsShowNothing(*makeAbsent(), {row});
+    LogCapture log;
+    const std::unique_ptr<QDBusAbstractInterface> absent = makeAbsent();
+    const QDBusError before = absent->lastError();
+
+    row.run(*absent);
+
+    QCOMPARE(absent->lastError().type(), before.type());
+    QCOMPARE(absent->lastError().message(), before.message());
+    QCOMPARE(log.lines(), QList<LogLine>());
 }
+
+// ---- the Comp getters -----------------------------------------------------------------------
 
 void ProxyClassTest::compGettersReturnTheElementsAsSent_data()
 {
@@ -285,7 +576,7 @@ void ProxyClassTest::compGettersReturnTheElementsAsSent()
     const QList<QVariant> sent{3, QStringLiteral("3 counts"), -1.5, true, 1};
     const QList<int> types{QMetaType::Int, QMetaType::QString, QMetaType::Double, QMetaType::Bool, QMetaType::Int};
     LogCapture log;
-    m_fake->answer(row.wireMember(), ScriptedAnswer::value(sent));
+    m_fake->answer(row.call.member, ScriptedAnswer::value(sent));
 
     const QList<QVariant> received = row.run(*m_proxy).value.toList();
 
@@ -296,7 +587,7 @@ void ProxyClassTest::compGettersReturnTheElementsAsSent()
         QCOMPARE(received.at(i).userType(), types.at(i));
         QVERIFY(received.at(i).userType() != qMetaTypeId<QDBusVariant>());
     }
-    verifySingleCall(*m_fake, m_path, row.wireMember(), "", {});
+    verifySingleCall(*m_fake, m_path, row);
     QCOMPARE(log.lines(), QList<LogLine>());
 }
 
@@ -330,13 +621,13 @@ void ProxyClassTest::compGettersGiveAnEmptyListAndReportAnyFailureInOneLine()
     QFETCH(QString, messageOpening);
 
     LogCapture log;
-    m_fake->answer(row.wireMember(), answer);
+    m_fake->answer(row.call.member, answer);
 
     QCOMPARE(row.run(*m_proxy).value, emptyList);
 
-    verifySingleCall(*m_fake, m_path, row.wireMember(), "", {});
+    verifySingleCall(*m_fake, m_path, row);
     // The line quotes the message QDBusReply itself makes of the answer; an empty list is no failure.
-    const QString message = listReplyErrorOf(m_fake->service(), m_path, row.wireMember());
+    const QString message = listReplyErrorOf(m_fake->service(), m_path, row.call.member);
     QVERIFY2(message.startsWith(messageOpening), qPrintable(message));
     QCOMPARE(message.isEmpty(), messageOpening.isEmpty());
     QCOMPARE(log.lines(), message.isEmpty() ? QList<LogLine>() : failureLines(row, m_fake->service(), message));
@@ -346,44 +637,81 @@ void ProxyClassTest::aFailedCompCallLeavesTheProxyAsItWas()
 {
     if (m_class.comps.isEmpty())
         QSKIP("The class has no Comp getter.");
-    const OperationRow getValueComp = rowNamed(m_class.comps, "getValueComp");
-    const OperationRow getValue = rowNamed(m_class.replies, "getValue");
-    QVERIFY(getValueComp.run && getValue.run);
-    // One reading: the value and the text the table's getters are answered with.
-    const QList<QVariant> composite{getValue.answered, rowNamed(m_class.replies, "getString").answered};
+    const OperationRow &comp = m_class.comps.first();
+    const OperationRow &reading = m_class.reading;
+    QVERIFY2(reading.run, "the table names no reading");
+    const QList<QVariant> composite{reading.reply.answered, reading.reply.answered.toString()};
+    const ScriptedAnswer notYet = ScriptedAnswer::error(failedErrorName(), QStringLiteral("not yet"));
 
     LogCapture log;
-    m_fake->answer("getValueComp", ScriptedAnswer::error(failedErrorName(), QStringLiteral("not yet")));
-    m_fake->answer("getValue", ScriptedAnswer::error(failedErrorName(), QStringLiteral("not yet")));
-    QCOMPARE(getValueComp.run(*m_proxy).value, emptyList);
-    QVERIFY(!getValue.run(*m_proxy).valid);
+    m_fake->answer(comp.call.member, notYet);
+    m_fake->answer(reading.call.member, notYet);
+    QCOMPARE(comp.run(*m_proxy).value, emptyList);
+    QVERIFY(!reading.run(*m_proxy).valid);
 
-    m_fake->answer("getValueComp", ScriptedAnswer::value(composite));
-    m_fake->answer("getValue", ScriptedAnswer::value(getValue.answered));
-    QCOMPARE(getValueComp.run(*m_proxy).value, QVariant::fromValue(composite));
-    QCOMPARE(getValue.run(*m_proxy).value, getValue.answered);
+    m_fake->answer(comp.call.member, ScriptedAnswer::value(composite));
+    m_fake->answer(reading.call.member, ScriptedAnswer::value(reading.reply.answered));
+    QCOMPARE(comp.run(*m_proxy).value, QVariant::fromValue(composite));
+    QCOMPARE(reading.run(*m_proxy).value, reading.reply.answered);
 
     // The calls after the failure go out as the ones before it did.
     QVERIFY(m_fake->waitForCalls(4));
     const QList<ReceivedCall> calls = m_fake->calls();
     QCOMPARE(calls.size(), 4);
     for (int i = 0; i < calls.size(); ++i)
-        verifyReceivedCall(calls.at(i), m_path, i % 2 == 0 ? getValueComp : getValue);
+        verifyReceivedCall(calls.at(i), m_path, i % 2 == 0 ? comp : reading);
     QCOMPARE(log.lines().size(), 1);
 }
+
+// ---- the meta-object, slots invoked by name and signals --------------------------------------
 
 void ProxyClassTest::metaObjectListsSignalsThenSlotsInDeclarationOrder()
 {
     const QMetaObject &meta = *m_proxy->metaObject();
-    QCOMPARE(QByteArray(meta.className()), QByteArray(m_className));
-    verifySignalsThenSlots(meta, *m_proxy, m_class.signalSignatures, m_class.slotSignatures);
-    if (!m_class.returnTypes.isEmpty())
-        QCOMPARE(ownMethodReturnTypes(meta), m_class.returnTypes);
+    QCOMPARE(QByteArray(meta.className()), QByteArray(m_class.className));
+    verifySignalsThenSlots(meta, *m_proxy, signaturesOf(m_class.signalSignatures),
+                           signaturesOf(m_class.slotSignatures));
+    for (const QString &method : m_class.signalSignatures + m_class.slotSignatures) {
+        const auto [returnType, signature] = returnTypeAndSignature(method);
+        if (returnType.isEmpty())
+            continue;
+        const int index = meta.indexOfMethod(signature.toLatin1().constData());
+        QVERIFY2(index >= meta.methodOffset(), qPrintable(signature));
+        QCOMPARE(QString::fromLatin1(meta.method(index).typeName()), returnType);
+    }
+}
+
+void ProxyClassTest::metaObjectPlacesEachMethodAtItsIndex_data()
+{
+    QTest::addColumn<int>("index");
+    QTest::addColumn<QString>("signature");
+    QTest::addColumn<int>("type");
+    const QStringList signalSignatures = signaturesOf(m_class.signalSignatures);
+    int index = 0;
+    for (const QString &signature : signalSignatures + signaturesOf(m_class.slotSignatures)) {
+        const bool isSignal = index < signalSignatures.size();
+        QTest::newRow((QByteArray(m_class.className) + '/' + signature.toLatin1() + "/placed").constData())
+            << index << signature << int(isSignal ? QMetaMethod::Signal : QMetaMethod::Slot);
+        ++index;
+    }
+}
+
+void ProxyClassTest::metaObjectPlacesEachMethodAtItsIndex()
+{
+    QFETCH(int, index);
+    QFETCH(QString, signature);
+    QFETCH(int, type);
+
+    const QMetaObject &meta = *m_proxy->metaObject();
+    const QMetaMethod method = meta.method(meta.methodOffset() + index);
+    QCOMPARE(QString::fromLatin1(method.methodSignature()), signature);
+    QCOMPARE(int(method.methodType()), type);
+    QCOMPARE(meta.indexOfMethod(signature.toLatin1().constData()), meta.methodOffset() + index);
 }
 
 void ProxyClassTest::metaCastKnowsTheClassAndLeavesTheRestToTheBase()
 {
-    verifyMetaCast(*m_proxy, m_className, m_class.otherClasses);
+    verifyMetaCast(*m_proxy, m_class.className, m_class.otherClasses);
 }
 
 void ProxyClassTest::invokingSlotsByNameGivesTheDirectResult_data()
@@ -393,7 +721,21 @@ void ProxyClassTest::invokingSlotsByNameGivesTheDirectResult_data()
 
 void ProxyClassTest::invokingSlotsByNameGivesTheDirectResult()
 {
-    verifyInvokedByName(m_class.sent + m_class.replies + m_class.voidReplies + m_class.asyncs + m_class.comps);
+    if (!QTest::currentDataTag())
+        QSKIP("The test invokes no slot by name.");
+    QFETCH(OperationRow, row);
+    QVERIFY2(row.direct, "no direct call");
+    const QVariant &answered = row.reply.answered;
+    m_fake->answer(row.call.member, answered.isValid() ? ScriptedAnswer::value(answered) : ScriptedAnswer::reply());
+
+    const Seen byName = row.run(*m_proxy);
+    QVERIFY(byName.valid || !answered.isValid());
+    QCOMPARE(byName.value, seenOfAnswer(row));
+    verifySingleCall(*m_fake, m_path, row);
+
+    const Seen direct = row.direct(*m_proxy);
+    QCOMPARE(direct.valid, byName.valid);
+    QCOMPARE(direct.value, byName.value);
 }
 
 void ProxyClassTest::namesThatAreNoSlotCannotBeInvoked()
@@ -420,14 +762,16 @@ void ProxyClassTest::namesThatAreNoSlotCannotBeInvoked()
     verifySingleCall(*m_fake, m_path, "getValue", "", {});
 }
 
-void ProxyClassTest::relaysItsSignalsOfItsOwnObjectOnly_data()
+void ProxyClassTest::relaysEachSignalOfItsOwnObjectOnly_data()
 {
     QTest::addColumn<OperationRow>("row");
-    for (const OperationRow &row : m_class.signalsRelayed)
-        QTest::newRow(tag(row, wireTexts(row.arguments).join(QStringLiteral(", ")).toUtf8().constData())) << row;
+    for (const OperationRow &row : m_class.relayed) {
+        const QString arguments = wireTexts(row.call.arguments).join(QStringLiteral(", "));
+        QTest::newRow(tag(row, arguments.isEmpty() ? "no arguments" : arguments.toUtf8().constData())) << row;
+    }
 }
 
-void ProxyClassTest::relaysItsSignalsOfItsOwnObjectOnly()
+void ProxyClassTest::relaysEachSignalOfItsOwnObjectOnly()
 {
     if (!QTest::currentDataTag())
         QSKIP("The class relays no signal.");
@@ -435,5 +779,5 @@ void ProxyClassTest::relaysItsSignalsOfItsOwnObjectOnly()
 
     // The Qt signal as SIGNAL() writes it.
     const QByteArray qtSignal = QByteArray::number(QSIGNAL_CODE) + row.operation;
-    verifySignalRelay(*m_proxy, *m_fake, qtSignal.constData(), row.wireMember(), row.arguments);
+    verifySignalRelay(*m_proxy, *m_fake, qtSignal.constData(), row.call.member, row.call.arguments);
 }

@@ -35,9 +35,8 @@ inline QString absentService()
 }
 
 // The vocabulary every proxy test speaks: what the caller saw (Seen), an operation of any
-// proxy class (ProxyOperation, made by onProxy or byName), one table row with named fields
-// (OperationRow), the one check of a single call (verifySingleCall), one log expectation
-// (LogCheck) and one quoting helper (quoted).
+// proxy class (ProxyOperation, made by onProxy or byName), the one check of a single call
+// (verifySingleCall) and one quoting helper (quoted).
 
 /// What the caller saw of one operation: whether it succeeded, the value it got, and the
 /// error of the reply it was handed, if it was handed one (a plain value carries none).
@@ -153,42 +152,6 @@ ProxyOperation byName(const char *slot, Args... arguments)
     };
 }
 
-/**
- * One operation of a proxy class as a test table states it; the fields a check does not
- * read stay empty. Written with designated initialisers, so that a row reads as what it
- * states: {.operation = "getValue", .run = onProxy(&P::getValue), .answered = 42, ...}.
- */
-struct OperationRow
-{
-    /// The operation's name, as the rows' tags give it.
-    const char *operation;
-    ProxyOperation run = {};
-    /// The member sent on the bus, where it is not the operation's name.
-    QString member = {};
-    QString signature = {};
-    /// The arguments as they go out.
-    QList<QVariant> arguments = {};
-    /// An answer that reaches the caller as it is, or as .seen where that is given.
-    QVariant answered = {};
-    /// What the caller gets of .answered, where it is not .answered itself (an unwrapped variant).
-    QVariant seen = {};
-    /// A well-formed answer of another type, which the caller must see as a failure.
-    QVariant wrongType = {};
-    /// What the caller sees after any failure.
-    QVariant empty = {};
-    /// The opening of the line the operation logs when it fails.
-    QString report = {};
-    /// QtDBus's message for .wrongType, which a checked getter quotes in its line.
-    QString typeError = {};
-    /// The lines the operation logs when it fails, "%1" standing for the quoted error message.
-    QStringList logLines = {};
-    /// The arguments as wire texts (wireText()), where they are custom types; replaces .arguments.
-    QStringList wireArguments = {};
-
-    QString wireMember() const { return member.isEmpty() ? QString::fromLatin1(operation) : member; }
-};
-Q_DECLARE_METATYPE(OperationRow)
-
 /// The message of QtDBus's own error for a reply of @p value where an R was expected.
 template<typename R>
 QString replyTypeError(const QVariant &value)
@@ -198,10 +161,6 @@ QString replyTypeError(const QVariant &value)
     const QDBusReply<R> reply(call.createReply(value));
     return reply.error().message();
 }
-
-/// Whether a check also requires that nothing was logged.
-enum class LogCheck { Unchecked, Nothing };
-Q_DECLARE_METATYPE(LogCheck)
 
 /// @p text as the debug stream writes a QString item: quoted, inner quotes and backslashes escaped.
 inline QString quoted(const QString &text)
@@ -316,97 +275,9 @@ protected:
  */
 void verifyConstructionContract(const ProxyFactory &make, FakeMeasApplication &fake, const QString &path);
 
-template<typename Proxy>
-void verifyConstructionContract(FakeMeasApplication &fake, const QString &path)
-{
-    verifyConstructionContract(factoryOf<Proxy>(), fake, path);
-}
-
-/// A proxy made for a service nobody owns keeps what it was given and logs nothing.
-template<typename Proxy>
-void verifyConstructionForAnAbsentService(const QString &path)
-{
-    LogCapture log;
-    Proxy absent(absentService(), path, QDBusConnection::sessionBus());
-
-    QCOMPARE(absent.service(), absentService());
-    QCOMPARE(absent.path(), path);
-    QCOMPARE(log.lines(), QList<LogLine>());
-}
-
-/// The columns of verifyMappedReply()'s rows.
-void addMappedReplyColumns();
-
-/// A row of verifyMappedReply(): the application answers @p member with @p answer, and the
-/// caller of @p operation sees @p valid and @p value.
-void addMappedReplyRow(const QByteArray &tag, const ProxyOperation &operation, const QString &member,
-                       const ScriptedAnswer &answer, bool valid, const QVariant &value,
-                       LogCheck log = LogCheck::Nothing);
-
-/// The rows of an operation handing back a reply with a value: answered with .answered; an
-/// error reply, an answer of .wrongType's type and an empty return, each giving .empty.
-/// @p errorLogs says what the error reply may log, @p otherFailureLogs what the other two
-/// may. Tags begin with @p prefix.
-void addMappedReplyRows(const QByteArray &prefix, const OperationRow &row, LogCheck errorLogs = LogCheck::Nothing,
-                        LogCheck otherFailureLogs = LogCheck::Nothing);
-
-/// The rows of an operation handing back QDBusReply<void>: valid on any method return,
-/// .answered among them, invalid on an error reply.
-void addMappedVoidReplyRows(const QByteArray &prefix, const OperationRow &row);
-
-/// The row's operation, answered as the row says, shows the row's validity and value.
-void verifyMappedReply(FakeMeasApplication &fake, QDBusAbstractInterface &proxy);
-
 /// qt_metacast answers the class's own name with the object and leaves other names to the
 /// base; @p otherNames (near misses, other classes) are not the class.
 void verifyMetaCast(QDBusAbstractInterface &proxy, const char *className, const QList<const char *> &otherNames = {});
-
-/// One received call against the row's wire form: member, signature and arguments.
-void verifyReceivedCall(const ReceivedCall &call, const QString &path, const OperationRow &row);
-
-/// The row's operation sends exactly the row's call, and nothing else.
-void verifySentAsItsRow(FakeMeasApplication &fake, QDBusAbstractInterface &proxy, const OperationRow &row);
-
-/// The same, for the current row of addOperationRows().
-void verifySentAsItsRow(FakeMeasApplication &fake, QDBusAbstractInterface &proxy);
-
-/**
- * @p asyncs return at once: the application never answers them, so calls that waited would
- * not come back in time for the fake to see them all. They leave the lastError() that
- * @p failingCall, which the application refuses, has set, and log nothing.
- */
-void verifyAsyncCallsReturnAtOnce(FakeMeasApplication &fake, QDBusAbstractInterface &proxy,
-                                  const OperationRow &failingCall, const QList<OperationRow> &asyncs);
-
-/// @p asyncs on a proxy of a service nobody owns leave lastError() as it was and log nothing.
-void verifyAsyncCallsShowNothing(QDBusAbstractInterface &absent, const QList<OperationRow> &asyncs);
-
-/// A row per operation, tagged with its name, in the column "row".
-void addOperationRows(const QList<OperationRow> &rows);
-
-/// The row's operation on a proxy of a service nobody owns fails: it shows .empty, and the
-/// bus's ServiceUnknown error in the reply it is handed (if any) and in lastError().
-void verifyFailsWhenTheServiceIsAbsent(const ProxyFactory &make, const QString &path,
-                                       LogCheck log = LogCheck::Unchecked);
-
-/// An error answer and its message as a report line quotes it.
-struct LoggedError
-{
-    const char *name;
-    QString message;
-    QString quoted;
-};
-
-/// Per checked getter (.report opens its line), a row per error of @p errors and one for its
-/// .wrongType answer, which QtDBus refuses with .typeError.
-void addLoggedFailureRows(const QList<OperationRow> &getters, const QList<LoggedError> &errors);
-
-/// The row's checked getter, answered as the row says, gives .empty and logs its one line.
-void verifyLoggedFailure(FakeMeasApplication &fake, QDBusAbstractInterface &proxy);
-
-/// The row's checked getter (rows of addOperationRows()) on a proxy of a service nobody
-/// owns: .empty, ServiceUnknown, and one line quoting QtDBus's message.
-void verifyLoggedFailureWhenTheServiceIsAbsent(const ProxyFactory &make, const QString &path);
 
 /**
  * Checks that @p qtSignal of @p proxy relays the bus signal @p member of the proxy's own
@@ -417,43 +288,16 @@ void verifyLoggedFailureWhenTheServiceIsAbsent(const ProxyFactory &make, const Q
 void verifySignalRelay(QDBusAbstractInterface &proxy, FakeMeasApplication &fake, const char *qtSignal,
                        const QString &member, const QList<QVariant> &arguments);
 
-// ---- the composite classes: variants, maps, setToDefault() and the meta-object ------------
-
+/// @p value in a D-Bus variant.
 inline QVariant wrappedValue(const QVariant &value)
 {
     return QVariant::fromValue(QDBusVariant(value));
 }
-
-/// An a{sv} with @p entries in this order, repeated keys included, as only a peer can send it.
-QDBusArgument settingsMapArgument(const QList<QPair<QString, QVariant>> &entries);
-
-/**
- * @p get reads a map that the application answers to @p member with @p entries, in this
- * order, some keys repeated, as only a peer can send it. The result is what QMap makes of
- * them: Qt 5's keeps every entry of a repeated key, Qt 6's the later one. Nothing is logged.
- */
-void verifyRepeatedKeysKeptAsQMapDoes(FakeMeasApplication &fake, const QString &member,
-                                      const std::function<SettingsMap()> &get,
-                                      const QList<QPair<QString, QVariant>> &entries);
-
-/// @p setToDefault waits for the answer: its error is in lastError() when it returns, and is not logged.
-void verifySetToDefaultWaitsAndDropsTheAnswer(FakeMeasApplication &fake, QDBusAbstractInterface &proxy,
-                                              const ProxyOperation &setToDefault, const QString &errorName,
-                                              const QString &message);
 
 /// The class declares @p signalSignatures, then @p slotSignatures, in this order and nothing
 /// else; it derives from QDBusAbstractInterface directly and adds no property, enumerator or
 /// class info.
 void verifySignalsThenSlots(const QMetaObject &meta, const QObject &proxy, const QStringList &signalSignatures,
                             const QStringList &slotSignatures);
-
-/// Each method (by signature) returns the type of that name.
-void verifyReturnTypes(const QMetaObject &meta, const QList<QPair<const char *, const char *>> &returnTypes);
-
-/// A row per own method: its index after the base's, its signature and its kind.
-void addMethodPlacementRows(const QStringList &signalSignatures, const QStringList &slotSignatures);
-
-/// The current row's method is at that index, and found there by its signature too.
-void verifyMethodPlacementRow(const QMetaObject &meta);
 
 #endif

@@ -1,9 +1,8 @@
 #include "DBusConnector.h"
 #include "RemoteCommandInterface.h"
 
-#include "FakeMeasApplication.h"
 #include "LogCapture.h"
-#include "ProxyTestSupport.h"
+#include "ProxyClassTest.h"
 
 #include <QCoreApplication>
 #include <QDBusConnection>
@@ -12,18 +11,41 @@
 #include <memory>
 
 namespace {
+using P = RemoteCommandInterface;
 const QString path = QStringLiteral("/MEAS_APPL_OBJ");
 const QString member = QStringLiteral("executeRemoteCommand");
 const QString failure = QStringLiteral("com.velk.mqx.Error.Failed");
 const QString untouched = QStringLiteral("left alone");
+
+// The command's calls and what it makes of their answers are stated by the checks below: an
+// answer is a text, a parser error among them, which no table of replies describes.
+// clang-format off
+const ProxyClassTable remoteCommand{
+    .className = "RemoteCommandInterface",
+    .path = path,
+    .make = factoryOf<P>(),
+    .slotSignatures = {"QString executeCommand(QString,QStringList,bool*,QString*)",
+                       "QString executeCommand(QString,QStringList,bool*)",
+                       "QString executeCommand(QString,QStringList)"},
+    .otherClasses = {"ResultIntInterface"},
+};
+// clang-format on
 } // namespace
 
-class tst_RemoteCommandInterface : public QObject, private ProxyFixture<RemoteCommandInterface>
+class tst_RemoteCommandInterface : public ProxyClassTest
 {
     Q_OBJECT
 
+public:
+    tst_RemoteCommandInterface()
+        : ProxyClassTest(remoteCommand)
+    {
+    }
+
+private:
+    P &command() { return proxy<P>(); }
+
 private Q_SLOTS:
-    void init();
     void cleanup();
 
     void sendsTheCommandAndFourParameterSlots_data();
@@ -39,19 +61,13 @@ private Q_SLOTS:
     void sendsOverTheConnectorsConnectionNotItsOwn();
     void blocksWithoutRunningTheEventLoop();
 
-    void metaObjectListsTheThreeSlotForms();
-    void metaCastKnowsTheClassAndLeavesTheRestToTheBase();
+    void eachSlotFormIsPublic();
     void invokingEachSlotFormByNameRunsTheCommand();
 };
 
-void tst_RemoteCommandInterface::init()
-{
-    startFakeAndProxy(path);
-}
-
 void tst_RemoteCommandInterface::cleanup()
 {
-    stopFakeAndProxy();
+    ProxyClassTest::cleanup();
     DBusConnector::releaseInstance();
 }
 
@@ -75,7 +91,7 @@ void tst_RemoteCommandInterface::sendsTheCommandAndFourParameterSlots()
 
     m_fake->answer(member, ScriptedAnswer::value(QStringLiteral("OK")));
 
-    QCOMPARE(m_proxy->executeCommand("MEAS:START", params), QStringLiteral("OK"));
+    QCOMPARE(command().executeCommand("MEAS:START", params), QStringLiteral("OK"));
 
     verifySingleCall(*m_fake, path, member, "sssss", wireTexts(arguments));
     QCOMPARE(m_fake->calls().first().arguments.size(), 5);
@@ -98,7 +114,7 @@ void tst_RemoteCommandInterface::refusesMoreThanFourParametersWithoutSending()
     bool ok = false;
     QString errorCode = untouched;
 
-    const QString answer = m_proxy->executeCommand("SYST:PRESET", params, &ok, &errorCode);
+    const QString answer = command().executeCommand("SYST:PRESET", params, &ok, &errorCode);
 
     QVERIFY(answer.isNull());
     QCOMPARE(ok, true);
@@ -106,7 +122,7 @@ void tst_RemoteCommandInterface::refusesMoreThanFourParametersWithoutSending()
     QCOMPARE(log.lines(), QList<LogLine>());
 
     // Messages arrive in order: if the refused command had been sent, it would come first.
-    m_proxy->executeCommand("SYST:CHECK", {});
+    command().executeCommand("SYST:CHECK", {});
     verifySingleCall(*m_fake, path, member, "sssss",
                      wireTexts({QStringLiteral("SYST:CHECK"), QString(), QString(), QString(), QString()}));
 }
@@ -186,7 +202,7 @@ void tst_RemoteCommandInterface::mapsEachAnswer()
     bool okOut = !ok;
     QString errorCode = errorCodeBefore;
 
-    const QString answer = m_proxy->executeCommand("MEAS:START", {"1"}, &okOut, &errorCode);
+    const QString answer = command().executeCommand("MEAS:START", {"1"}, &okOut, &errorCode);
 
     QCOMPARE(answer, result);
     QCOMPARE(answer.isNull(), resultIsNull);
@@ -217,7 +233,7 @@ void tst_RemoteCommandInterface::parserErrorLineQuotesAndEscapesCommandAndAnswer
     m_fake->answer(member, ScriptedAnswer::value(QStringLiteral("Parser Error: missing \"\"")));
     QString errorCode;
 
-    m_proxy->executeCommand("DISP:TEXT \"hi\"", {}, nullptr, &errorCode);
+    command().executeCommand("DISP:TEXT \"hi\"", {}, nullptr, &errorCode);
 
     QCOMPARE(errorCode, QStringLiteral("missing \"\""));
     QCOMPARE(log.lines(),
@@ -232,20 +248,20 @@ void tst_RemoteCommandInterface::neverWritesThroughNullOkOrErrorCode()
     const QString line = QStringLiteral(
         "RemoteCommandInterface::executeCommand()  \"CMD\"  / Error PARSER_ERROR:  \"Parser Error: bad\"");
 
-    QVERIFY(m_proxy->executeCommand("CMD", {}).isNull());
-    QVERIFY(m_proxy->executeCommand("CMD", {}, nullptr).isNull());
-    QVERIFY(m_proxy->executeCommand("CMD", {}, nullptr, nullptr).isNull());
+    QVERIFY(command().executeCommand("CMD", {}).isNull());
+    QVERIFY(command().executeCommand("CMD", {}, nullptr).isNull());
+    QVERIFY(command().executeCommand("CMD", {}, nullptr, nullptr).isNull());
 
     bool ok = true;
-    QVERIFY(m_proxy->executeCommand("CMD", {}, &ok, nullptr).isNull());
+    QVERIFY(command().executeCommand("CMD", {}, &ok, nullptr).isNull());
     QCOMPARE(ok, false);
 
     QString errorCode = QStringLiteral("was: ");
-    QVERIFY(m_proxy->executeCommand("CMD", {}, nullptr, &errorCode).isNull());
+    QVERIFY(command().executeCommand("CMD", {}, nullptr, &errorCode).isNull());
     QCOMPARE(errorCode, QStringLiteral("was: bad"));
 
     // The refused parameter list returns before anything could be written.
-    QVERIFY(m_proxy->executeCommand("CMD", {"1", "2", "3", "4", "5"}, nullptr, nullptr).isNull());
+    QVERIFY(command().executeCommand("CMD", {"1", "2", "3", "4", "5"}, nullptr, nullptr).isNull());
 
     QCOMPARE(log.lines(), debugLines({line, line, line, line, line}));
     QCOMPARE(m_fake->callCount(), 5);
@@ -276,36 +292,18 @@ void tst_RemoteCommandInterface::blocksWithoutRunningTheEventLoop()
     QMetaObject::invokeMethod(
         this, [&ran] { ran = true; }, Qt::QueuedConnection);
 
-    QCOMPARE(m_proxy->executeCommand("MEAS:START", {}), QStringLiteral("done"));
+    QCOMPARE(command().executeCommand("MEAS:START", {}), QStringLiteral("done"));
 
     QVERIFY(!ran);
     QCoreApplication::sendPostedEvents(this);
     QVERIFY(ran);
 }
 
-void tst_RemoteCommandInterface::metaObjectListsTheThreeSlotForms()
+void tst_RemoteCommandInterface::eachSlotFormIsPublic()
 {
-    const QStringList forms{"executeCommand(QString,QStringList,bool*,QString*)",
-                            "executeCommand(QString,QStringList,bool*)", "executeCommand(QString,QStringList)"};
-    QCOMPARE(ownMethodSignatures(RemoteCommandInterface::staticMetaObject), forms);
-    QCOMPARE(ownMethodSignatures(RemoteCommandInterface::staticMetaObject, QMetaMethod::Slot), forms);
-    const QMetaObject &meta = RemoteCommandInterface::staticMetaObject;
-    for (int i = meta.methodOffset(); i < meta.methodCount(); ++i) {
+    const QMetaObject &meta = P::staticMetaObject;
+    for (int i = meta.methodOffset(); i < meta.methodCount(); ++i)
         QCOMPARE(meta.method(i).access(), QMetaMethod::Public);
-        QCOMPARE(QByteArray(meta.method(i).typeName()), QByteArray("QString"));
-    }
-    QCOMPARE(meta.propertyCount(), meta.propertyOffset());
-    QCOMPARE(meta.superClass(), &QDBusAbstractInterface::staticMetaObject);
-    QCOMPARE(m_proxy->metaObject(), &RemoteCommandInterface::staticMetaObject);
-}
-
-void tst_RemoteCommandInterface::metaCastKnowsTheClassAndLeavesTheRestToTheBase()
-{
-    QCOMPARE(m_proxy->qt_metacast("RemoteCommandInterface"), static_cast<void *>(m_proxy.get()));
-    QCOMPARE(m_proxy->qt_metacast("QDBusAbstractInterface"),
-             static_cast<void *>(static_cast<QDBusAbstractInterface *>(m_proxy.get())));
-    QCOMPARE(m_proxy->qt_metacast(nullptr), nullptr);
-    QCOMPARE(m_proxy->qt_metacast("ResultIntInterface"), nullptr);
 }
 
 void tst_RemoteCommandInterface::invokingEachSlotFormByNameRunsTheCommand()

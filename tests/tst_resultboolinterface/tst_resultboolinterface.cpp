@@ -12,34 +12,46 @@ const QString valueCompLine = QStringLiteral(
     "\"ResultBoolInterface::\" getValueComp():  \"com.velk.mqx.app.fake\"  /  \"/Result/Overload\"  / Error: %1");
 
 // clang-format off
+const OperationRow getValue{.operation = "getValue", .run = onProxy(&P::getValue), .call = {.member = "getValue"},
+                            .reply = {.answered = true, .wrongType = QStringLiteral("true"), .empty = false}};
+
 const QList<OperationRow> replies{
-    {.operation = "getLowerLimit", .run = onProxy(&P::getLowerLimit), .answered = false, .wrongType = 0,
-     .empty = false},
-    {.operation = "getUpperLimit", .run = onProxy(&P::getUpperLimit), .answered = true, .wrongType = 1, .empty = false},
-    {.operation = "getValue", .run = onProxy(&P::getValue), .answered = true, .wrongType = QStringLiteral("true"),
-     .empty = false},
-    {.operation = "getString", .run = onProxy(&P::getString), .answered = QStringLiteral("overload"), .wrongType = true,
-     .empty = QString()},
-    {.operation = "getMinValue", .run = onProxy(&P::getMinValue), .answered = true, .wrongType = 1.0, .empty = false},
-    {.operation = "getMinString", .run = onProxy(&P::getMinString), .answered = QStringLiteral("no overload"),
-     .wrongType = false, .empty = QString()},
-    {.operation = "getMaxValue", .run = onProxy(&P::getMaxValue), .answered = true, .wrongType = 1, .empty = false},
-    {.operation = "getMaxString", .run = onProxy(&P::getMaxString), .answered = QStringLiteral("overload"),
-     .wrongType = 1, .empty = QString()},
+    {.operation = "getLowerLimit", .run = onProxy(&P::getLowerLimit), .call = {.member = "getLowerLimit"},
+     .reply = {.answered = false, .wrongType = 0, .empty = false}},
+    {.operation = "getUpperLimit", .run = onProxy(&P::getUpperLimit), .call = {.member = "getUpperLimit"},
+     .reply = {.answered = true, .wrongType = 1, .empty = false}},
+    getValue,
+    {.operation = "getString", .run = onProxy(&P::getString), .call = {.member = "getString"},
+     .reply = {.answered = QStringLiteral("overload"), .wrongType = true, .empty = QString()}},
+    {.operation = "getMinValue", .run = onProxy(&P::getMinValue), .call = {.member = "getMinValue"},
+     .reply = {.answered = true, .wrongType = 1.0, .empty = false}},
+    {.operation = "getMinString", .run = onProxy(&P::getMinString), .call = {.member = "getMinString"},
+     .reply = {.answered = QStringLiteral("no overload"), .wrongType = false, .empty = QString()}},
+    {.operation = "getMaxValue", .run = onProxy(&P::getMaxValue), .call = {.member = "getMaxValue"},
+     .reply = {.answered = true, .wrongType = 1, .empty = false}},
+    {.operation = "getMaxString", .run = onProxy(&P::getMaxString), .call = {.member = "getMaxString"},
+     .reply = {.answered = QStringLiteral("overload"), .wrongType = 1, .empty = QString()}},
 };
 
-const ProxyClass resultBool{
+/// Each Comp getter reports under its own name; getValueComp's line is also written out.
+QList<OperationRow> comps()
+{
+    QList<OperationRow> rows = compRows<P>({"getValueComp", "getMinValueComp", "getMaxValueComp", "getStringComp",
+                                            "getMinStringComp", "getMaxStringComp"});
+    rows[0].log.lines = QStringList{valueCompLine};
+    return rows;
+}
+
+const ProxyClassTable resultBool{
     .className = "ResultBoolInterface",
     .path = QStringLiteral("/Result/Overload"),
     .make = factoryOf<P>(),
     .replies = replies,
     .voidReplies = minMaxCommandRows<P>(), // resetMinMaxValues, stopMinMaxEval, continueMinMaxEval
-    // Each Comp getter reports under its own name.
-    .comps = compRows<P>({"getValueComp", "getMinValueComp", "getMaxValueComp", "getStringComp", "getMinStringComp",
-                          "getMaxStringComp"}),
-    .compLines = {{.operation = "getValueComp", .logLines = {valueCompLine}}},
+    .comps = comps(),
+    .reading = getValue,
     .otherClasses = {"ResultEnumInterface"},
-    .byName = invokedByName<QDBusReply<bool>>(true, QStringLiteral("overload"), {"resetMinMaxValues"}),
+    .byName = invokedByName<P, QDBusReply<bool>>(true, QStringLiteral("overload")),
 };
 // clang-format on
 

@@ -14,33 +14,43 @@ const QString stringCompLine = QStringLiteral(
     "\"ResultDoubleInterface::\" getStringComp():  \"com.velk.mqx.app.fake\"  /  \"/Result/Voltage\"  / Error: %1");
 
 // clang-format off
+const OperationRow getValue{.operation = "getValue", .run = onProxy(&P::getValue), .call = {.member = "getValue"},
+                            .reply = {.answered = 3.25, .wrongType = 3, .empty = 0.0}};
+
 const QList<OperationRow> replies{
-    {.operation = "getLowerLimit", .run = onProxy(&P::getLowerLimit), .answered = -0.5, .wrongType = -1, .empty = 0.0},
-    {.operation = "getUpperLimit", .run = onProxy(&P::getUpperLimit), .answered = 12.75,
-     .wrongType = QStringLiteral("12.75"), .empty = 0.0},
-    {.operation = "getValue", .run = onProxy(&P::getValue), .answered = 3.25, .wrongType = 3, .empty = 0.0},
-    {.operation = "getString", .run = onProxy(&P::getString), .answered = QStringLiteral("3.25 V"), .wrongType = 3.25,
-     .empty = QString()},
-    {.operation = "getMinValue", .run = onProxy(&P::getMinValue), .answered = -0.125, .wrongType = true, .empty = 0.0},
-    {.operation = "getMaxValue", .run = onProxy(&P::getMaxValue), .answered = 11.5, .wrongType = QStringLiteral("11.5"),
-     .empty = 0.0},
+    {.operation = "getLowerLimit", .run = onProxy(&P::getLowerLimit), .call = {.member = "getLowerLimit"},
+     .reply = {.answered = -0.5, .wrongType = -1, .empty = 0.0}},
+    {.operation = "getUpperLimit", .run = onProxy(&P::getUpperLimit), .call = {.member = "getUpperLimit"},
+     .reply = {.answered = 12.75, .wrongType = QStringLiteral("12.75"), .empty = 0.0}},
+    getValue,
+    {.operation = "getString", .run = onProxy(&P::getString), .call = {.member = "getString"},
+     .reply = {.answered = QStringLiteral("3.25 V"), .wrongType = 3.25, .empty = QString()}},
+    {.operation = "getMinValue", .run = onProxy(&P::getMinValue), .call = {.member = "getMinValue"},
+     .reply = {.answered = -0.125, .wrongType = true, .empty = 0.0}},
+    {.operation = "getMaxValue", .run = onProxy(&P::getMaxValue), .call = {.member = "getMaxValue"},
+     .reply = {.answered = 11.5, .wrongType = QStringLiteral("11.5"), .empty = 0.0}},
 };
 
-const ProxyClass resultDouble{
+/// Each Comp getter reports under its own name; two of the lines are also written out.
+QList<OperationRow> comps()
+{
+    QList<OperationRow> rows = compRows<P>({"getValueComp", "getMinValueComp", "getMaxValueComp", "getStringComp",
+                                            "getMinStringComp", "getMaxStringComp"});
+    rows[0].log.lines = QStringList{valueCompLine};
+    rows[3].log.lines = QStringList{stringCompLine};
+    return rows;
+}
+
+const ProxyClassTable resultDouble{
     .className = "ResultDoubleInterface",
     .path = QStringLiteral("/Result/Voltage"),
     .make = factoryOf<P>(),
     .replies = replies,
     .voidReplies = minMaxCommandRows<P>(), // resetMinMaxValues, stopMinMaxEval, continueMinMaxEval
-    // Each Comp getter reports under its own name.
-    .comps = compRows<P>({"getValueComp", "getMinValueComp", "getMaxValueComp", "getStringComp", "getMinStringComp",
-                          "getMaxStringComp"}),
-    .compLines = {
-        {.operation = "getValueComp", .logLines = {valueCompLine}},
-        {.operation = "getStringComp", .logLines = {stringCompLine}},
-    },
+    .comps = comps(),
+    .reading = getValue,
     .otherClasses = {"ResultIntInterface"},
-    .byName = invokedByName<QDBusReply<double>>(3.25, QStringLiteral("3.25 V"), {"resetMinMaxValues"}),
+    .byName = invokedByName<P, QDBusReply<double>>(3.25, QStringLiteral("3.25 V")),
     // Both text Comp getters, but no minimum or maximum as text.
     .noSuchSlots = {"getMinString", "getMaxString"},
 };

@@ -21,11 +21,19 @@ OperationRow setValueCall(const char *name, const QVariant &value, Sent how = Se
 {
     const ProxyOperation run = how == Sent::Async ? onProxy<P>([value](P &p) { p.setValueAsync(value); })
                                                   : onProxy<P>([value](P &p) { return p.setValue(value); });
-    return {.operation = name, .run = run, .member = "setValue", .signature = "v", .arguments = {wrappedValue(value)}};
+    return {.operation = name,
+            .run = run,
+            .call = {.member = "setValue", .signature = "v", .arguments = {wrappedValue(value)}}};
 }
 
 const ProxyOperation getValue = onProxy(&P::getValue);
-const ProxyOperation getString = onProxy<P>([](P &p) { return QVariant(p.getString()); });
+const ProxyOperation getString = onProxy(&P::getString);
+const ProxyOperation setValue = onProxy<P>([](P &p) { return p.setValue(1.25); });
+
+// Both getters, and getString() invoked by name, report under getValue's name. Unlike the
+// getters of the integer and text proxies, they judge the reply themselves, so a well-formed
+// answer of the wrong type is reported too.
+const QString report = QStringLiteral("SetupDevDataInterface::getValue(): ");
 
 // clang-format off
 // An int stays an int32 inside the variant, a double a double.
@@ -36,97 +44,96 @@ const QList<OperationRow> sent{
     setValueCall("setValue string", QStringLiteral("rack 2")),
     setValueCall("setValue string list", QStringList{QStringLiteral("CH1"), QStringLiteral("CH2")}),
     setValueCall("setValue long long", qlonglong(1) << 40),
-    {.operation = "getValue", .run = getValue},
-    {.operation = "getString", .run = getString},
     {.operation = "setValueAsync by name",
-     .run = byName<void>("setValueAsync(QVariant)", QVariant(QStringLiteral("async"))), .member = "setValue",
-     .signature = "v", .arguments = {wrappedValue(QStringLiteral("async"))}},
+     .run = byName<void>("setValueAsync(QVariant)", QVariant(QStringLiteral("async"))),
+     .call = {.member = "setValue", .signature = "v", .arguments = {wrappedValue(QStringLiteral("async"))}}},
 };
 
-const ProxyOperation setValue = onProxy<P>([](P &p) { return p.setValue(1.25); });
-
 const QList<OperationRow> replies{
-    {.operation = "setValue", .run = setValue, .signature = "v", .arguments = {wrappedValue(1.25)}, .answered = true,
-     .wrongType = 1, .empty = false},
-    {.operation = "setValue wrapped bool", .run = setValue, .member = "setValue", .signature = "v",
-     .arguments = {wrappedValue(1.25)}, .answered = true, .wrongType = wrappedValue(true), .empty = false},
+    {.operation = "setValue", .run = setValue, .call = {.member = "setValue", .signature = "v",
+     .arguments = {wrappedValue(1.25)}}, .reply = {.answered = true, .wrongType = 1, .empty = false}},
+    {.operation = "setValue wrapped bool", .run = setValue, .call = {.member = "setValue", .signature = "v",
+     .arguments = {wrappedValue(1.25)}}, .reply = {.answered = true, .wrongType = wrappedValue(true), .empty = false}},
+    {.operation = "getValue", .run = getValue, .call = {.member = "getValue"},
+     .reply = {.answered = wrappedValue(2.5), .seen = 2.5, .wrongType = 42, .empty = QVariant()},
+     .log = {.report = report,
+             .typeError = "Unexpected reply signature: got \"i\" (int), expected \"v\" (QDBusVariant)"}},
+    {.operation = "getString", .run = getString, .call = {.member = "getString"},
+     .reply = {.answered = QStringLiteral("2.5 V"), .wrongType = 42, .empty = QString()},
+     .log = {.report = report, .typeError = "Unexpected reply signature: got \"i\" (int), expected \"s\" (QString)"}},
+    {.operation = "getString by name", .run = byName<QString>("getString"), .call = {.member = "getString"},
+     .reply = {.answered = QStringLiteral("2.5 V"), .wrongType = 42, .empty = QString()},
+     .log = {.report = report, .typeError = "Unexpected reply signature: got \"i\" (int), expected \"s\" (QString)"}},
 };
 
 const QList<OperationRow> answers{
-    {.operation = "setValue refused", .run = setValue, .member = "setValue", .answered = false},
-    {.operation = "getValue double", .run = getValue, .member = "getValue", .answered = wrappedValue(3.5), .seen = 3.5},
-    {.operation = "getValue int", .run = getValue, .member = "getValue", .answered = wrappedValue(-7), .seen = -7},
-    {.operation = "getValue bool", .run = getValue, .member = "getValue", .answered = wrappedValue(true), .seen = true},
-    {.operation = "getValue string", .run = getValue, .member = "getValue",
-     .answered = wrappedValue(QStringLiteral("rack 2")), .seen = QStringLiteral("rack 2")},
-    {.operation = "getValue empty string", .run = getValue, .member = "getValue", .answered = wrappedValue(QString("")),
-     .seen = QString("")},
-    {.operation = "getValue string list", .run = getValue, .member = "getValue",
-     .answered = wrappedValue(QStringList{QStringLiteral("CH1"), QStringLiteral("CH2")}),
-     .seen = QStringList{QStringLiteral("CH1"), QStringLiteral("CH2")}},
-    {.operation = "getValue unsigned", .run = getValue, .member = "getValue", .answered = wrappedValue(42u),
-     .seen = 42u},
-    {.operation = "getString text", .run = getString, .member = "getString", .answered = QStringLiteral("3.5 V")},
-    {.operation = "getString empty", .run = getString, .member = "getString", .answered = QString("")},
+    {.operation = "setValue refused", .run = setValue, .call = {.member = "setValue"}, .reply = {.answered = false}},
+    {.operation = "getValue double", .run = getValue, .call = {.member = "getValue"},
+     .reply = {.answered = wrappedValue(3.5), .seen = 3.5}},
+    {.operation = "getValue int", .run = getValue, .call = {.member = "getValue"},
+     .reply = {.answered = wrappedValue(-7), .seen = -7}},
+    {.operation = "getValue bool", .run = getValue, .call = {.member = "getValue"},
+     .reply = {.answered = wrappedValue(true), .seen = true}},
+    {.operation = "getValue string", .run = getValue, .call = {.member = "getValue"},
+     .reply = {.answered = wrappedValue(QStringLiteral("rack 2")), .seen = QStringLiteral("rack 2")}},
+    {.operation = "getValue empty string", .run = getValue, .call = {.member = "getValue"},
+     .reply = {.answered = wrappedValue(QString("")), .seen = QString("")}},
+    {.operation = "getValue string list", .run = getValue, .call = {.member = "getValue"},
+     .reply = {.answered = wrappedValue(QStringList{QStringLiteral("CH1"), QStringLiteral("CH2")}),
+               .seen = QStringList{QStringLiteral("CH1"), QStringLiteral("CH2")}}},
+    {.operation = "getValue unsigned", .run = getValue, .call = {.member = "getValue"},
+     .reply = {.answered = wrappedValue(42u), .seen = 42u}},
+    {.operation = "getString text", .run = getString, .call = {.member = "getString"},
+     .reply = {.answered = QStringLiteral("3.5 V")}},
+    {.operation = "getString empty", .run = getString, .call = {.member = "getString"},
+     .reply = {.answered = QString("")}},
+};
+
+const QList<OperationRow> refused{
+    {.operation = "getValue plain string", .run = getValue, .call = {.member = "getValue"},
+     .reply = {.wrongType = QStringLiteral("42"), .empty = QVariant()},
+     .log = {.report = report,
+             .typeError = "Unexpected reply signature: got \"s\" (QString), expected \"v\" (QDBusVariant)"}},
+    {.operation = "getString wrapped", .run = getString, .call = {.member = "getString"},
+     .reply = {.wrongType = wrappedValue(QStringLiteral("42")), .empty = QString()},
+     .log = {.report = report,
+             .typeError = "Unexpected reply signature: got \"v\" (QDBusVariant), expected \"s\" (QString)"}},
 };
 
 const QList<OperationRow> slotsByName{
-    {.operation = "getValue", .run = byName<QVariant>("getValue"), .answered = wrappedValue(17.5), .seen = 17.5},
-    {.operation = "getString", .run = byName<QString>("getString"), .answered = QStringLiteral("17.5 V")},
-    {.operation = "setValue", .run = byName<QDBusReply<bool>>("setValue(QVariant)", QVariant(4.5)), .signature = "v",
-     .arguments = {wrappedValue(4.5)}, .answered = true},
+    {.operation = "getValue", .run = byName<QVariant>("getValue"), .call = {.member = "getValue"},
+     .reply = {.answered = wrappedValue(17.5), .seen = 17.5}, .direct = getValue},
+    {.operation = "getString", .run = byName<QString>("getString"), .call = {.member = "getString"},
+     .reply = {.answered = QStringLiteral("17.5 V")}, .direct = getString},
+    {.operation = "setValue", .run = byName<QDBusReply<bool>>("setValue(QVariant)", QVariant(4.5)),
+     .call = {.member = "setValue", .signature = "v", .arguments = {wrappedValue(4.5)}}, .reply = {.answered = true},
+     .direct = onProxy<P>([](P &p) { return p.setValue(4.5); })},
 };
 
-// Both getters, and getString() invoked by name, report under getValue's name.
-const QString report = QStringLiteral("SetupDevDataInterface::getValue(): ");
-const QList<OperationRow> checkedGetters{
-    {.operation = "getValue", .run = getValue, .answered = wrappedValue(2.5), .seen = 2.5, .wrongType = 42,
-     .empty = QVariant(), .report = report,
-     .typeError = "Unexpected reply signature: got \"i\" (int), expected \"v\" (QDBusVariant)"},
-    {.operation = "getString", .run = getString, .answered = QStringLiteral("2.5 V"), .wrongType = 42,
-     .empty = QString(), .report = report,
-     .typeError = "Unexpected reply signature: got \"i\" (int), expected \"s\" (QString)"},
-    {.operation = "getString by name", .run = byName<QString>("getString"), .member = "getString",
-     .answered = QStringLiteral("2.5 V"), .wrongType = 42, .empty = QString(), .report = report,
-     .typeError = "Unexpected reply signature: got \"i\" (int), expected \"s\" (QString)"},
-};
-const QList<LoggedError> errors{
-    {"error", "no device data", "\"no device data\""},
-    {"error with quotes", "say \"hi\"", "\"say \\\"hi\\\"\""},
-};
-// Unlike the checked getters of the integer and text proxies, these judge the reply itself,
-// so a well-formed answer of the wrong type is reported too.
-const QList<OperationRow> refused{
-    {.operation = "getValue plain string", .run = getValue, .member = "getValue", .wrongType = QStringLiteral("42"),
-     .empty = QVariant(), .report = report,
-     .typeError = "Unexpected reply signature: got \"s\" (QString), expected \"v\" (QDBusVariant)"},
-    {.operation = "getString wrapped", .run = getString, .member = "getString",
-     .wrongType = wrappedValue(QStringLiteral("42")), .empty = QString(), .report = report,
-     .typeError = "Unexpected reply signature: got \"v\" (QDBusVariant), expected \"s\" (QString)"},
-};
-
-const ProxyClass devData{
+const ProxyClassTable devData{
     .className = "SetupDevDataInterface",
     .path = path,
     .make = factoryOf<P>(),
     .size = sizeof(P),
     .ownData = 2 * sizeof(QString), // service and path, for the error lines
     .sent = sent,
-    .checked = checkedGetters,
-    .errors = errors,
-    .refused = refused,
     .replies = replies,
     .answers = answers,
+    .refused = refused,
+    .errors = {
+        {"error", "no device data", "\"no device data\""},
+        {"error with quotes", "say \"hi\"", "\"say \\\"hi\\\"\""},
+    },
     .asyncs = {setValueCall("setValueAsync double", 9.5, Sent::Async),
                setValueCall("setValueAsync string", QStringLiteral("nine"), Sent::Async)},
-    .failingCall = {.operation = "getString", .run = getString},
-    .signalSignatures = {"setupChanged(QDBusVariant)"},
-    .slotSignatures = {"setValue(QVariant)", "setValueAsync(QVariant)", "getValue()", "getString()"},
-    .returnTypes = {"void", "QDBusReply<bool>", "void", "QVariant", "QString"},
+    .failingCall = {.operation = "getString", .run = getString, .call = {.member = "getString"}},
+    .signalSignatures = {"void setupChanged(QDBusVariant)"},
+    .slotSignatures = {"QDBusReply<bool> setValue(QVariant)", "void setValueAsync(QVariant)", "QVariant getValue()",
+                       "QString getString()"},
     .otherClasses = {"SetupStringInterface", "SetupDevData"},
     .byName = slotsByName,
-    .signalsRelayed = {{.operation = "setupChanged(QDBusVariant)", .member = "setupChanged",
-                        .arguments = {wrappedValue(4.25)}}},
+    .relayed = {{.operation = "setupChanged(QDBusVariant)",
+                 .call = {.member = "setupChanged", .arguments = {wrappedValue(4.25)}}}},
 };
 // clang-format on
 
@@ -187,7 +194,8 @@ void tst_SetupDevDataInterface::setValueOfAnInvalidVariantSendsNothing()
 
     // Messages of one connection arrive in order: had either gone out, it would stand
     // before this call.
-    verifySentAsItsRow(*m_fake, *m_proxy, {.operation = "getString", .run = getString});
+    verifySentAsItsRow(*m_fake, *m_proxy,
+                       {.operation = "getString", .run = getString, .call = {.member = "getString"}});
 }
 
 void tst_SetupDevDataInterface::getValueLeavesAStructuredValueAsQDBusArgument()

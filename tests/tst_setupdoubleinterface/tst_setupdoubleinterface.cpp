@@ -6,7 +6,6 @@
 #include <QtTest/QTest>
 
 #include <limits>
-#include <type_traits>
 
 namespace {
 
@@ -18,72 +17,78 @@ const QString nanLine = QStringLiteral("SetupDoubleInterface::setValue(): Value 
 
 // clang-format off
 const QList<OperationRow> replies{
-    {.operation = "setValue", .run = setValueOf<P>(5.5), .signature = "d", .arguments = {5.5}, .answered = true,
-     .wrongType = 1, .empty = false},
+    {.operation = "setValue", .run = setValueOf<P>(5.5), .call = {.member = "setValue", .signature = "d",
+     .arguments = {5.5}}, .reply = {.answered = true, .wrongType = 1, .empty = false}},
     // A false answer must come back valid, apart from the default of a failed reply.
-    {.operation = "setValue answered false", .run = setValueOf<P>(5.5), .member = "setValue", .signature = "d",
-     .arguments = {5.5}, .answered = false, .wrongType = 0.0, .empty = false},
-    {.operation = "getValue", .run = onProxy(&P::getValue), .answered = 3.25, .wrongType = 3, .empty = 0.0},
-    {.operation = "getString", .run = onProxy(&P::getString), .answered = QStringLiteral("3.25 MHz"), .wrongType = 3.25,
-     .empty = QString()},
-    {.operation = "getMinValue", .run = onProxy(&P::getMinValue), .answered = -10.5,
-     .wrongType = QStringLiteral("-10.5"), .empty = 0.0},
-    {.operation = "getMaxValue", .run = onProxy(&P::getMaxValue), .answered = 90.75, .wrongType = true, .empty = 0.0},
-    {.operation = "getGranularity", .run = onProxy(&P::getGranularity), .answered = 0.05, .wrongType = 5, .empty = 0.0},
-    {.operation = "isChangeable", .run = onProxy(&P::isChangeable), .answered = true, .wrongType = 1.0, .empty = false},
+    {.operation = "setValue answered false", .run = setValueOf<P>(5.5), .call = {.member = "setValue",
+     .signature = "d", .arguments = {5.5}}, .reply = {.answered = false, .wrongType = 0.0, .empty = false}},
+    {.operation = "getValue", .run = onProxy(&P::getValue), .call = {.member = "getValue"},
+     .reply = {.answered = 3.25, .wrongType = 3, .empty = 0.0}},
+    {.operation = "getString", .run = onProxy(&P::getString), .call = {.member = "getString"},
+     .reply = {.answered = QStringLiteral("3.25 MHz"), .wrongType = 3.25, .empty = QString()}},
+    {.operation = "getMinValue", .run = onProxy(&P::getMinValue), .call = {.member = "getMinValue"},
+     .reply = {.answered = -10.5, .wrongType = QStringLiteral("-10.5"), .empty = 0.0}},
+    {.operation = "getMaxValue", .run = onProxy(&P::getMaxValue), .call = {.member = "getMaxValue"},
+     .reply = {.answered = 90.75, .wrongType = true, .empty = 0.0}},
+    {.operation = "getGranularity", .run = onProxy(&P::getGranularity), .call = {.member = "getGranularity"},
+     .reply = {.answered = 0.05, .wrongType = 5, .empty = 0.0}},
+    {.operation = "isChangeable", .run = onProxy(&P::isChangeable), .call = {.member = "isChangeable"},
+     .reply = {.answered = true, .wrongType = 1.0, .empty = false}},
     // Infinities, unlike a NaN, are sent as they are.
-    {.operation = "setValue +inf", .run = setValueOf<P>(infinity), .member = "setValue", .signature = "d",
-     .arguments = {infinity}, .answered = true, .wrongType = 1, .empty = false},
-    {.operation = "setValue -inf", .run = setValueOf<P>(-infinity), .member = "setValue", .signature = "d",
-     .arguments = {-infinity}, .answered = true, .wrongType = 1, .empty = false},
+    {.operation = "setValue +inf", .run = setValueOf<P>(infinity), .call = {.member = "setValue", .signature = "d",
+     .arguments = {infinity}}, .reply = {.answered = true, .wrongType = 1, .empty = false}},
+    {.operation = "setValue -inf", .run = setValueOf<P>(-infinity), .call = {.member = "setValue", .signature = "d",
+     .arguments = {-infinity}}, .reply = {.answered = true, .wrongType = 1, .empty = false}},
 };
 
 const QList<OperationRow> invokedByName{
-    {.operation = "getValue", .run = byName<QDBusReply<double>>("getValue"), .answered = 17.5},
-    {.operation = "getGranularity", .run = byName<QDBusReply<double>>("getGranularity"), .answered = 0.5},
-    {.operation = "setValue", .run = byName<QDBusReply<bool>>("setValue(double)", 4.75), .signature = "d",
-     .arguments = {4.75}, .answered = true},
-    {.operation = "setToDefault", .run = byName<void>("setToDefault")},
-    {.operation = "setValueAsync", .run = byName<void>("setValueAsync(double)", -2.0), .member = "setValue",
-     .signature = "d", .arguments = {-2.0}},
+    {.operation = "getValue", .run = byName<QDBusReply<double>>("getValue"), .call = {.member = "getValue"},
+     .reply = {.answered = 17.5}, .direct = onProxy(&P::getValue)},
+    {.operation = "getGranularity", .run = byName<QDBusReply<double>>("getGranularity"),
+     .call = {.member = "getGranularity"}, .reply = {.answered = 0.5}, .direct = onProxy(&P::getGranularity)},
+    {.operation = "setValue", .run = byName<QDBusReply<bool>>("setValue(double)", 4.75),
+     .call = {.member = "setValue", .signature = "d", .arguments = {4.75}}, .reply = {.answered = true},
+     .direct = setValueOf<P>(4.75)},
+    {.operation = "setToDefault", .run = byName<void>("setToDefault"), .call = {.member = "setToDefault"},
+     .direct = onProxy(&P::setToDefault)},
+    {.operation = "setValueAsync", .run = byName<void>("setValueAsync(double)", -2.0),
+     .call = {.member = "setValue", .signature = "d", .arguments = {-2.0}}, .direct = setValueAsyncOf<P>(-2.0)},
 };
 
-const ProxyClass setupDouble{
+const ProxyClassTable setupDouble{
     .className = "SetupDoubleInterface",
     .path = QStringLiteral("/Setup/Frequency"),
     .make = factoryOf<P>(),
     .size = sizeof(P),
-    // setToDefault() returns no reply; its call is checked here.
-    .sent = {
-        {.operation = "setValue zero", .run = setValueOf<P>(0.0), .member = "setValue", .signature = "d",
-         .arguments = {0.0}},
-        {.operation = "setToDefault", .run = onProxy(&P::setToDefault)},
-    },
+    .sent = {{.operation = "setValue zero", .run = setValueOf<P>(0.0),
+              .call = {.member = "setValue", .signature = "d", .arguments = {0.0}}}},
     .replies = replies,
+    .setToDefault = {.operation = "setToDefault", .run = onProxy(&P::setToDefault), .call = {.member = "setToDefault"}},
     .asyncs = {
-        {.operation = "setValueAsync", .run = setValueAsyncOf<P>(9.5), .member = "setValue", .signature = "d",
-         .arguments = {9.5}},
-        {.operation = "setToDefaultAsync", .run = onProxy(&P::setToDefaultAsync), .member = "setToDefault"},
+        {.operation = "setValueAsync", .run = setValueAsyncOf<P>(9.5),
+         .call = {.member = "setValue", .signature = "d", .arguments = {9.5}}},
+        {.operation = "setToDefaultAsync", .run = onProxy(&P::setToDefaultAsync), .call = {.member = "setToDefault"}},
         // The fire-and-forget call sends even a NaN as it is.
-        {.operation = "setValueAsync +inf", .run = setValueAsyncOf<P>(infinity), .member = "setValue",
-         .signature = "d", .arguments = {infinity}},
-        {.operation = "setValueAsync -inf", .run = setValueAsyncOf<P>(-infinity), .member = "setValue",
-         .signature = "d", .arguments = {-infinity}},
-        {.operation = "setValueAsync NaN", .run = setValueAsyncOf<P>(quietNaN), .member = "setValue",
-         .signature = "d", .arguments = {quietNaN}},
+        {.operation = "setValueAsync +inf", .run = setValueAsyncOf<P>(infinity),
+         .call = {.member = "setValue", .signature = "d", .arguments = {infinity}}},
+        {.operation = "setValueAsync -inf", .run = setValueAsyncOf<P>(-infinity),
+         .call = {.member = "setValue", .signature = "d", .arguments = {-infinity}}},
+        {.operation = "setValueAsync NaN", .run = setValueAsyncOf<P>(quietNaN),
+         .call = {.member = "setValue", .signature = "d", .arguments = {quietNaN}}},
     },
-    .failingCall = {.operation = "getMinValue", .run = onProxy(&P::getMinValue)},
-    .signalSignatures = {"setupChanged(double)", "setupBoundsChanged(double,double)"},
-    .slotSignatures = {"setValue(double)", "setValueAsync(double)", "getValue()", "getString()", "getMinValue()",
-                       "getMaxValue()", "getGranularity()", "isChangeable()", "setToDefault()", "setToDefaultAsync()"},
-    .returnTypes = {"void", "void", "QDBusReply<bool>", "void", "QDBusReply<double>", "QDBusReply<QString>",
-                    "QDBusReply<double>", "QDBusReply<double>", "QDBusReply<double>", "QDBusReply<bool>", "void",
-                    "void"},
+    .failingCall = {.operation = "getMinValue", .run = onProxy(&P::getMinValue), .call = {.member = "getMinValue"}},
+    .signalSignatures = {"void setupChanged(double)", "void setupBoundsChanged(double,double)"},
+    .slotSignatures = {"QDBusReply<bool> setValue(double)", "void setValueAsync(double)",
+                       "QDBusReply<double> getValue()", "QDBusReply<QString> getString()",
+                       "QDBusReply<double> getMinValue()", "QDBusReply<double> getMaxValue()",
+                       "QDBusReply<double> getGranularity()", "QDBusReply<bool> isChangeable()",
+                       "void setToDefault()", "void setToDefaultAsync()"},
     .otherClasses = {"SetupIntInterface", "setupdoubleinterface"},
     .byName = invokedByName,
-    .signalsRelayed = {
-        {.operation = "setupChanged(double)", .member = "setupChanged", .arguments = {12.25}},
-        {.operation = "setupBoundsChanged(double,double)", .member = "setupBoundsChanged", .arguments = {-1.5, 99.0}},
+    .relayed = {
+        {.operation = "setupChanged(double)", .call = {.member = "setupChanged", .arguments = {12.25}}},
+        {.operation = "setupBoundsChanged(double,double)",
+         .call = {.member = "setupBoundsChanged", .arguments = {-1.5, 99.0}}},
     },
 };
 // clang-format on
@@ -120,8 +125,6 @@ private Q_SLOTS:
     void setValueRefusesNaNWithoutSendingIt_data();
     void setValueRefusesNaNWithoutSendingIt();
     void setValueRefusesNaNAlsoWhenTheServiceIsAbsent();
-    void setToDefaultReturnsNothingButWaitsForTheAnswer();
-    void setToDefaultToAnAbsentServiceShowsNothing();
 };
 
 void tst_SetupDoubleInterface::setValueRefusesNaNWithoutSendingIt_data()
@@ -166,32 +169,6 @@ void tst_SetupDoubleInterface::setValueRefusesNaNAlsoWhenTheServiceIsAbsent()
     verifyNaNRefused(*absent, setValueOf<P>(quietNaN));
 
     QVERIFY(!absent->lastError().isValid());
-}
-
-void tst_SetupDoubleInterface::setToDefaultReturnsNothingButWaitsForTheAnswer()
-{
-    static_assert(std::is_void<decltype(std::declval<P>().setToDefault())>::value, "setToDefault() returns no reply");
-
-    verifySetToDefaultWaitsAndDropsTheAnswer(*m_fake, *m_proxy, onProxy(&P::setToDefault), failedErrorName(),
-                                             QStringLiteral("reset refused"));
-    verifySingleCall(*m_fake, m_path, "setToDefault", "", {});
-
-    // A good answer after a failed one clears the proxy's error again.
-    m_fake->answer("setToDefault", ScriptedAnswer::reply());
-    proxy<P>().setToDefault();
-    QCOMPARE(m_fake->callCount(), 2);
-    QVERIFY(!proxy<P>().lastError().isValid());
-}
-
-void tst_SetupDoubleInterface::setToDefaultToAnAbsentServiceShowsNothing()
-{
-    LogCapture log;
-    const std::unique_ptr<QDBusAbstractInterface> absent = makeAbsent();
-
-    static_cast<P &>(*absent).setToDefault();
-
-    QCOMPARE(absent->lastError().type(), QDBusError::ServiceUnknown);
-    QCOMPARE(log.lines(), QList<LogLine>());
 }
 
 QTEST_GUILESS_MAIN(tst_SetupDoubleInterface)

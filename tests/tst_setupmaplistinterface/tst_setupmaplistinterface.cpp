@@ -1,7 +1,8 @@
 #include "SetupMapListInterface.h"
 
-#include "CompositeTest.h"
 #include "DBusTypes.h"
+#include "ProxyClassTest.h"
+#include "StructuredValues.h"
 
 #include <QDBusArgument>
 #include <QDBusConnection>
@@ -20,74 +21,83 @@ const QString presetInAVariant = "v(" + presetOnTheWire + ")";
 const QStringList quiet{"s \"Quiet\""};
 
 // clang-format off
-// Slots invoked by name give what the direct call gives.
+// Slots invoked by name give what the direct call gives; the getters with a log give an empty
+// value and log one line on any failure.
 const QList<OperationRow> replies{
     {.operation = "setValue map", .run = onProxy<P>([](P &p) { return p.setValue("Quiet", preset); }),
-     .signature = "sv", .answered = true, .wrongType = 1, .empty = false,
-     .wireArguments = {"s \"Quiet\"", presetInAVariant}},
+     .call = {.member = "setValue", .signature = "sv", .wireArguments = {"s \"Quiet\"", presetInAVariant}},
+     .reply = {.answered = true, .wrongType = 1, .empty = false}},
     {.operation = "setValue map by name",
      .run = byName<QDBusReply<bool>>("setValue(QString,QVariantMap)", QStringLiteral("Quiet"), preset),
-     .signature = "sv", .answered = true, .wrongType = 1, .empty = false,
-     .wireArguments = {"s \"Quiet\"", presetInAVariant}},
+     .call = {.member = "setValue", .signature = "sv", .wireArguments = {"s \"Quiet\"", presetInAVariant}},
+     .reply = {.answered = true, .wrongType = 1, .empty = false}},
     {.operation = "setValue item", .run = onProxy<P>([](P &p) { return p.setValue(1, "gain", QVariant(2.5)); }),
-     .signature = "isv", .answered = true, .wrongType = QStringLiteral("ok"), .empty = false,
-     .wireArguments = {"i 1", "s \"gain\"", "v(d 2.5)"}},
-    {.operation = "getAllKeys", .run = onProxy(&P::getAllKeys), .answered = QStringList{"Quiet", "Loud"},
-     .wrongType = 2, .empty = QStringList()},
-    {.operation = "isKeyAvailable", .run = calling(&P::isKeyAvailable, "Quiet"), .signature = "s", .answered = true,
-     .wrongType = 1, .empty = false, .wireArguments = quiet},
-    {.operation = "getKeyPosition", .run = calling(&P::getKeyPosition, "Quiet"), .signature = "s", .answered = 1,
-     .wrongType = true, .empty = 0, .wireArguments = quiet},
-    {.operation = "isChangeable", .run = onProxy(&P::isChangeable), .answered = true,
-     .wrongType = QStringLiteral("true"), .empty = false},
-    {.operation = "getValue position", .run = onProxy<P>([](P &p) { return p.getValue(2); }), .signature = "i",
-     .answered = preset, .wrongType = QStringLiteral("Quiet"), .empty = SettingsMap(), .wireArguments = {"i 2"}},
-    {.operation = "getValue position by name", .run = byName<SettingsMap>("getValue(int)", 0), .signature = "i",
-     .answered = preset, .wrongType = 2.5, .empty = SettingsMap(), .wireArguments = {"i 0"}},
-    {.operation = "getValue item", .run = onProxy<P>([](P &p) { return p.getValue(2, "gain"); }), .signature = "is",
-     .answered = wrappedValue(2.5), .seen = 2.5, .wrongType = 2.5, .wireArguments = {"i 2", "s \"gain\""}},
-    {.operation = "getStringValue", .run = calling(&P::getStringValue, 3, "gain"), .signature = "is",
-     .answered = QStringLiteral("2.5 dB"), .wrongType = 2.5, .empty = QString(),
-     .wireArguments = {"i 3", "s \"gain\""}},
-    {.operation = "getString", .run = calling(&P::getString, 4), .signature = "i",
-     .answered = QStringLiteral("Quiet: 2.5 dB"), .wrongType = wrappedValue(QStringLiteral("Quiet")),
-     .empty = QString(), .wireArguments = {"i 4"}},
-    {.operation = "getMin", .run = calling(&P::getMin, 5, "gain"), .signature = "is", .answered = wrappedValue(-10),
-     .seen = -10, .wrongType = -10, .wireArguments = {"i 5", "s \"gain\""}},
-    {.operation = "getMax", .run = calling(&P::getMax, 6, "gain"), .signature = "is", .answered = wrappedValue(10.5),
-     .seen = 10.5, .wrongType = QStringLiteral("10.5"), .wireArguments = {"i 6", "s \"gain\""}},
-    {.operation = "size", .run = onProxy(&P::size), .answered = 3, .wrongType = 3.0, .empty = 0},
-    {.operation = "removeItem", .run = calling(&P::removeItem, 7), .signature = "i", .answered = true, .wrongType = 1,
-     .empty = false, .wireArguments = {"i 7"}},
+     .call = {.member = "setValue", .signature = "isv", .wireArguments = {"i 1", "s \"gain\"", "v(d 2.5)"}},
+     .reply = {.answered = true, .wrongType = QStringLiteral("ok"), .empty = false}},
+    {.operation = "getAllKeys", .run = onProxy(&P::getAllKeys), .call = {.member = "getAllKeys"},
+     .reply = {.answered = QStringList{"Quiet", "Loud"}, .wrongType = 2, .empty = QStringList()}},
+    {.operation = "isKeyAvailable", .run = calling(&P::isKeyAvailable, "Quiet"),
+     .call = {.member = "isKeyAvailable", .signature = "s", .wireArguments = quiet},
+     .reply = {.answered = true, .wrongType = 1, .empty = false}},
+    {.operation = "getKeyPosition", .run = calling(&P::getKeyPosition, "Quiet"),
+     .call = {.member = "getKeyPosition", .signature = "s", .wireArguments = quiet},
+     .reply = {.answered = 1, .wrongType = true, .empty = 0}},
+    {.operation = "isChangeable", .run = onProxy(&P::isChangeable), .call = {.member = "isChangeable"},
+     .reply = {.answered = true, .wrongType = QStringLiteral("true"), .empty = false}},
+    {.operation = "getValue position", .run = onProxy<P>([](P &p) { return p.getValue(2); }),
+     .call = {.member = "getValue", .signature = "i", .wireArguments = {"i 2"}},
+     .reply = {.answered = preset, .wrongType = QStringLiteral("Quiet"), .empty = SettingsMap()},
+     .log = judgedAs<P, SettingsMap>("getValue", QStringLiteral("Quiet"))},
+    {.operation = "getValue position by name", .run = byName<SettingsMap>("getValue(int)", 0),
+     .call = {.member = "getValue", .signature = "i", .wireArguments = {"i 0"}},
+     .reply = {.answered = preset, .wrongType = 2.5, .empty = SettingsMap()},
+     .log = judgedAs<P, SettingsMap>("getValue", 2.5)},
+    {.operation = "getValue item", .run = onProxy<P>([](P &p) { return p.getValue(2, "gain"); }),
+     .call = {.member = "getValue", .signature = "is", .wireArguments = {"i 2", "s \"gain\""}},
+     .reply = {.answered = wrappedValue(2.5), .seen = 2.5, .wrongType = 2.5},
+     .log = judgedAs<P, QDBusVariant>("getValue", 2.5)},
+    {.operation = "getStringValue", .run = calling(&P::getStringValue, 3, "gain"),
+     .call = {.member = "getStringValue", .signature = "is", .wireArguments = {"i 3", "s \"gain\""}},
+     .reply = {.answered = QStringLiteral("2.5 dB"), .wrongType = 2.5, .empty = QString()},
+     .log = judgedAs<P, QString>("getStringValue", 2.5)},
+    {.operation = "getString", .run = calling(&P::getString, 4),
+     .call = {.member = "getString", .signature = "i", .wireArguments = {"i 4"}},
+     .reply = {.answered = QStringLiteral("Quiet: 2.5 dB"), .wrongType = wrappedValue(QStringLiteral("Quiet")),
+               .empty = QString()},
+     .log = judgedAs<P, QString>("getString", wrappedValue(QStringLiteral("Quiet")))},
+    {.operation = "getMin", .run = calling(&P::getMin, 5, "gain"),
+     .call = {.member = "getMin", .signature = "is", .wireArguments = {"i 5", "s \"gain\""}},
+     .reply = {.answered = wrappedValue(-10), .seen = -10, .wrongType = -10},
+     .log = judgedAs<P, QDBusVariant>("getMin", -10)},
+    {.operation = "getMax", .run = calling(&P::getMax, 6, "gain"),
+     .call = {.member = "getMax", .signature = "is", .wireArguments = {"i 6", "s \"gain\""}},
+     .reply = {.answered = wrappedValue(10.5), .seen = 10.5, .wrongType = QStringLiteral("10.5")},
+     .log = judgedAs<P, QDBusVariant>("getMax", QStringLiteral("10.5"))},
+    {.operation = "size", .run = onProxy(&P::size), .call = {.member = "size"},
+     .reply = {.answered = 3, .wrongType = 3.0, .empty = 0}},
+    {.operation = "removeItem", .run = calling(&P::removeItem, 7),
+     .call = {.member = "removeItem", .signature = "i", .wireArguments = {"i 7"}},
+     .reply = {.answered = true, .wrongType = 1, .empty = false}},
 };
 
 // Maps go out inside a variant, their keys in ascending order.
 const QList<OperationRow> sent{
     {.operation = "setValue map, keys in ascending order",
      .run = onProxy<P>([](P &p) { p.setValue("Mixed", SettingsMap{{"b", 2}, {"a", QStringLiteral("first")}}); }),
-     .signature = "sv", .wireArguments = {"s \"Mixed\"", "v(a{sv} {s \"a\": v(s \"first\"), s \"b\": v(i 2)})"}},
+     .call = {.member = "setValue", .signature = "sv",
+              .wireArguments = {"s \"Mixed\"", "v(a{sv} {s \"a\": v(s \"first\"), s \"b\": v(i 2)})"}}},
     {.operation = "setValue empty map", .run = onProxy<P>([](P &p) { p.setValue("None", SettingsMap()); }),
-     .signature = "sv", .wireArguments = {"s \"None\"", "v(a{sv} {})"}},
+     .call = {.member = "setValue", .signature = "sv", .wireArguments = {"s \"None\"", "v(a{sv} {})"}}},
     {.operation = "setValue item, a variant holding the double",
-     .run = onProxy<P>([](P &p) { p.setValue(1, "gain", QVariant(-3.75)); }), .signature = "isv",
-     .arguments = {1, QStringLiteral("gain"), wrappedValue(-3.75)}},
+     .run = onProxy<P>([](P &p) { p.setValue(1, "gain", QVariant(-3.75)); }),
+     .call = {.member = "setValue", .signature = "isv", .arguments = {1, QStringLiteral("gain"), wrappedValue(-3.75)}}},
     {.operation = "setValue item string",
-     .run = onProxy<P>([](P &p) { p.setValue(0, "name", QVariant(QStringLiteral("Loud"))); }), .signature = "isv",
-     .wireArguments = {"i 0", "s \"name\"", "v(s \"Loud\")"}},
-};
-
-// An empty value and one line on any failure.
-const QList<OperationRow> checkedGetters{
-    {.operation = "getValue position", .wrongType = 5, .typeError = replyTypeError<SettingsMap>(5)},
-    {.operation = "getValue item", .wrongType = 5, .typeError = replyTypeError<QDBusVariant>(5)},
-    {.operation = "getStringValue", .wrongType = 5, .typeError = replyTypeError<QString>(5)},
-    {.operation = "getString", .wrongType = true, .typeError = replyTypeError<QString>(true)},
-    {.operation = "getMin", .wrongType = 5, .typeError = replyTypeError<QDBusVariant>(5)},
-    {.operation = "getMax", .wrongType = 5.5, .typeError = replyTypeError<QDBusVariant>(5.5)},
+     .run = onProxy<P>([](P &p) { p.setValue(0, "name", QVariant(QStringLiteral("Loud"))); }),
+     .call = {.member = "setValue", .signature = "isv", .wireArguments = {"i 0", "s \"name\"", "v(s \"Loud\")"}}},
 };
 // clang-format on
 
-CompositeClass mapList()
+ProxyClassTable mapList()
 {
     return {
         .className = "SetupMapListInterface",
@@ -95,38 +105,36 @@ CompositeClass mapList()
         .make = factoryOf<P>(),
         .sent = sent,
         .replies = replies,
-        .checkedGetters = checkedGetters,
-        .loggedErrors = {{"error", "no such position", "\"no such position\""},
-                         {"error with quotes", "item \"gain\" unknown", "\"item \\\"gain\\\" unknown\""}},
-        .setToDefault = onProxy(&P::setToDefault),
-        .relayed = {{.operation = "setupChanged()"}, {.operation = "setupBoundsChanged()"}},
-        .otherClassNames = {"SetupMapItemInterface"},
+        .errors = {{"error", "no such position", "\"no such position\""},
+                   {"error with quotes", "item \"gain\" unknown", "\"item \\\"gain\\\" unknown\""}},
+        .setToDefault = {.operation = "setToDefault",
+                         .run = onProxy(&P::setToDefault),
+                         .call = {.member = "setToDefault"}},
         .signalSignatures = {"setupChanged()", "setupBoundsChanged()"},
         .slotSignatures = {"setValue(QString,QVariantMap)", "setValue(int,QString,QVariant)", "getAllKeys()",
-                           "isKeyAvailable(QString)", "getKeyPosition(QString)", "isChangeable()", "getValue(int)",
-                           "getValue(int,QString)", "getStringValue(int,QString)", "getString(int)",
-                           "getMin(int,QString)", "getMax(int,QString)", "size()", "removeItem(int)", "setToDefault()"},
-        .returnTypes = {{"getValue(int)", "SettingsMap"},
-                        {"getValue(int,QString)", "QVariant"},
-                        {"getString(int)", "QString"},
-                        {"removeItem(int)", "QDBusReply<bool>"},
-                        {"setToDefault()", "void"}},
+                           "isKeyAvailable(QString)", "getKeyPosition(QString)", "isChangeable()",
+                           "SettingsMap getValue(int)", "QVariant getValue(int,QString)", "getStringValue(int,QString)",
+                           "QString getString(int)", "getMin(int,QString)", "getMax(int,QString)", "size()",
+                           "QDBusReply<bool> removeItem(int)", "void setToDefault()"},
+        .otherClasses = {"SetupMapItemInterface"},
+        .relayed = {{.operation = "setupChanged()", .call = {.member = "setupChanged"}},
+                    {.operation = "setupBoundsChanged()", .call = {.member = "setupBoundsChanged"}}},
     };
 }
 } // namespace
 
-class tst_SetupMapListInterface : public CompositeTest
+class tst_SetupMapListInterface : public ProxyClassTest
 {
     Q_OBJECT
 
 public:
     tst_SetupMapListInterface()
-        : CompositeTest(mapList())
+        : ProxyClassTest(mapList())
     {
     }
 
 private:
-    P &proxy() { return ProxyTableTest::proxy<P>(); }
+    P &proxy() { return ProxyClassTest::proxy<P>(); }
 
 private Q_SLOTS:
     void getValueOfAPositionReadsTheWholeMap();

@@ -1,9 +1,10 @@
 #include "SetupMapMapItemInterface.h"
 
 #include "BusTestSupport.h"
-#include "CompositeTest.h"
 #include "DBusCompat_p.h"
 #include "DBusTypes.h"
+#include "ProxyClassTest.h"
+#include "StructuredValues.h"
 
 #include <JsonFormatter.h>
 
@@ -71,123 +72,134 @@ const QStringList cellKeys{"s \"p\"", "s \"k\""};
 
 // clang-format off
 // The blocking entry setter sends the map bare; a cell takes a variant or a bare string. Slots
-// invoked by name give what the direct call gives.
+// invoked by name give what the direct call gives; the getters with a log give an empty value
+// and log one line on any failure.
 const QList<OperationRow> replies{
     {.operation = "setValue map of maps", .run = onProxy<P>([](P &p) { return p.setValue(twoEntries); }),
-     .signature = "a{sv}", .answered = true, .wrongType = 1, .empty = false, .wireArguments = {jsonEntries}},
+     .call = {.member = "setValue", .signature = "a{sv}", .wireArguments = {jsonEntries}},
+     .reply = {.answered = true, .wrongType = 1, .empty = false}},
     {.operation = "setValue entry", .run = onProxy<P>([](P &p) { return p.setValue("p", entry); }),
-     .signature = "sa{sv}", .answered = true, .wrongType = QStringLiteral("true"), .empty = false,
-     .wireArguments = {"s \"p\"", entryText}},
+     .call = {.member = "setValue", .signature = "sa{sv}", .wireArguments = {"s \"p\"", entryText}},
+     .reply = {.answered = true, .wrongType = QStringLiteral("true"), .empty = false}},
     {.operation = "setValue string map", .run = onProxy<P>([](P &p) { return p.setValue("p", texts); }),
-     .signature = "sa{sv}", .answered = true, .wrongType = 1.0, .empty = false,
-     .wireArguments = {"s \"p\"", "a{sv} {s \"a\": v(s \"on\"), s \"b\": v(s \"2\")}"}},
+     .call = {.member = "setValue", .signature = "sa{sv}",
+              .wireArguments = {"s \"p\"", "a{sv} {s \"a\": v(s \"on\"), s \"b\": v(s \"2\")}"}},
+     .reply = {.answered = true, .wrongType = 1.0, .empty = false}},
     {.operation = "setValue cell variant",
-     .run = onProxy<P>([](P &p) { return p.setValue("p", "k", QVariant(QStringLiteral("on"))); }), .signature = "ssv",
-     .answered = true, .wrongType = 1, .empty = false, .wireArguments = {"s \"p\"", "s \"k\"", "v(s \"on\")"}},
+     .run = onProxy<P>([](P &p) { return p.setValue("p", "k", QVariant(QStringLiteral("on"))); }),
+     .call = {.member = "setValue", .signature = "ssv", .wireArguments = {"s \"p\"", "s \"k\"", "v(s \"on\")"}},
+     .reply = {.answered = true, .wrongType = 1, .empty = false}},
     {.operation = "setValue cell string",
-     .run = onProxy<P>([](P &p) { return p.setValue("p", "k", QStringLiteral("on")); }), .signature = "sss",
-     .answered = true, .wrongType = 1, .empty = false, .wireArguments = {"s \"p\"", "s \"k\"", "s \"on\""}},
+     .run = onProxy<P>([](P &p) { return p.setValue("p", "k", QStringLiteral("on")); }),
+     .call = {.member = "setValue", .signature = "sss", .wireArguments = {"s \"p\"", "s \"k\"", "s \"on\""}},
+     .reply = {.answered = true, .wrongType = 1, .empty = false}},
     {.operation = "setDefaultMap map of maps", .run = onProxy<P>([](P &p) { return p.setDefaultMap(twoEntries); }),
-     .signature = "a{sv}", .answered = true, .wrongType = 1, .empty = false, .wireArguments = {jsonEntries}},
+     .call = {.member = "setDefaultMap", .signature = "a{sv}", .wireArguments = {jsonEntries}},
+     .reply = {.answered = true, .wrongType = 1, .empty = false}},
     {.operation = "setDefaultMap entry", .run = onProxy<P>([](P &p) { return p.setDefaultMap("p", entry); }),
-     .signature = "sa{sv}", .answered = true, .wrongType = 1, .empty = false, .wireArguments = {"s \"p\"", entryText}},
+     .call = {.member = "setDefaultMap", .signature = "sa{sv}", .wireArguments = {"s \"p\"", entryText}},
+     .reply = {.answered = true, .wrongType = 1, .empty = false}},
     {.operation = "mergeFromDefaultMap entry", .run = onProxy<P>([](P &p) { return p.mergeFromDefaultMap("p"); }),
-     .signature = "s", .answered = true, .wrongType = keys, .empty = false, .wireArguments = entryKey},
-    {.operation = "mergeFromDefaultMap all", .run = onProxy(&P::mergeFromDefaultMap), .answered = keys,
-     .wrongType = true, .empty = QStringList()},
-    {.operation = "getAllKeys", .run = onProxy(&P::getAllKeys), .answered = keys, .wrongType = QStringLiteral("in1"),
-     .empty = QStringList()},
-    {.operation = "isKeyAvailable", .run = onProxy<P>([](P &p) { return p.isKeyAvailable("p"); }), .signature = "s",
-     .answered = true, .wrongType = 1, .empty = false, .wireArguments = entryKey},
-    {.operation = "isChangeable", .run = onProxy(&P::isChangeable), .answered = true,
-     .wrongType = QStringLiteral("yes"), .empty = false},
-    {.operation = "getEnums", .run = onProxy<P>([](P &p) { return p.getEnums("p", "k"); }), .signature = "ss",
-     .answered = keys, .wrongType = wrappedValue(keys), .empty = QStringList(), .wireArguments = cellKeys},
-    {.operation = "getString", .run = onProxy(&P::getString), .answered = QStringLiteral("in1: on"), .wrongType = 1,
-     .empty = QString()},
-    {.operation = "size", .run = onProxy(&P::size), .answered = 2, .wrongType = 2.0, .empty = 0},
-    {.operation = "removeItem entry", .run = onProxy<P>([](P &p) { return p.removeItem("p"); }), .signature = "s",
-     .answered = 1, .wrongType = true, .empty = 0, .wireArguments = entryKey},
-    {.operation = "removeItem cell", .run = onProxy<P>([](P &p) { return p.removeItem("p", "k"); }), .signature = "ss",
-     .answered = 4, .wrongType = true, .empty = 0, .wireArguments = cellKeys},
+     .call = {.member = "mergeFromDefaultMap", .signature = "s", .wireArguments = entryKey},
+     .reply = {.answered = true, .wrongType = keys, .empty = false}},
+    {.operation = "mergeFromDefaultMap all", .run = onProxy(&P::mergeFromDefaultMap),
+     .call = {.member = "mergeFromDefaultMap"}, .reply = {.answered = keys, .wrongType = true, .empty = QStringList()}},
+    {.operation = "getAllKeys", .run = onProxy(&P::getAllKeys), .call = {.member = "getAllKeys"},
+     .reply = {.answered = keys, .wrongType = QStringLiteral("in1"), .empty = QStringList()}},
+    {.operation = "isKeyAvailable", .run = onProxy<P>([](P &p) { return p.isKeyAvailable("p"); }),
+     .call = {.member = "isKeyAvailable", .signature = "s", .wireArguments = entryKey},
+     .reply = {.answered = true, .wrongType = 1, .empty = false}},
+    {.operation = "isChangeable", .run = onProxy(&P::isChangeable), .call = {.member = "isChangeable"},
+     .reply = {.answered = true, .wrongType = QStringLiteral("yes"), .empty = false}},
+    {.operation = "getEnums", .run = onProxy<P>([](P &p) { return p.getEnums("p", "k"); }),
+     .call = {.member = "getEnums", .signature = "ss", .wireArguments = cellKeys},
+     .reply = {.answered = keys, .wrongType = wrappedValue(keys), .empty = QStringList()}},
+    {.operation = "getString", .run = onProxy(&P::getString), .call = {.member = "getString"},
+     .reply = {.answered = QStringLiteral("in1: on"), .wrongType = 1, .empty = QString()}},
+    {.operation = "size", .run = onProxy(&P::size), .call = {.member = "size"},
+     .reply = {.answered = 2, .wrongType = 2.0, .empty = 0}},
+    {.operation = "removeItem entry", .run = onProxy<P>([](P &p) { return p.removeItem("p"); }),
+     .call = {.member = "removeItem", .signature = "s", .wireArguments = entryKey},
+     .reply = {.answered = 1, .wrongType = true, .empty = 0}},
+    {.operation = "removeItem cell", .run = onProxy<P>([](P &p) { return p.removeItem("p", "k"); }),
+     .call = {.member = "removeItem", .signature = "ss", .wireArguments = cellKeys},
+     .reply = {.answered = 4, .wrongType = true, .empty = 0}},
     {.operation = "removeItem cell by name",
      .run = byName<IntReply>("removeItem(QString,QString)", QStringLiteral("p"), QStringLiteral("k")),
-     .signature = "ss", .answered = 1, .wrongType = true, .empty = 0, .wireArguments = cellKeys},
-    {.operation = "getAllKeys entry", .run = onProxy<P>([](P &p) { return p.getAllKeys("p"); }), .signature = "s",
-     .answered = keys, .wrongType = QStringLiteral("in1"), .empty = QStringList(), .wireArguments = entryKey},
-    {.operation = "getValue entry", .run = onProxy<P>([](P &p) { return p.getValue("p"); }), .signature = "s",
-     .answered = flags, .wrongType = wrappedValue(flags), .empty = SettingsMap(), .wireArguments = entryKey},
-    {.operation = "getValue cell", .run = onProxy<P>([](P &p) { return p.getValue("p", "k"); }), .signature = "ss",
-     .answered = wrappedValue(3), .seen = 3, .wrongType = 3, .wireArguments = cellKeys},
+     .call = {.member = "removeItem", .signature = "ss", .wireArguments = cellKeys},
+     .reply = {.answered = 1, .wrongType = true, .empty = 0}},
+    {.operation = "getAllKeys entry", .run = onProxy<P>([](P &p) { return p.getAllKeys("p"); }),
+     .call = {.member = "getAllKeys", .signature = "s", .wireArguments = entryKey},
+     .reply = {.answered = keys, .wrongType = QStringLiteral("in1"), .empty = QStringList()},
+     .log = judgedAs<P, QStringList>("getAllKeys", QStringLiteral("in1"))},
+    {.operation = "getValue entry", .run = onProxy<P>([](P &p) { return p.getValue("p"); }),
+     .call = {.member = "getValue", .signature = "s", .wireArguments = entryKey},
+     .reply = {.answered = flags, .wrongType = wrappedValue(flags), .empty = SettingsMap()},
+     .log = judgedAs<P, SettingsMap>("getValue", wrappedValue(flags))},
+    {.operation = "getValue cell", .run = onProxy<P>([](P &p) { return p.getValue("p", "k"); }),
+     .call = {.member = "getValue", .signature = "ss", .wireArguments = cellKeys},
+     .reply = {.answered = wrappedValue(3), .seen = 3, .wrongType = 3},
+     .log = judgedAs<P, QDBusVariant>("getValue", 3)},
     {.operation = "getStringValue", .run = onProxy<P>([](P &p) { return p.getStringValue("p", "k"); }),
-     .signature = "ss", .answered = QStringLiteral("3 dB"), .wrongType = 3, .empty = QString(),
-     .wireArguments = cellKeys},
+     .call = {.member = "getStringValue", .signature = "ss", .wireArguments = cellKeys},
+     .reply = {.answered = QStringLiteral("3 dB"), .wrongType = 3, .empty = QString()},
+     .log = judgedAs<P, QString>("getStringValue", 3)},
     {.operation = "getStringMap", .run = onProxy<P>([](P &p) { return comparable(p.getStringMap("p")); }),
-     .member = "getValue", .signature = "s", .answered = flags, .seen = flagTexts,
-     .wrongType = QStringLiteral("level=3"), .empty = QVariantMap(), .wireArguments = entryKey},
-    {.operation = "getStringMap by name", .run = stringMapByName, .member = "getValue", .signature = "s",
-     .answered = cell("level", 3), .seen = QVariantMap{{"level", "3"}}, .wrongType = 3, .empty = QVariantMap(),
-     .wireArguments = entryKey},
-    {.operation = "getMin", .run = onProxy<P>([](P &p) { return p.getMin("p", "k"); }), .signature = "ss",
-     .answered = wrappedValue(-6.5), .seen = -6.5, .wrongType = -6.5, .wireArguments = cellKeys},
-    {.operation = "getMax", .run = onProxy<P>([](P &p) { return p.getMax("p", "k"); }), .signature = "ss",
-     .answered = wrappedValue(12), .seen = 12, .wrongType = QStringLiteral("12"), .wireArguments = cellKeys},
-    {.operation = "getBaseElement", .run = onProxy(&P::getBaseElement),
-     .answered = wrappedValue(QStringLiteral("template")), .seen = QStringLiteral("template"),
-     .wrongType = QStringLiteral("template")},
-    {.operation = "getString entry", .run = onProxy<P>([](P &p) { return p.getString("p"); }), .signature = "s",
-     .answered = QStringLiteral("level=3"), .wrongType = wrappedValue(QStringLiteral("level=3")), .empty = QString(),
-     .wireArguments = entryKey},
+     .call = {.member = "getValue", .signature = "s", .wireArguments = entryKey},
+     .reply = {.answered = flags, .seen = flagTexts, .wrongType = QStringLiteral("level=3"), .empty = QVariantMap()},
+     .log = judgedAs<P, SettingsMap>("getStringMap", QStringLiteral("level=3"))},
+    {.operation = "getStringMap by name", .run = stringMapByName,
+     .call = {.member = "getValue", .signature = "s", .wireArguments = entryKey},
+     .reply = {.answered = cell("level", 3), .seen = QVariantMap{{"level", "3"}}, .wrongType = 3,
+               .empty = QVariantMap()},
+     .log = judgedAs<P, SettingsMap>("getStringMap", 3)},
+    {.operation = "getMin", .run = onProxy<P>([](P &p) { return p.getMin("p", "k"); }),
+     .call = {.member = "getMin", .signature = "ss", .wireArguments = cellKeys},
+     .reply = {.answered = wrappedValue(-6.5), .seen = -6.5, .wrongType = -6.5},
+     .log = judgedAs<P, QDBusVariant>("getMin", -6.5)},
+    {.operation = "getMax", .run = onProxy<P>([](P &p) { return p.getMax("p", "k"); }),
+     .call = {.member = "getMax", .signature = "ss", .wireArguments = cellKeys},
+     .reply = {.answered = wrappedValue(12), .seen = 12, .wrongType = QStringLiteral("12")},
+     .log = judgedAs<P, QDBusVariant>("getMax", QStringLiteral("12"))},
+    {.operation = "getBaseElement", .run = onProxy(&P::getBaseElement), .call = {.member = "getBaseElement"},
+     .reply = {.answered = wrappedValue(QStringLiteral("template")), .seen = QStringLiteral("template"),
+               .wrongType = QStringLiteral("template")},
+     .log = judgedAs<P, QDBusVariant>("getBaseElement", QStringLiteral("template"))},
+    {.operation = "getString entry", .run = onProxy<P>([](P &p) { return p.getString("p"); }),
+     .call = {.member = "getString", .signature = "s", .wireArguments = entryKey},
+     .reply = {.answered = QStringLiteral("level=3"), .wrongType = wrappedValue(QStringLiteral("level=3")),
+               .empty = QString()},
+     .log = judgedAs<P, QString>("getString", wrappedValue(QStringLiteral("level=3")))},
 };
 
 const QList<OperationRow> sent{
     {.operation = "setValue cell variant int", .run = onProxy<P>([](P &p) { p.setValue("p", "k", QVariant(5)); }),
-     .signature = "ssv", .wireArguments = {"s \"p\"", "s \"k\"", "v(i 5)"}},
+     .call = {.member = "setValue", .signature = "ssv", .wireArguments = {"s \"p\"", "s \"k\"", "v(i 5)"}}},
     {.operation = "setDefaultMap empty map of maps", .run = onProxy<P>([](P &p) { p.setDefaultMap(MapOfMaps()); }),
-     .signature = "a{sv}", .wireArguments = {"a{sv} {}"}},
-};
-
-// An empty value and one line on any failure.
-const QList<OperationRow> checkedGetters{
-    {.operation = "getAllKeys entry", .wrongType = 5, .typeError = replyTypeError<QStringList>(5)},
-    {.operation = "getValue entry", .wrongType = 5, .typeError = replyTypeError<SettingsMap>(5)},
-    {.operation = "getValue cell", .wrongType = 5, .typeError = replyTypeError<QDBusVariant>(5)},
-    {.operation = "getStringValue", .wrongType = 5, .typeError = replyTypeError<QString>(5)},
-    {.operation = "getStringMap", .wrongType = QStringLiteral("x"),
-     .typeError = replyTypeError<SettingsMap>(QStringLiteral("x"))},
-    {.operation = "getMin", .wrongType = 5, .typeError = replyTypeError<QDBusVariant>(5)},
-    {.operation = "getMax", .wrongType = true, .typeError = replyTypeError<QDBusVariant>(true)},
-    {.operation = "getBaseElement", .wrongType = 5, .typeError = replyTypeError<QDBusVariant>(5)},
-    {.operation = "getString entry", .wrongType = 5, .typeError = replyTypeError<QString>(5)},
+     .call = {.member = "setDefaultMap", .signature = "a{sv}", .wireArguments = {"a{sv} {}"}}},
 };
 
 // The asynchronous entry setter wraps the map in a variant.
 const QList<OperationRow> asyncs{
-    {.operation = "setValueAsync", .run = onProxy<P>([](P &p) { p.setValueAsync("p", entry); }), .member = "setValue",
-     .signature = "sv", .wireArguments = {"s \"p\"", "v(" + entryText + ")"}},
-    {.operation = "setToDefaultAsync", .run = onProxy(&P::setToDefaultAsync), .member = "setToDefault"},
+    {.operation = "setValueAsync", .run = onProxy<P>([](P &p) { p.setValueAsync("p", entry); }),
+     .call = {.member = "setValue", .signature = "sv", .wireArguments = {"s \"p\"", "v(" + entryText + ")"}}},
+    {.operation = "setToDefaultAsync", .run = onProxy(&P::setToDefaultAsync), .call = {.member = "setToDefault"}},
 };
 
 const QStringList slotSignatures{
     "setValue(QMap<QString,QVariantMap>)", "setValue(QString,QVariantMap)", "setValue(QString,QMap<QString,QString>)",
     "setValue(QString,QString,QVariant)", "setValue(QString,QString,QString)",
-    "setDefaultMap(QMap<QString,QVariantMap>)", "setDefaultMap(QString,QVariantMap)", "mergeFromDefaultMap(QString)",
-    "mergeFromDefaultMap()", "setValueAsync(QString,QVariantMap)", "getAllKeys()", "getAllKeys(QString)",
-    "isKeyAvailable(QString)", "isChangeable()", "getValue(QString)", "getValue(QString,QString)",
-    "getStringValue(QString,QString)", "getStringMap(QString)", "getMin(QString,QString)", "getMax(QString,QString)",
-    "getEnums(QString,QString)", "getBaseElement()", "getString()", "getString(QString)", "size()",
-    "removeItem(QString)", "removeItem(QString,QString)", "setToDefault()", "setToDefaultAsync()",
-    "emitSetupChangedPart(QString,QString,QDBusVariant,bool)"};
-
-const QList<QPair<const char *, const char *>> returnTypes{
-    {"getValue(QString)", "SettingsMap"}, {"getStringMap(QString)", "SettingsStringMap"},
-    {"getAllKeys(QString)", "QStringList"}, {"mergeFromDefaultMap(QString)", "QDBusReply<bool>"},
-    {"mergeFromDefaultMap()", "QDBusReply<QStringList>"}, {"removeItem(QString)", "QDBusReply<int>"},
-    {"removeItem(QString,QString)", "QDBusReply<int>"}, {"getString()", "QDBusReply<QString>"},
-    {"getString(QString)", "QString"}, {"setToDefault()", "void"}};
+    "setDefaultMap(QMap<QString,QVariantMap>)", "setDefaultMap(QString,QVariantMap)",
+    "QDBusReply<bool> mergeFromDefaultMap(QString)", "QDBusReply<QStringList> mergeFromDefaultMap()",
+    "setValueAsync(QString,QVariantMap)", "getAllKeys()", "QStringList getAllKeys(QString)", "isKeyAvailable(QString)",
+    "isChangeable()", "SettingsMap getValue(QString)", "getValue(QString,QString)", "getStringValue(QString,QString)",
+    "SettingsStringMap getStringMap(QString)", "getMin(QString,QString)", "getMax(QString,QString)",
+    "getEnums(QString,QString)", "getBaseElement()", "QDBusReply<QString> getString()", "QString getString(QString)",
+    "size()", "QDBusReply<int> removeItem(QString)", "QDBusReply<int> removeItem(QString,QString)",
+    "void setToDefault()", "setToDefaultAsync()", "emitSetupChangedPart(QString,QString,QDBusVariant,bool)"};
 // clang-format on
 
-CompositeClass mapMapItem()
+ProxyClassTable mapMapItem()
 {
     return {
         .className = "SetupMapMapItemInterface",
@@ -195,21 +207,22 @@ CompositeClass mapMapItem()
         .make = factoryOf<P>(),
         .sent = sent,
         .replies = replies,
-        .checkedGetters = checkedGetters,
-        .loggedErrors = {{"error", "no such entry", "\"no such entry\""},
-                         {"error with quotes", "entry \"in1\" unknown", "\"entry \\\"in1\\\" unknown\""}},
-        .setToDefault = onProxy(&P::setToDefault),
+        .errors = {{"error", "no such entry", "\"no such entry\""},
+                   {"error with quotes", "entry \"in1\" unknown", "\"entry \\\"in1\\\" unknown\""}},
+        .setToDefault = {.operation = "setToDefault",
+                         .run = onProxy(&P::setToDefault),
+                         .call = {.member = "setToDefault"}},
         .asyncs = asyncs,
-        .failingCall = {.operation = "size", .run = onProxy(&P::size)},
-        .relayed = {{.operation = "setupChanged()"},
-                    {.operation = "mapEntryRemoved(QString)", .arguments = {"in1"}},
-                    {.operation = "setupBoundsChanged()"}},
-        .otherClassNames = {"SetupMapListInterface"},
+        .failingCall = {.operation = "size", .run = onProxy(&P::size), .call = {.member = "size"}},
         .signalSignatures = {"setupChanged()", "setupChangedPart(QString,QString,QVariant,bool)",
                              "setupChangedPart(QString,QString,QDBusVariant,bool)", "mapEntryRemoved(QString)",
                              "setupBoundsChanged()"},
         .slotSignatures = slotSignatures,
-        .returnTypes = returnTypes,
+        .otherClasses = {"SetupMapListInterface"},
+        .relayed = {{.operation = "setupChanged()", .call = {.member = "setupChanged"}},
+                    {.operation = "mapEntryRemoved(QString)",
+                     .call = {.member = "mapEntryRemoved", .arguments = {"in1"}}},
+                    {.operation = "setupBoundsChanged()", .call = {.member = "setupBoundsChanged"}}},
     };
 }
 
@@ -250,18 +263,18 @@ QList<QVariant> relayedValues(const QSignalSpy &spy)
 }
 } // namespace
 
-class tst_SetupMapMapItemInterface : public CompositeTest
+class tst_SetupMapMapItemInterface : public ProxyClassTest
 {
     Q_OBJECT
 
 public:
     tst_SetupMapMapItemInterface()
-        : CompositeTest(mapMapItem())
+        : ProxyClassTest(mapMapItem())
     {
     }
 
 private:
-    P &proxy() { return ProxyTableTest::proxy<P>(); }
+    P &proxy() { return ProxyClassTest::proxy<P>(); }
     /// Emits each change of @p changes, after the same from another path, interface and
     /// connection, then waits until the spies have seen @p count signals and nothing more comes.
     void emitAndSettle(const QList<QList<QVariant>> &changes, const QList<QSignalSpy *> &spies, int count);

@@ -18,64 +18,72 @@ const QStringList getValueLines{"SetupStringInterface::getValue() Error!  %1",
 
 // clang-format off
 const QList<OperationRow> sent{
-    {.operation = "setValue empty", .run = setValueOf<P>(QString()), .member = "setValue", .signature = "s",
-     .arguments = {QString()}},
-    {.operation = "setValue unicode", .run = setValueOf<P>(unicode), .member = "setValue", .signature = "s",
-     .arguments = {unicode}},
+    {.operation = "setValue empty", .run = setValueOf<P>(QString()),
+     .call = {.member = "setValue", .signature = "s", .arguments = {QString()}}},
+    {.operation = "setValue unicode", .run = setValueOf<P>(unicode),
+     .call = {.member = "setValue", .signature = "s", .arguments = {unicode}}},
 };
 
-// Only getValue is a checked getter; getString, unlike SetupIntInterface's, is not.
+// Only getValue logs; getString, unlike SetupIntInterface's, does not.
 const QList<OperationRow> replies{
-    {.operation = "setValue", .run = setValueOf<P>(QStringLiteral("x")), .signature = "s",
-     .arguments = {QStringLiteral("x")}, .answered = true, .wrongType = QStringLiteral("true"), .empty = false},
-    {.operation = "getString", .run = onProxy(&P::getString), .answered = QStringLiteral("Probe A"), .wrongType = 7,
-     .empty = QString()},
-    {.operation = "getValue", .run = onProxy(&P::getValue), .answered = QStringLiteral("Probe A"), .wrongType = 42,
-     .empty = QString(), .logLines = getValueLines},
-    {.operation = "getValue answered empty", .run = onProxy(&P::getValue), .member = "getValue", .answered = QString(),
-     .wrongType = QVariant::fromValue(QDBusObjectPath(path)), .empty = QString(), .logLines = getValueLines},
-    {.operation = "isChangeable", .run = onProxy(&P::isChangeable), .answered = true, .wrongType = 1, .empty = false},
+    {.operation = "setValue", .run = setValueOf<P>(QStringLiteral("x")),
+     .call = {.member = "setValue", .signature = "s", .arguments = {QStringLiteral("x")}},
+     .reply = {.answered = true, .wrongType = QStringLiteral("true"), .empty = false}},
+    {.operation = "getString", .run = onProxy(&P::getString), .call = {.member = "getString"},
+     .reply = {.answered = QStringLiteral("Probe A"), .wrongType = 7, .empty = QString()}},
+    {.operation = "getValue", .run = onProxy(&P::getValue), .call = {.member = "getValue"},
+     .reply = {.answered = QStringLiteral("Probe A"), .wrongType = 42, .empty = QString()},
+     .log = {.lines = getValueLines}},
+    {.operation = "getValue answered empty", .run = onProxy(&P::getValue), .call = {.member = "getValue"},
+     .reply = {.answered = QString(), .wrongType = QVariant::fromValue(QDBusObjectPath(path)), .empty = QString()},
+     .log = {.lines = getValueLines}},
+    {.operation = "isChangeable", .run = onProxy(&P::isChangeable), .call = {.member = "isChangeable"},
+     .reply = {.answered = true, .wrongType = 1, .empty = false}},
     // Invoked by name, it logs as the direct call does.
-    {.operation = "getValue by name", .run = byName<QDBusReply<QString>>("getValue"), .member = "getValue",
-     .answered = QStringLiteral("Probe A"), .wrongType = 42, .empty = QString(), .logLines = getValueLines},
+    {.operation = "getValue by name", .run = byName<QDBusReply<QString>>("getValue"), .call = {.member = "getValue"},
+     .reply = {.answered = QStringLiteral("Probe A"), .wrongType = 42, .empty = QString()},
+     .log = {.lines = getValueLines}},
 };
 
 const QList<OperationRow> asyncs{
-    {.operation = "setValueAsync", .run = setValueAsyncOf<P>(QStringLiteral("Probe C")), .member = "setValue",
-     .signature = "s", .arguments = {QStringLiteral("Probe C")}},
-    {.operation = "setToDefaultAsync", .run = onProxy(&P::setToDefaultAsync), .member = "setToDefault"},
+    {.operation = "setValueAsync", .run = setValueAsyncOf<P>(QStringLiteral("Probe C")),
+     .call = {.member = "setValue", .signature = "s", .arguments = {QStringLiteral("Probe C")}}},
+    {.operation = "setToDefaultAsync", .run = onProxy(&P::setToDefaultAsync), .call = {.member = "setToDefault"}},
 };
 
 const QList<OperationRow> invokedByName{
-    {.operation = "getValue", .run = byName<QDBusReply<QString>>("getValue"), .answered = QStringLiteral("Probe A")},
-    {.operation = "getString", .run = byName<QDBusReply<QString>>("getString"),
-     .answered = QStringLiteral("Probe A (2)")},
+    {.operation = "getValue", .run = byName<QDBusReply<QString>>("getValue"), .call = {.member = "getValue"},
+     .reply = {.answered = QStringLiteral("Probe A")}, .direct = onProxy(&P::getValue)},
+    {.operation = "getString", .run = byName<QDBusReply<QString>>("getString"), .call = {.member = "getString"},
+     .reply = {.answered = QStringLiteral("Probe A (2)")}, .direct = onProxy(&P::getString)},
     {.operation = "setValue", .run = byName<QDBusReply<bool>>("setValue(QString)", QStringLiteral("Probe D")),
-     .signature = "s", .arguments = {QStringLiteral("Probe D")}, .answered = true},
+     .call = {.member = "setValue", .signature = "s", .arguments = {QStringLiteral("Probe D")}},
+     .reply = {.answered = true}, .direct = setValueOf<P>(QStringLiteral("Probe D"))},
     {.operation = "setValueAsync", .run = byName<void>("setValueAsync(QString)", QStringLiteral("Probe E")),
-     .member = "setValue", .signature = "s", .arguments = {QStringLiteral("Probe E")}},
+     .call = {.member = "setValue", .signature = "s", .arguments = {QStringLiteral("Probe E")}},
+     .direct = setValueAsyncOf<P>(QStringLiteral("Probe E"))},
 };
 
-const ProxyClass setupString{
+const ProxyClassTable setupString{
     .className = "SetupStringInterface",
     .path = path,
     .make = factoryOf<P>(),
     .size = sizeof(P),
     .sent = sent,
     .replies = replies,
-    .voidReplies = {{.operation = "setToDefault", .run = onProxy(&P::setToDefault),
-                     .answered = QStringLiteral("done")}},
+    .voidReplies = {{.operation = "setToDefault", .run = onProxy(&P::setToDefault), .call = {.member = "setToDefault"},
+                     .reply = {.answered = QStringLiteral("done")}}},
     .asyncs = asyncs,
-    .failingCall = {.operation = "isChangeable", .run = onProxy(&P::isChangeable)},
-    .signalSignatures = {"setupChanged(QString)"},
-    .slotSignatures = {"setValue(QString)", "getString()", "setValueAsync(QString)", "getValue()", "isChangeable()",
-                       "setToDefault()", "setToDefaultAsync()"},
-    .returnTypes = {"void", "QDBusReply<bool>", "QDBusReply<QString>", "void", "QDBusReply<QString>",
-                    "QDBusReply<bool>", "QDBusReply<void>", "void"},
+    .failingCall = {.operation = "isChangeable", .run = onProxy(&P::isChangeable), .call = {.member = "isChangeable"}},
+    .signalSignatures = {"void setupChanged(QString)"},
+    .slotSignatures = {"QDBusReply<bool> setValue(QString)", "QDBusReply<QString> getString()",
+                       "void setValueAsync(QString)", "QDBusReply<QString> getValue()",
+                       "QDBusReply<bool> isChangeable()", "QDBusReply<void> setToDefault()",
+                       "void setToDefaultAsync()"},
     .otherClasses = {"SetupEnumInterface", "SetupString"},
     .byName = invokedByName,
-    .signalsRelayed = {{.operation = "setupChanged(QString)", .member = "setupChanged",
-                        .arguments = {QStringLiteral("Probe B")}}},
+    .relayed = {{.operation = "setupChanged(QString)",
+                 .call = {.member = "setupChanged", .arguments = {QStringLiteral("Probe B")}}}},
 };
 // clang-format on
 

@@ -1,8 +1,9 @@
 #include "SetupThresholdManagerInterface.h"
 
-#include "CompositeTest.h"
 #include "DBusCompat_p.h"
 #include "DBusTypes.h"
+#include "ProxyClassTest.h"
+#include "StructuredValues.h"
 
 #include <QDBusArgument>
 #include <QDBusConnection>
@@ -60,84 +61,107 @@ const QString other = QStringLiteral("Hall B");
 // Every operation that hands back a reply: a value, or the empty one on any failure, logging
 // nothing. Slots invoked by name give what the direct call gives.
 const QList<OperationRow> replies{
-    {.operation = "setValue", .run = calling(&P::setValue, key, 2.5), .signature = "sd", .arguments = {key, 2.5},
-     .answered = true, .wrongType = 1, .empty = false},
+    {.operation = "setValue", .run = calling(&P::setValue, key, 2.5),
+     .call = {.member = "setValue", .signature = "sd", .arguments = {key, 2.5}},
+     .reply = {.answered = true, .wrongType = 1, .empty = false}},
     {.operation = "setValue by name", .run = byName<QDBusReply<bool>>("setValue(QString,double)", key, 6.0),
-     .signature = "sd", .arguments = {key, 6.0}, .answered = true, .wrongType = 1, .empty = false},
+     .call = {.member = "setValue", .signature = "sd", .arguments = {key, 6.0}},
+     .reply = {.answered = true, .wrongType = 1, .empty = false}},
     {.operation = "getAllThresholdElements", .run = onProxy(&P::getAllThresholdElements),
-     .answered = QStringLiteral("k=1;j=2"), .wrongType = 12, .empty = QString()},
-    {.operation = "getAttributes", .run = calling(&P::getAttributes, key), .signature = "s", .arguments = {key},
-     .answered = 0x13, .wrongType = 19.0, .empty = 0},
+     .call = {.member = "getAllThresholdElements"},
+     .reply = {.answered = QStringLiteral("k=1;j=2"), .wrongType = 12, .empty = QString()}},
+    {.operation = "getAttributes", .run = calling(&P::getAttributes, key),
+     .call = {.member = "getAttributes", .signature = "s", .arguments = {key}},
+     .reply = {.answered = 0x13, .wrongType = 19.0, .empty = 0}},
     {.operation = "getMaxLocationDescriptionCharacterCount",
-     .run = onProxy(&P::getMaxLocationDescriptionCharacterCount), .answered = 80, .wrongType = QStringLiteral("80"),
-     .empty = 0},
+     .run = onProxy(&P::getMaxLocationDescriptionCharacterCount),
+     .call = {.member = "getMaxLocationDescriptionCharacterCount"},
+     .reply = {.answered = 80, .wrongType = QStringLiteral("80"), .empty = 0}},
     {.operation = "getMaxLocationNameCharacterCount", .run = onProxy(&P::getMaxLocationNameCharacterCount),
-     .answered = 16, .wrongType = true, .empty = 0},
-    {.operation = "getMaxValue", .run = calling(&P::getMaxValue, key), .signature = "s", .arguments = {key},
-     .answered = 99.5, .wrongType = 99, .empty = 0.0},
-    {.operation = "getMinValue", .run = calling(&P::getMinValue, key), .signature = "s", .arguments = {key},
-     .answered = -3.25, .wrongType = QStringLiteral("-3.25"), .empty = 0.0},
+     .call = {.member = "getMaxLocationNameCharacterCount"}, .reply = {.answered = 16, .wrongType = true, .empty = 0}},
+    {.operation = "getMaxValue", .run = calling(&P::getMaxValue, key),
+     .call = {.member = "getMaxValue", .signature = "s", .arguments = {key}},
+     .reply = {.answered = 99.5, .wrongType = 99, .empty = 0.0}},
+    {.operation = "getMinValue", .run = calling(&P::getMinValue, key),
+     .call = {.member = "getMinValue", .signature = "s", .arguments = {key}},
+     .reply = {.answered = -3.25, .wrongType = QStringLiteral("-3.25"), .empty = 0.0}},
     {.operation = "getThresholdElementsForLocation", .run = calling(&P::getThresholdElementsForLocation, location),
-     .signature = "s", .arguments = {location}, .answered = QStringLiteral("k=1"),
-     .wrongType = QStringList{QStringLiteral("k=1")}, .empty = QString()},
-    {.operation = "getValue", .run = calling(&P::getValue, key), .signature = "s", .arguments = {key},
-     .answered = 12.75, .wrongType = 12, .empty = 0.0},
-    {.operation = "getValue by name", .run = byName<QDBusReply<double>>("getValue(QString)", key), .signature = "s",
-     .arguments = {key}, .answered = 4.5, .wrongType = 4, .empty = 0.0},
-    {.operation = "getString", .run = calling(&P::getString, key), .signature = "s", .arguments = {key},
-     .answered = QStringLiteral("12.75 dB"), .wrongType = 12.75, .empty = QString()},
-    {.operation = "getLocationNames", .run = onProxy(&P::getLocationNames), .answered = QStringList{location, other},
-     .wrongType = location, .empty = QStringList()},
+     .call = {.member = "getThresholdElementsForLocation", .signature = "s", .arguments = {location}},
+     .reply = {.answered = QStringLiteral("k=1"), .wrongType = QStringList{QStringLiteral("k=1")}, .empty = QString()}},
+    {.operation = "getValue", .run = calling(&P::getValue, key),
+     .call = {.member = "getValue", .signature = "s", .arguments = {key}},
+     .reply = {.answered = 12.75, .wrongType = 12, .empty = 0.0}},
+    {.operation = "getValue by name", .run = byName<QDBusReply<double>>("getValue(QString)", key),
+     .call = {.member = "getValue", .signature = "s", .arguments = {key}},
+     .reply = {.answered = 4.5, .wrongType = 4, .empty = 0.0}},
+    {.operation = "getString", .run = calling(&P::getString, key),
+     .call = {.member = "getString", .signature = "s", .arguments = {key}},
+     .reply = {.answered = QStringLiteral("12.75 dB"), .wrongType = 12.75, .empty = QString()}},
+    {.operation = "getLocationNames", .run = onProxy(&P::getLocationNames), .call = {.member = "getLocationNames"},
+     .reply = {.answered = QStringList{location, other}, .wrongType = location, .empty = QStringList()}},
     {.operation = "getLocationNames by name", .run = byName<QDBusReply<QStringList>>("getLocationNames"),
-     .answered = QStringList{location}, .wrongType = location, .empty = QStringList()},
-    {.operation = "getLocationDescription", .run = calling(&P::getLocationDescription, location), .signature = "s",
-     .arguments = {location}, .answered = QStringLiteral("north wall"), .wrongType = 1, .empty = QString()},
-    {.operation = "isLocationEditable", .run = calling(&P::isLocationEditable, location), .signature = "s",
-     .arguments = {location}, .answered = true, .wrongType = QStringLiteral("true"), .empty = false},
-    {.operation = "size", .run = onProxy(&P::size), .answered = 7, .wrongType = 7.0, .empty = 0},
-    {.operation = "isChangeable", .run = onProxy(&P::isChangeable), .answered = true, .wrongType = 1, .empty = false},
+     .call = {.member = "getLocationNames"},
+     .reply = {.answered = QStringList{location}, .wrongType = location, .empty = QStringList()}},
+    {.operation = "getLocationDescription", .run = calling(&P::getLocationDescription, location),
+     .call = {.member = "getLocationDescription", .signature = "s", .arguments = {location}},
+     .reply = {.answered = QStringLiteral("north wall"), .wrongType = 1, .empty = QString()}},
+    {.operation = "isLocationEditable", .run = calling(&P::isLocationEditable, location),
+     .call = {.member = "isLocationEditable", .signature = "s", .arguments = {location}},
+     .reply = {.answered = true, .wrongType = QStringLiteral("true"), .empty = false}},
+    {.operation = "size", .run = onProxy(&P::size), .call = {.member = "size"},
+     .reply = {.answered = 7, .wrongType = 7.0, .empty = 0}},
+    {.operation = "isChangeable", .run = onProxy(&P::isChangeable), .call = {.member = "isChangeable"},
+     .reply = {.answered = true, .wrongType = 1, .empty = false}},
     {.operation = "setLocationDescription",
-     .run = calling(&P::setLocationDescription, location, QStringLiteral("north wall")), .signature = "ss",
-     .arguments = {location, QStringLiteral("north wall")}, .answered = true, .wrongType = QStringLiteral("yes"),
-     .empty = false},
-    {.operation = "createLocation", .run = calling(&P::createLocation, other, location), .signature = "ss",
-     .arguments = {other, location}, .answered = true, .wrongType = 1, .empty = false},
-    {.operation = "deleteLocation", .run = calling(&P::deleteLocation, other), .signature = "s", .arguments = {other},
-     .answered = true, .wrongType = 0, .empty = false},
-    {.operation = "renameLocation", .run = calling(&P::renameLocation, location, other), .signature = "ss",
-     .arguments = {location, other}, .answered = true, .wrongType = 2.0, .empty = false},
+     .run = calling(&P::setLocationDescription, location, QStringLiteral("north wall")),
+     .call = {.member = "setLocationDescription", .signature = "ss",
+              .arguments = {location, QStringLiteral("north wall")}},
+     .reply = {.answered = true, .wrongType = QStringLiteral("yes"), .empty = false}},
+    {.operation = "createLocation", .run = calling(&P::createLocation, other, location),
+     .call = {.member = "createLocation", .signature = "ss", .arguments = {other, location}},
+     .reply = {.answered = true, .wrongType = 1, .empty = false}},
+    {.operation = "deleteLocation", .run = calling(&P::deleteLocation, other),
+     .call = {.member = "deleteLocation", .signature = "s", .arguments = {other}},
+     .reply = {.answered = true, .wrongType = 0, .empty = false}},
+    {.operation = "renameLocation", .run = calling(&P::renameLocation, location, other),
+     .call = {.member = "renameLocation", .signature = "ss", .arguments = {location, other}},
+     .reply = {.answered = true, .wrongType = 2.0, .empty = false}},
 };
 
 const QList<OperationRow> asyncs{
-    {.operation = "setToDefaultAsync", .run = onProxy(&P::setToDefaultAsync), .member = "setToDefault"},
-    {.operation = "setToDefaultAsync by name", .run = byName<void>("setToDefaultAsync"), .member = "setToDefault"},
+    {.operation = "setToDefaultAsync", .run = onProxy(&P::setToDefaultAsync), .call = {.member = "setToDefault"}},
+    {.operation = "setToDefaultAsync by name", .run = byName<void>("setToDefaultAsync"),
+     .call = {.member = "setToDefault"}},
 };
 
 const QList<OperationRow> relayed{
-    {.operation = "locationNameChanged(QString,QString)", .arguments = {location, QStringLiteral("Hall C")}},
-    {.operation = "locationsChanged()"},
-    {.operation = "setupChanged()"},
-    {.operation = "setupChanged(QString,double)", .arguments = {key, 7.5}},
+    {.operation = "locationNameChanged(QString,QString)",
+     .call = {.member = "locationNameChanged", .arguments = {location, QStringLiteral("Hall C")}}},
+    {.operation = "locationsChanged()", .call = {.member = "locationsChanged"}},
+    {.operation = "setupChanged()", .call = {.member = "setupChanged"}},
+    {.operation = "setupChanged(QString,double)", .call = {.member = "setupChanged", .arguments = {key, 7.5}}},
 };
 // clang-format on
 
-CompositeClass thresholdManager()
+ProxyClassTable thresholdManager()
 {
     return {
         .className = "SetupThresholdManagerInterface",
         .path = path,
         .make = factoryOf<P>(),
+        .size = sizeof(P),
+        .ownData = 2 * sizeof(QString), // service and path
         .replies = replies,
-        .setToDefault = onProxy(&P::setToDefault),
+        .setToDefault = {.operation = "setToDefault",
+                         .run = onProxy(&P::setToDefault),
+                         .call = {.member = "setToDefault"}},
         .asyncs = asyncs,
-        .failingCall = {.operation = "size", .run = onProxy(&P::size)},
-        .relayed = relayed,
-        .otherClassNames = {"StorageElemsMapInterface"},
+        .failingCall = {.operation = "size", .run = onProxy(&P::size), .call = {.member = "size"}},
         .signalSignatures = {"locationNameChanged(QString,QString)", "locationsChanged()", "setupChanged()",
                              "setupChanged(QString,double)"},
         .slotSignatures = {"setValue(QString,double)",
                            "getAllThresholdElements()",
-                           "getAttributes(QString)",
+                           "QDBusReply<int> getAttributes(QString)",
                            "getMaxLocationDescriptionCharacterCount()",
                            "getMaxLocationNameCharacterCount()",
                            "getMaxValue(QString)",
@@ -151,32 +175,32 @@ CompositeClass thresholdManager()
                            "size()",
                            "isChangeable()",
                            "setLocationDescription(QString,QString)",
-                           "setToDefault()",
+                           "void setToDefault()",
                            "setToDefaultAsync()",
                            "createLocation(QString,QString)",
                            "deleteLocation(QString)",
                            "renameLocation(QString,QString)"},
-        .returnTypes = {{"getAttributes(QString)", "QDBusReply<int>"}, {"setToDefault()", "void"}},
+        .otherClasses = {"StorageElemsMapInterface"},
+        .relayed = relayed,
     };
 }
 } // namespace
 
-class tst_SetupThresholdManagerInterface : public CompositeTest
+class tst_SetupThresholdManagerInterface : public ProxyClassTest
 {
     Q_OBJECT
 
 public:
     tst_SetupThresholdManagerInterface()
-        : CompositeTest(thresholdManager())
+        : ProxyClassTest(thresholdManager())
     {
     }
 
 private:
-    P &proxy() { return ProxyTableTest::proxy<P>(); }
+    P &proxy() { return ProxyClassTest::proxy<P>(); }
 
 private Q_SLOTS:
     void everyConstructionKeepsTheOneDoubleListTypeAndRestoresItsMarshalling();
-    void keepsServiceAndPathBesideTheBase();
     void overriddenVirtualGettersAreWhatTheMetaObjectInvokes();
     void setupChangedOverloadsShareTheBusSignalByItsArguments();
 };
@@ -202,11 +226,6 @@ void tst_SetupThresholdManagerInterface::everyConstructionKeepsTheOneDoubleListT
     }
     QCOMPARE(DBusTypes::registerDoubleList(), id);
     QCOMPARE(log.lines(), QList<LogLine>());
-}
-
-void tst_SetupThresholdManagerInterface::keepsServiceAndPathBesideTheBase()
-{
-    QCOMPARE(sizeof(SetupThresholdManagerInterface), sizeof(QDBusAbstractInterface) + 2 * sizeof(QString));
 }
 
 void tst_SetupThresholdManagerInterface::overriddenVirtualGettersAreWhatTheMetaObjectInvokes()

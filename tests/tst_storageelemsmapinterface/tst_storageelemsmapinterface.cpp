@@ -1,6 +1,6 @@
 #include "StorageElemsMapInterface.h"
 
-#include "CompositeTest.h"
+#include "ProxyClassTest.h"
 
 #include <QtTest/QTest>
 
@@ -11,70 +11,73 @@ const QString path = QStringLiteral("/Setup/StorageElems");
 // clang-format off
 // Slots invoked by name give what the direct call gives.
 const QList<OperationRow> replies{
-    {.operation = "getValues", .run = onProxy(&P::getValues), .answered = QStringList{"Trace 2", "Trace 1"},
-     .wrongType = QStringLiteral("Trace 2"), .empty = QStringList()},
+    {.operation = "getValues", .run = onProxy(&P::getValues), .call = {.member = "getValues"},
+     .reply = {.answered = QStringList{"Trace 2", "Trace 1"}, .wrongType = QStringLiteral("Trace 2"),
+               .empty = QStringList()}},
     {.operation = "getValues by name", .run = byName<QDBusReply<QStringList>>("getValues"),
-     .answered = QStringList{"a", "b"}, .wrongType = QStringLiteral("a"), .empty = QStringList()},
-    {.operation = "count", .run = onProxy(&P::count), .answered = 2, .wrongType = QStringLiteral("2"), .empty = 0},
-    {.operation = "getSortOrder", .run = onProxy(&P::getSortOrder), .answered = QStringLiteral("byName"),
-     .wrongType = 1, .empty = QString()},
+     .call = {.member = "getValues"},
+     .reply = {.answered = QStringList{"a", "b"}, .wrongType = QStringLiteral("a"), .empty = QStringList()}},
+    {.operation = "count", .run = onProxy(&P::count), .call = {.member = "count"},
+     .reply = {.answered = 2, .wrongType = QStringLiteral("2"), .empty = 0}},
+    {.operation = "getSortOrder", .run = onProxy(&P::getSortOrder), .call = {.member = "getSortOrder"},
+     .reply = {.answered = QStringLiteral("byName"), .wrongType = 1, .empty = QString()}},
 };
 
 // A void reply accepts any method return and only fails on an error.
 const QList<OperationRow> voidReplies{
     {.operation = "setSortOrder", .run = onProxy<P>([](P &p) { return p.setSortOrder(QStringLiteral("byDate")); }),
-     .signature = "s", .arguments = {QStringLiteral("byDate")}, .answered = true},
+     .call = {.member = "setSortOrder", .signature = "s", .arguments = {QStringLiteral("byDate")}},
+     .reply = {.answered = true}},
     {.operation = "setSortOrder by name",
-     .run = byName<QDBusReply<void>>("setSortOrder(QString)", QStringLiteral("bogus")), .signature = "s",
-     .arguments = {QStringLiteral("bogus")}, .answered = true},
+     .run = byName<QDBusReply<void>>("setSortOrder(QString)", QStringLiteral("bogus")),
+     .call = {.member = "setSortOrder", .signature = "s", .arguments = {QStringLiteral("bogus")}},
+     .reply = {.answered = true}},
 };
 
 const QList<OperationRow> relayed{
     {.operation = "setupChanged(QString,int,int,QStringList)",
-     .arguments = {QStringLiteral("insert"), 2, 3, QStringList{"Trace 4", "Trace 5", "Trace 6"}}},
-    {.operation = "sortOrderChanged(QString)", .arguments = {QStringLiteral("byDate")}},
+     .call = {.member = "setupChanged",
+              .arguments = {QStringLiteral("insert"), 2, 3, QStringList{"Trace 4", "Trace 5", "Trace 6"}}}},
+    {.operation = "sortOrderChanged(QString)",
+     .call = {.member = "sortOrderChanged", .arguments = {QStringLiteral("byDate")}}},
 };
 // clang-format on
 
-CompositeClass storageElemsMap()
+ProxyClassTable storageElemsMap()
 {
     return {
         .className = "StorageElemsMapInterface",
         .path = path,
         .make = factoryOf<P>(),
+        .size = sizeof(P),
         .replies = replies,
         .voidReplies = voidReplies,
-        .setToDefault = onProxy(&P::setToDefault),
-        .asyncs = {{.operation = "setToDefaultAsync", .run = onProxy(&P::setToDefaultAsync), .member = "setToDefault"}},
-        .failingCall = {.operation = "count", .run = onProxy(&P::count)},
-        .relayed = relayed,
-        .otherClassNames = {"SetupThresholdManagerInterface"},
+        .setToDefault = {.operation = "setToDefault",
+                         .run = onProxy(&P::setToDefault),
+                         .call = {.member = "setToDefault"}},
+        .asyncs = {{.operation = "setToDefaultAsync",
+                    .run = onProxy(&P::setToDefaultAsync),
+                    .call = {.member = "setToDefault"}}},
+        .failingCall = {.operation = "count", .run = onProxy(&P::count), .call = {.member = "count"}},
         .signalSignatures = {"setupChanged(QString,int,int,QStringList)", "sortOrderChanged(QString)"},
-        .slotSignatures = {"getValues()", "count()", "setToDefault()", "setToDefaultAsync()", "getSortOrder()",
-                           "setSortOrder(QString)"},
-        .returnTypes = {{"setSortOrder(QString)", "QDBusReply<void>"}, {"setToDefault()", "void"}},
+        .slotSignatures = {"getValues()", "count()", "void setToDefault()", "setToDefaultAsync()", "getSortOrder()",
+                           "QDBusReply<void> setSortOrder(QString)"},
+        .otherClasses = {"SetupThresholdManagerInterface"},
+        .relayed = relayed,
     };
 }
 } // namespace
 
-class tst_StorageElemsMapInterface : public CompositeTest
+class tst_StorageElemsMapInterface : public ProxyClassTest
 {
     Q_OBJECT
 
 public:
     tst_StorageElemsMapInterface()
-        : CompositeTest(storageElemsMap())
+        : ProxyClassTest(storageElemsMap())
     {
     }
-
-private Q_SLOTS:
-    void holdsNothingBesideTheBase();
 };
-
-void tst_StorageElemsMapInterface::holdsNothingBesideTheBase()
-{
-    QCOMPARE(sizeof(StorageElemsMapInterface), sizeof(QDBusAbstractInterface));
-}
 
 QTEST_GUILESS_MAIN(tst_StorageElemsMapInterface)
 
