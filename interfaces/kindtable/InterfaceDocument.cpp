@@ -68,8 +68,10 @@ std::optional<InterfaceDocument> InterfaceDocument::parse(const QString &text, Q
         return std::nullopt;
     }
     while (xml.readNextStartElement()) {
-        if (xml.name() == QLatin1String("interface") &&
-            attribute(xml, "name") == QLatin1String(MeasAppl::interfaceName))
+        const bool isInterface = xml.name() == QLatin1String("interface");
+        if (isInterface)
+            document.interfaces.append(attribute(xml, "name"));
+        if (isInterface && document.interfaces.last() == QLatin1String(MeasAppl::interfaceName))
             readApplicationInterface(xml, document);
         else if (xml.name() == QLatin1String("node")) {
             document.childNodes.append(attribute(xml, "name"));

@@ -38,6 +38,8 @@ struct InterfaceDocument
     QList<Signal> busSignals;
     /// The child nodes, as written there (relative names).
     QStringList childNodes;
+    /// The name of every interface the node declares, in document order.
+    QStringList interfaces;
     /// Whether the document has the application interface at all.
     bool hasApplicationInterface = false;
 

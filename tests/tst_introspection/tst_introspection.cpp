@@ -533,6 +533,7 @@ void tst_Introspection::documentIsOneInterfaceOfTheApplication()
 
     QVERIFY2(document, qPrintable(why));
     QVERIFY2(document->hasApplicationInterface, qPrintable(QStringLiteral("no ") + applicationInterface));
+    QCOMPARE(document->interfaces, QStringList{applicationInterface});
 }
 
 void tst_Introspection::documentMethodsAreExactlyWhatTheProxySends()

@@ -177,6 +177,9 @@ void tst_KindTable::ignoresOtherInterfacesAndChildNodesWhenInferring()
                 QStringLiteral("<node><interface name=\"org.freedesktop.DBus.Introspectable\"><method "
                                "name=\"Introspect\"><arg direction=\"out\" type=\"s\"/></method></interface>"
                                "<node name=\"Child\"/>"));
+    QCOMPARE(InterfaceDocument::parse(xml)->interfaces,
+             (QStringList{QStringLiteral("org.freedesktop.DBus.Introspectable"),
+                          QStringLiteral("com.velk.mqx.MeasApplInterface")}));
     const KindTable::Kind *kind = KindTable::inferred(xml);
     QVERIFY(kind);
     QCOMPARE(QString::fromLatin1(kind->className), QStringLiteral("SetupBoolInterface"));
@@ -196,6 +199,7 @@ void tst_KindTable::readsChildNodesAndKindAnnotations()
     QCOMPARE(document->kindName, QStringLiteral("gauge"));
     QCOMPARE(document->family, QStringLiteral("result"));
     QCOMPARE(document->childNodes, (QStringList{QStringLiteral("A"), QStringLiteral("B")}));
+    QCOMPARE(document->interfaces, QStringList{QStringLiteral("com.velk.mqx.MeasApplInterface")});
     QCOMPARE(document->memberTexts(),
              (QStringList{QStringLiteral("method getValue()->(d)"), QStringLiteral("signal changed(ds)")}));
 }
