@@ -1,24 +1,7 @@
 #include "ProxyClasses.h"
 
-#include "RemoteCommandInterface.h"
-#include "ResultBoolInterface.h"
-#include "ResultDoubleInterface.h"
-#include "ResultEnumInterface.h"
-#include "ResultIntArrayInterface.h"
-#include "ResultIntInterface.h"
-#include "ResultVarArrayInterface.h"
-#include "SetupArrayItemInterface.h"
-#include "SetupBoolInterface.h"
-#include "SetupDevDataInterface.h"
-#include "SetupDoubleInterface.h"
-#include "SetupEnumInterface.h"
-#include "SetupIntInterface.h"
-#include "SetupMapItemInterface.h"
-#include "SetupMapListInterface.h"
-#include "SetupMapMapItemInterface.h"
-#include "SetupStringInterface.h"
-#include "SetupThresholdManagerInterface.h"
-#include "StorageElemsMapInterface.h"
+#define DBUSINTERFACES_KIND_CLASS_HEADERS
+#include "KindClasses.h"
 
 #include <QtTest/QTest>
 
@@ -31,33 +14,13 @@ KindProxyClass kindProxyClass()
     return {name, factoryOf<Proxy>(), &Proxy::staticMetaObject, KindTable::find(QString::fromLatin1(name))};
 }
 
-// Classes are types, so each needs its line here (kept one a line); the kind table says
-// which there must be.
+// One per class of the generated list; the checks below still hold the list to the table.
 const std::vector<KindProxyClass> &proxyClasses()
 {
-    // clang-format off
+#define DBUSINTERFACES_KIND_PROXY_CLASS(Class) kindProxyClass<Class>(),
     static const std::vector<KindProxyClass> classes = {
-        kindProxyClass<RemoteCommandInterface>(),
-        kindProxyClass<ResultBoolInterface>(),
-        kindProxyClass<ResultDoubleInterface>(),
-        kindProxyClass<ResultEnumInterface>(),
-        kindProxyClass<ResultIntArrayInterface>(),
-        kindProxyClass<ResultIntInterface>(),
-        kindProxyClass<ResultVarArrayInterface>(),
-        kindProxyClass<SetupArrayItemInterface>(),
-        kindProxyClass<SetupBoolInterface>(),
-        kindProxyClass<SetupDevDataInterface>(),
-        kindProxyClass<SetupDoubleInterface>(),
-        kindProxyClass<SetupEnumInterface>(),
-        kindProxyClass<SetupIntInterface>(),
-        kindProxyClass<SetupMapItemInterface>(),
-        kindProxyClass<SetupMapListInterface>(),
-        kindProxyClass<SetupMapMapItemInterface>(),
-        kindProxyClass<SetupStringInterface>(),
-        kindProxyClass<SetupThresholdManagerInterface>(),
-        kindProxyClass<StorageElemsMapInterface>(),
-    };
-    // clang-format on
+        DBUSINTERFACES_FOR_EACH_KIND_CLASS(DBUSINTERFACES_KIND_PROXY_CLASS)};
+#undef DBUSINTERFACES_KIND_PROXY_CLASS
     return classes;
 }
 

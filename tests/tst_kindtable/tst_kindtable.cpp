@@ -1,4 +1,5 @@
 #include "InterfaceDocument.h"
+#include "KindClasses.h"
 #include "KindTable.h"
 
 #include <QDir>
@@ -15,6 +16,7 @@ class tst_KindTable : public QObject
 
 private slots:
     void hasOneKindPerInterfaceDocument();
+    void listsTheProxyClassesForCodeInTheTablesOrder();
     void statesEachDocumentsMembersInItsOrder_data();
     void statesEachDocumentsMembersInItsOrder();
     void filesEachKindUnderTheFolderOfItsProxyClass();
@@ -60,6 +62,14 @@ void tst_KindTable::hasOneKindPerInterfaceDocument()
     QVERIFY(!fromDocuments.isEmpty());
     QCOMPARE(fromTable, fromDocuments);
     QCOMPARE(KindTable::count(), int(fromDocuments.size()));
+}
+
+void tst_KindTable::listsTheProxyClassesForCodeInTheTablesOrder()
+{
+#define DBUSINTERFACES_CLASS_NAME(Class) QStringLiteral(#Class),
+    const QStringList listed = {DBUSINTERFACES_FOR_EACH_KIND_CLASS(DBUSINTERFACES_CLASS_NAME)};
+#undef DBUSINTERFACES_CLASS_NAME
+    QCOMPARE(listed, KindTable::classNames());
 }
 
 void tst_KindTable::statesEachDocumentsMembersInItsOrder_data()
