@@ -25,6 +25,7 @@ dbus-run-session -- bash -euo pipefail -c '
     /tmp/examples/read-write-setting sim /Setup/Acquisition/Averages 64
     /tmp/read-write-setting-pc sim /Setup/Acquisition/Averages 32
     /tmp/examples/watch-result sim /Result/Voltage/Peak 3
+    /tmp/examples/live-value-widget sim /Setup/Acquisition/Averages --until-valid -platform offscreen
     # The completion that bash loads for measctl offers the packaged simulator'"'"'s paths.
     source /usr/share/bash-completion/completions/measctl
     COMP_WORDS=(measctl get /Result/Voltage/P) COMP_CWORD=2
