@@ -46,8 +46,8 @@ int main(int argc, char **argv)
         spinBox->setEnabled(valid && setting->changeable().toBool());
         status->setText(valid ? setting->text().toString() : setting->lastError());
         if (untilValid && valid) {
-            QTextStream(stdout) << path << " = " << setting->value().toInt() << " (" << spinBox->minimum()
-                                << ".." << spinBox->maximum() << ")" << Qt::endl;
+            QTextStream(stdout) << path << " = " << setting->value().toInt() << " (" << spinBox->minimum() << ".."
+                                << spinBox->maximum() << ")" << Qt::endl;
             app.quit();
         }
     };

@@ -14,13 +14,15 @@
 
 const QString Model::controlPath = QStringLiteral("/Simulator");
 
+void Model::add(std::unique_ptr<Element> element)
+{
+    m_byPath.insert(element->path(), element.get());
+    elements.push_back(std::move(element));
+}
+
 Element *Model::find(const QString &path) const
 {
-    for (const auto &element : elements) {
-        if (element->path() == path)
-            return element.get();
-    }
-    return nullptr;
+    return m_byPath.value(path);
 }
 
 QList<ResultElement *> Model::results() const
@@ -142,7 +144,7 @@ std::unique_ptr<Model> loadModel(const QByteArray &json, const QString &fileName
             where = QStringLiteral("element '%1'").arg(path);
             checkPath(path, seen);
             seen.insert(path);
-            model->elements.push_back(makeElement(fields.text(QStringLiteral("kind")), path, fields));
+            model->add(makeElement(fields.text(QStringLiteral("kind")), path, fields));
             if (fields.has(QStringLiteral("fault")))
                 model->faults.append({path, modelFault(fields)});
         }

@@ -5,6 +5,7 @@
 #include "Faults.h"
 
 #include <QByteArray>
+#include <QHash>
 #include <QList>
 #include <QString>
 #include <QStringList>
@@ -24,14 +25,21 @@ public:
     QString application = QStringLiteral("sim");
     double rate = 10;
     bool running = true;
+    /// In the order of the model file; filled through add().
     std::vector<std::unique_ptr<Element>> elements;
     /// Faults the model file gives its elements.
     QList<QPair<QString, Fault>> faults;
 
+    /// Appends @p element; its path must be new.
+    void add(std::unique_ptr<Element> element);
+    /// The element at @p path, null if none; a lookup, not a walk, since every call needs one.
     Element *find(const QString &path) const;
     QList<ResultElement *> results() const;
     /// Names of the nodes directly below @p path that lead to elements.
     QStringList childNodes(const QString &path) const;
+
+private:
+    QHash<QString, Element *> m_byPath;
 };
 
 /// Reads a model from JSON; on failure @p error names the file, the element and the problem.
