@@ -138,14 +138,21 @@ bool containsNull(const QJsonValue &value)
 
 // Any JSON value, the top level included ("5", "\"x\""). Not one with a null inside: D-Bus
 // has no empty value, and QtDBus would fail to send it.
-std::optional<QJsonValue> parseJson(const QString &text)
+std::optional<QJsonValue> anyJson(const QString &text)
 {
     QJsonParseError error;
     const QJsonDocument document = QJsonDocument::fromJson(("[" + text + "]").toUtf8(), &error);
-    if (error.error != QJsonParseError::NoError || document.array().size() != 1 ||
-        containsNull(document.array().first()))
+    if (error.error != QJsonParseError::NoError || document.array().size() != 1)
         return std::nullopt;
     return document.array().first();
+}
+
+std::optional<QJsonValue> parseJson(const QString &text)
+{
+    const auto json = anyJson(text);
+    if (!json || containsNull(*json))
+        return std::nullopt;
+    return json;
 }
 
 // Text that a bare line would misrepresent: empty, with line breaks or other control
@@ -230,6 +237,11 @@ QJsonValue toJson(const QVariant &value)
     if (type == qMetaTypeId<QMap<QString, QString>>())
         return objectOf(value.value<QMap<QString, QString>>());
     return value.toString();
+}
+
+QJsonValue fromJsonText(const QString &text)
+{
+    return anyJson(text).value_or(QJsonValue(text));
 }
 
 QString toWord(const QJsonValue &value)
