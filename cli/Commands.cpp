@@ -102,17 +102,28 @@ int runList(const Session &session, const Invocation &invocation, const Output &
     return output.finish(session.explained(result));
 }
 
+/// Binds the element that the first word names into @p element; else the result that ends the
+/// command (fewer than @p minWords words, no application, no such element).
+std::optional<CommandResult> bindFirst(const Session &session, const Invocation &invocation, int minWords,
+                                       BoundElement &element)
+{
+    if (invocation.args.size() < minWords)
+        return usage(invocation);
+    if (auto failure = session.requireApplication())
+        return CommandResult::failed(*failure);
+    element = session.bind(invocation.args.first(), invocation.kind);
+    if (element.failure)
+        return session.explained(CommandResult::failed(*element.failure));
+    return std::nullopt;
+}
+
 /// get, set and info: the same steps around the kind's own operation.
 template<CommandResult (KindAdapter::*operation)(QDBusAbstractInterface &, const QStringList &) const>
 int runOnElement(const Session &session, const Invocation &invocation, const Output &output)
 {
-    if (invocation.args.isEmpty())
-        return output.finish(usage(invocation));
-    if (auto failure = session.requireApplication())
-        return output.finish(CommandResult::failed(*failure));
-    const BoundElement element = session.bind(invocation.args.first(), invocation.kind);
-    if (element.failure)
-        return output.finish(session.explained(CommandResult::failed(*element.failure)));
+    BoundElement element;
+    if (auto ended = bindFirst(session, invocation, 1, element))
+        return output.finish(*ended);
     CommandResult result = session.explained((element.adapter->*operation)(*element.proxy, invocation.args.mid(1)));
     Record record = elementRecord(element);
     record.append(result.record);
@@ -226,13 +237,9 @@ int runWatch(const Session &session, const Invocation &invocation, const Output 
 
 int runCall(const Session &session, const Invocation &invocation, const Output &output)
 {
-    if (invocation.args.size() < 2)
-        return output.finish(usage(invocation));
-    if (auto failure = session.requireApplication())
-        return output.finish(CommandResult::failed(*failure));
-    const BoundElement element = session.bind(invocation.args.first(), invocation.kind);
-    if (element.failure)
-        return output.finish(session.explained(CommandResult::failed(*element.failure)));
+    BoundElement element;
+    if (auto ended = bindFirst(session, invocation, 2, element))
+        return output.finish(*ended);
     const QString member = invocation.args.at(1);
     const QStringList words = invocation.args.mid(2);
     const KindTable::Kind *kind = element.adapter->kind();

@@ -31,6 +31,12 @@ qsizetype typeLength(const QString &signature, qsizetype at)
     return at + length < signature.size() ? length + 1 : 0;
 }
 
+template<typename T>
+std::optional<QVariant> asVariant(const std::optional<T> &value)
+{
+    return value ? std::optional<QVariant>(QVariant::fromValue(*value)) : std::nullopt;
+}
+
 template<typename T, typename Parse>
 std::optional<QVariant> listOf(const QString &word, Parse &&parse)
 {
@@ -51,10 +57,8 @@ std::optional<QVariant> argument(const QString &type, const QString &word)
 {
     if (type == QLatin1String("s"))
         return QVariant(word);
-    if (type == QLatin1String("i")) {
-        const auto value = Values::parseInt(word);
-        return value ? std::optional<QVariant>(*value) : std::nullopt;
-    }
+    if (type == QLatin1String("i"))
+        return asVariant(Values::parseInt(word));
     if (type == QLatin1String("x") || type == QLatin1String("u")) {
         bool ok = false;
         const qlonglong value = word.trimmed().toLongLong(&ok);
@@ -62,26 +66,18 @@ std::optional<QVariant> argument(const QString &type, const QString &word)
             return std::nullopt;
         return type == QLatin1String("x") ? QVariant(value) : QVariant(static_cast<uint>(value));
     }
-    if (type == QLatin1String("d")) {
-        const auto value = Values::parseDouble(word);
-        return value ? std::optional<QVariant>(*value) : std::nullopt;
-    }
-    if (type == QLatin1String("b")) {
-        const auto value = Values::parseBool(word);
-        return value ? std::optional<QVariant>(*value) : std::nullopt;
-    }
+    if (type == QLatin1String("d"))
+        return asVariant(Values::parseDouble(word));
+    if (type == QLatin1String("b"))
+        return asVariant(Values::parseBool(word));
     if (type == QLatin1String("v")) {
         const auto value = Values::parseAny(word);
         return value ? std::optional<QVariant>(QVariant::fromValue(QDBusVariant(*value))) : std::nullopt;
     }
-    if (type == QLatin1String("a{sv}")) {
-        const auto value = Values::parseObject(word);
-        return value ? std::optional<QVariant>(*value) : std::nullopt;
-    }
-    if (type == QLatin1String("av")) {
-        const auto value = Values::parseArray(word);
-        return value ? std::optional<QVariant>(*value) : std::nullopt;
-    }
+    if (type == QLatin1String("a{sv}"))
+        return asVariant(Values::parseObject(word));
+    if (type == QLatin1String("av"))
+        return asVariant(Values::parseArray(word));
     if (type == QLatin1String("as"))
         return listOf<QString>(word, [](const QVariant &element) {
             return element.userType() == QMetaType::QString ? std::optional<QString>(element.toString()) : std::nullopt;
