@@ -194,6 +194,7 @@ private Q_SLOTS:
     void execWithoutAnAnswerShowsNoAnswerField();
     void textThatWouldMisleadIsQuoted();
     void nonFiniteNumbersHaveAJsonForm();
+    void getOfAResultTakesValueAndTextFromOneSample();
     void jsonIsOneLinePerDocument();
     void thresholdElementsAreJson();
     void watchPollsResultsWithInterval();
@@ -1106,6 +1107,16 @@ void tst_Measctl::nonFiniteNumbersHaveAJsonForm()
     QCOMPARE(run.json().value("value"), QJsonValue(QJsonObject{{"double", "inf"}}));
 }
 
+void tst_Measctl::getOfAResultTakesValueAndTextFromOneSample()
+{
+    QVERIFY(m_simulator.control("tick", {2}));
+    const Run run = measctl({"--json", "get", "/Result/Voltage/RMS"});
+    QCOMPARE(run.exitCode, 0);
+    QVERIFY(QDateTime::fromString(run.json().value("timeStamp").toString(), Qt::ISODateWithMs).isValid());
+    QVERIFY(!run.json().contains("textTimeStamp"));
+    QVERIFY(run.json().value("text").toString().startsWith(QString::number(run.json().value("value").toDouble())));
+}
+
 void tst_Measctl::jsonIsOneLinePerDocument()
 {
     const Run run = measctl({"--json", "get", "/Setup/Acquisition/SampleRate"});
@@ -1140,7 +1151,8 @@ void tst_Measctl::watchPollsResultsWithInterval()
         QCOMPARE(event.value("signal"), QJsonValue("polled"));
         QCOMPARE(event.value("kind"), QJsonValue("ResultDoubleInterface"));
         QVERIFY(QDateTime::fromString(event.value("time").toString(), Qt::ISODateWithMs).isValid());
-        QCOMPARE(event.value("args").toArray().size(), 2);
+        // value, text and the sample's time stamp
+        QCOMPARE(event.value("args").toArray().size(), 3);
     }
     QVERIFY(lines.first() != lines.last());
 }
