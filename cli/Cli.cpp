@@ -8,6 +8,11 @@
 #include "MeasApplNames_p.h"
 
 #include <QCommandLineParser>
+#include <QCoreApplication>
+#include <QRegularExpression>
+
+#include <limits>
+#include <optional>
 
 #include <cstdio>
 
@@ -27,9 +32,54 @@ struct GlobalOptions
     QCommandLineOption json{QStringLiteral("json"),
                             QStringLiteral("Write JSON for scripts: one document, or one object per line for watch.")};
     QCommandLineOption timeout{QStringLiteral("timeout"),
-                               QStringLiteral("Wait at most <ms> for each call (default: the bus's own)."),
+                               QStringLiteral("Wait at most <ms> for each call (default: the bus's own, 25 s)."),
                                QStringLiteral("ms")};
+    QCommandLineOption address{QStringLiteral("address"),
+                               QStringLiteral("Use the bus at D-Bus <address> instead of the session bus."),
+                               QStringLiteral("address")};
+    QCommandLineOption quiet{QStringLiteral("quiet"),
+                             QStringLiteral("Hide the library's debug lines on stderr; measctl's own messages stay.")};
 };
+
+// The longest bus name that D-Bus allows.
+constexpr int maxServiceLength = 255;
+
+/// Why @p app cannot name an application; empty when it can.
+QString badApplicationName(const QString &app)
+{
+    if (app.isEmpty())
+        return QStringLiteral("--app needs a name");
+    // The service's last elements: ASCII letters, digits, '_' and '-', not starting with a digit.
+    static const QRegularExpression element(QStringLiteral("^[A-Za-z_-][A-Za-z0-9_-]*(\\.[A-Za-z_-][A-Za-z0-9_-]*)*$"));
+    if (!element.match(app).hasMatch())
+        return QStringLiteral("'%1' is not an application name (ASCII letters, digits, '_' and '-', not "
+                              "starting with a digit)")
+            .arg(app);
+    const int length = static_cast<int>(qstrlen(MeasAppl::servicePrefix)) + static_cast<int>(app.size());
+    if (length > maxServiceLength)
+        return QStringLiteral("the application name is too long (the service name may have at most %1 characters)")
+            .arg(maxServiceLength);
+    return QString();
+}
+
+/// The value of a number option, or why it is not one in @p min..@p max.
+std::optional<int> numberOption(const QCommandLineParser &parser, const QCommandLineOption &option, int min,
+                                QString &problem)
+{
+    const QString text = parser.value(option);
+    bool ok = false;
+    const qlonglong value = text.trimmed().toLongLong(&ok);
+    const int max = std::numeric_limits<int>::max();
+    static const QRegularExpression digits(QStringLiteral("^\\s*[+-]?[0-9]+\\s*$"));
+    if (ok && value >= min && value <= max)
+        return static_cast<int>(value);
+    const QString name = QStringLiteral("--") + option.names().first();
+    if (ok || digits.match(text).hasMatch())
+        problem = QStringLiteral("%1 %2 is out of range (%3..%4)").arg(name, text).arg(min).arg(max);
+    else
+        problem = QStringLiteral("%1 needs a whole number, not '%2'").arg(name, text);
+    return std::nullopt;
+}
 
 QString commandsHelp()
 {
@@ -80,6 +130,15 @@ void printHelp(const QCommandLineParser &parser)
     std::fputs(parser.helpText().toUtf8().constData(), stdout);
 }
 
+// The library reports failed calls with qDebug(); --quiet drops those lines and nothing else.
+void dropDebugLines(QtMsgType type, const QMessageLogContext &context, const QString &message)
+{
+    if (type == QtDebugMsg || type == QtInfoMsg)
+        return;
+    std::fputs(qFormatLogMessage(type, context, message).toLocal8Bit().constData(), stderr);
+    std::fputc('\n', stderr);
+}
+
 int badCommandLine(const QString &message)
 {
     Output(false).note(message + QStringLiteral(" (see measctl --help)"));
@@ -95,12 +154,25 @@ bool takes(const Command &command, const QCommandLineOption &option)
     return false;
 }
 
+/// Every command's own options: each may stand before the command and is checked against it after.
+QList<QCommandLineOption> commandOptions()
+{
+    return {Commands::kindOption, Commands::countOption, Commands::intervalOption};
+}
+
 void addGlobalOptions(QCommandLineParser &parser, const GlobalOptions &options)
 {
     // Words after the first positional one stay words, so that values such as -5 need no "--".
     parser.setOptionsAfterPositionalArgumentsMode(QCommandLineParser::ParseAsPositionalArguments);
     parser.addHelpOption();
-    parser.addOptions({options.app, options.json, options.timeout});
+    parser.addVersionOption();
+    parser.addOptions({options.app, options.json, options.timeout, options.address, options.quiet});
+    parser.addOptions(commandOptions());
+}
+
+bool helpAsked(const QCommandLineParser &parser)
+{
+    return parser.isSet(QStringLiteral("help")) || parser.isSet(QStringLiteral("help-all"));
 }
 
 } // namespace
@@ -110,8 +182,6 @@ int run(const QStringList &arguments)
     const GlobalOptions options;
     QCommandLineParser global;
     addGlobalOptions(global, options);
-    // Every command's options may stand before the command; the command's own parse checks them.
-    global.addOptions({Commands::kindOption, Commands::countOption});
     global.setApplicationDescription(globalDescription());
     global.addPositionalArgument(QStringLiteral("command"), QStringLiteral("The command to run."),
                                  QStringLiteral("COMMAND [ARGS...]"));
@@ -119,8 +189,12 @@ int run(const QStringList &arguments)
         return badCommandLine(global.errorText());
     const QStringList words = global.positionalArguments();
     if (words.isEmpty()) {
-        if (global.isSet(QStringLiteral("help"))) {
+        if (helpAsked(global)) {
             printHelp(global);
+            return static_cast<int>(ExitCode::Success);
+        }
+        if (global.isSet(QStringLiteral("version"))) {
+            std::printf("measctl %s\n", qPrintable(QCoreApplication::applicationVersion()));
             return static_cast<int>(ExitCode::Success);
         }
         return badCommandLine(QStringLiteral("no command given"));
@@ -129,42 +203,61 @@ int run(const QStringList &arguments)
     if (!command)
         return badCommandLine(QStringLiteral("unknown command '%1'").arg(words.first()));
 
-    // Parse again without the command's name, now knowing the command's own options.
+    // Parse again without the command's name, now describing the command.
     QCommandLineParser parser;
     addGlobalOptions(parser, options);
-    parser.addOptions(command->options);
     parser.setApplicationDescription(commandDescription(*command));
     parser.addPositionalArgument(command->name, command->summary,
                                  (command->name + QLatin1Char(' ') + command->synopsis).trimmed());
     const QStringList beforeCommand = arguments.mid(0, arguments.size() - words.size());
     if (!parser.parse(beforeCommand + words.mid(1)))
         return badCommandLine(parser.errorText());
-    if (parser.isSet(QStringLiteral("help"))) {
+    if (helpAsked(parser)) {
         printHelp(parser);
         return static_cast<int>(ExitCode::Success);
+    }
+    for (const QCommandLineOption &option : commandOptions()) {
+        if (parser.isSet(option) && !takes(*command, option))
+            return badCommandLine(
+                QStringLiteral("--%1 does not apply to '%2'").arg(option.names().first(), command->name));
     }
 
     Invocation invocation;
     invocation.args = parser.positionalArguments();
     invocation.usage = (command->name + QLatin1Char(' ') + command->synopsis).trimmed();
-    if (takes(*command, Commands::kindOption) && parser.isSet(Commands::kindOption))
+    if (parser.isSet(Commands::kindOption))
         invocation.kind = parser.value(Commands::kindOption);
-    if (takes(*command, Commands::countOption) && parser.isSet(Commands::countOption)) {
-        bool ok = false;
-        invocation.count = parser.value(Commands::countOption).toInt(&ok);
-        if (!ok || invocation.count < 1)
-            return badCommandLine(QStringLiteral("--count needs a whole number above 0"));
+    QString problem;
+    if (parser.isSet(Commands::countOption)) {
+        const auto count = numberOption(parser, Commands::countOption, 1, problem);
+        if (!count)
+            return badCommandLine(problem);
+        invocation.count = *count;
+    }
+    if (parser.isSet(Commands::intervalOption)) {
+        const auto interval = numberOption(parser, Commands::intervalOption, 1, problem);
+        if (!interval)
+            return badCommandLine(problem);
+        invocation.intervalMs = *interval;
     }
     int timeoutMs = -1;
     if (parser.isSet(options.timeout)) {
-        bool ok = false;
-        timeoutMs = parser.value(options.timeout).toInt(&ok);
-        if (!ok || timeoutMs < 1)
-            return badCommandLine(QStringLiteral("--timeout needs a number of milliseconds above 0"));
+        const auto timeout = numberOption(parser, options.timeout, 1, problem);
+        if (!timeout)
+            return badCommandLine(problem);
+        timeoutMs = *timeout;
     }
-    QString app = parser.value(options.app);
-    if (app.isEmpty())
-        app = qEnvironmentVariable(appVariable, QStringLiteral("sim"));
+    QString app = qEnvironmentVariable(appVariable);
+    if (parser.isSet(options.app) || app.isEmpty())
+        app = parser.isSet(options.app) ? parser.value(options.app) : QStringLiteral("sim");
+    const QString badName = badApplicationName(app);
+    if (!badName.isEmpty())
+        return badCommandLine(badName);
+    if (parser.isSet(options.quiet))
+        qInstallMessageHandler(dropDebugLines);
+    // The library connects to the session bus; pointing its address elsewhere moves the library too.
+    if (parser.isSet(options.address))
+        qputenv("DBUS_SESSION_BUS_ADDRESS", parser.value(options.address).toLocal8Bit());
 
     const Session session(app, timeoutMs);
     return command->run(session, invocation, Output(parser.isSet(options.json)));

@@ -14,6 +14,14 @@ void Record::append(const Record &other)
     m_fields += other.m_fields;
 }
 
+QJsonArray Record::values() const
+{
+    QJsonArray values;
+    for (const auto &field : m_fields)
+        values.append(field.second);
+    return values;
+}
+
 QJsonObject Record::toJson() const
 {
     QJsonObject object;

@@ -3,6 +3,7 @@
 
 #include "ExitCode.h"
 
+#include <QJsonArray>
 #include <QJsonObject>
 #include <QJsonValue>
 #include <QPair>
@@ -21,6 +22,8 @@ public:
     /// Adds the fields of @p other after these.
     void append(const Record &other);
     bool isEmpty() const { return m_fields.isEmpty(); }
+    /// The fields' values in their order.
+    QJsonArray values() const;
 
     QJsonObject toJson() const;
     /// "name: value" lines; texts bare, structured values as compact JSON.

@@ -1,19 +1,24 @@
 #include "Commands.h"
 
+#include "MemberCall.h"
 #include "Output.h"
 #include "Session.h"
 #include "Values.h"
 #include "Watch.h"
 
-#include "DBusInterfaceManager.h"
 #include "MeasApplNames_p.h"
 #include "RemoteCommandInterface.h"
 
 #include <QDBusConnectionInterface>
+#include <QDBusReply>
+#include <QDateTime>
+#include <QElapsedTimer>
 #include <QEventLoop>
 #include <QJsonArray>
 #include <QJsonObject>
+#include <QTimer>
 
+#include <memory>
 #include <vector>
 
 namespace Commands {
@@ -23,6 +28,10 @@ const QCommandLineOption kindOption(QStringLiteral("kind"),
                                     QStringLiteral("kind"));
 const QCommandLineOption countOption(QStringLiteral("count"), QStringLiteral("Stop after <n> signals."),
                                      QStringLiteral("n"));
+const QCommandLineOption intervalOption(QStringLiteral("interval"),
+                                        QStringLiteral("Read elements without change signals every <ms> and print "
+                                                       "their value when it changed."),
+                                        QStringLiteral("ms"));
 
 } // namespace Commands
 
@@ -38,6 +47,11 @@ Record elementRecord(const BoundElement &element)
     return record;
 }
 
+// libdbus's default, which executeCommand's calls wait.
+constexpr qint64 busDefaultTimeoutMs = 25000;
+// How the application answers a remote command that it understood but did not carry out.
+const QString refusedPrefix = QStringLiteral("Refused:");
+
 CommandResult usage(const Invocation &invocation)
 {
     return CommandResult::failed(ExitCode::BadCommandLine, QStringLiteral("usage: measctl %1").arg(invocation.usage));
@@ -47,16 +61,23 @@ int runStatus(const Session &session, const Invocation &invocation, const Output
 {
     if (!invocation.args.isEmpty())
         return output.finish(usage(invocation));
-    DBusInterfaceManager *manager = DBusInterfaceManager::getInstance();
     CommandResult result;
     result.record.add(QStringLiteral("application"), session.appName());
     result.record.add(QStringLiteral("service"), session.service());
-    const bool available = manager->isMeasAppAvailable(session.appName());
-    result.record.add(QStringLiteral("available"), available);
-    if (available)
-        result.record.add(QStringLiteral("status"), manager->getMeasAppStatus(session.appName()));
+    result.failure = session.requireApplication();
+    if (result.failure && result.failure->code == ExitCode::NoBus)
+        return output.finish(result);
+    result.record.add(QStringLiteral("available"), !result.failure);
+    if (result.failure)
+        return output.finish(result);
+    // The library's getMeasAppStatus answers "" for every failure; this call tells them apart.
+    const QDBusReply<QString> status =
+        session.call(QLatin1String(MeasAppl::rootPath), QStringLiteral("getMeasApplicationStatus"));
+    if (status.isValid())
+        result.record.add(QStringLiteral("status"), status.value());
     else
-        result.failure = session.requireApplication();
+        result.failure =
+            session.explained(Failure::fromError(status.error(), QStringLiteral("getMeasApplicationStatus")));
     return output.finish(result);
 }
 
@@ -78,21 +99,32 @@ int runList(const Session &session, const Invocation &invocation, const Output &
     }
     result.record.add(QStringLiteral("application"), session.appName());
     result.record.add(QStringLiteral("elements"), list);
-    return output.finish(result);
+    return output.finish(session.explained(result));
+}
+
+/// Binds the element that the first word names into @p element; else the result that ends the
+/// command (fewer than @p minWords words, no application, no such element).
+std::optional<CommandResult> bindFirst(const Session &session, const Invocation &invocation, int minWords,
+                                       BoundElement &element)
+{
+    if (invocation.args.size() < minWords)
+        return usage(invocation);
+    if (auto failure = session.requireApplication())
+        return CommandResult::failed(*failure);
+    element = session.bind(invocation.args.first(), invocation.kind);
+    if (element.failure)
+        return session.explained(CommandResult::failed(*element.failure));
+    return std::nullopt;
 }
 
 /// get, set and info: the same steps around the kind's own operation.
 template<CommandResult (KindAdapter::*operation)(QDBusAbstractInterface &, const QStringList &) const>
 int runOnElement(const Session &session, const Invocation &invocation, const Output &output)
 {
-    if (invocation.args.isEmpty())
-        return output.finish(usage(invocation));
-    if (auto failure = session.requireApplication())
-        return output.finish(CommandResult::failed(*failure));
-    const BoundElement element = session.bind(invocation.args.first(), invocation.kind);
-    if (element.failure)
-        return output.finish(CommandResult::failed(*element.failure));
-    CommandResult result = (element.adapter->*operation)(*element.proxy, invocation.args.mid(1));
+    BoundElement element;
+    if (auto ended = bindFirst(session, invocation, 1, element))
+        return output.finish(*ended);
+    CommandResult result = session.explained((element.adapter->*operation)(*element.proxy, invocation.args.mid(1)));
     Record record = elementRecord(element);
     record.append(result.record);
     result.record = record;
@@ -100,6 +132,32 @@ int runOnElement(const Session &session, const Invocation &invocation, const Out
         result.failure->message = element.path + QStringLiteral(": ") + result.failure->message;
     return output.finish(result);
 }
+
+/// The time stamp that opens every watch line: UTC, ISO 8601 with milliseconds.
+QString now()
+{
+    return QDateTime::currentDateTimeUtc().toString(Qt::ISODateWithMs);
+}
+
+/// Writes one watch line: @p signal of the element at @p path with @p arguments.
+void printEvent(const Output &output, const QString &path, const QString &kind, const QString &signal,
+                const QJsonArray &arguments)
+{
+    const QString time = now();
+    Record event;
+    event.add(QStringLiteral("time"), time);
+    event.add(QStringLiteral("path"), path);
+    event.add(QStringLiteral("kind"), kind);
+    event.add(QStringLiteral("signal"), signal);
+    event.add(QStringLiteral("args"), arguments);
+    QStringList words{time, path, signal};
+    for (const QJsonValue &argument : arguments)
+        words.append(Values::toWord(argument));
+    output.event(event, words.join(QLatin1Char(' ')));
+}
+
+// How often watch looks whether the bus is still there: QtDBus reports its loss by no signal.
+constexpr int busCheckIntervalMs = 250;
 
 int runWatch(const Session &session, const Invocation &invocation, const Output &output)
 {
@@ -110,39 +168,136 @@ int runWatch(const Session &session, const Invocation &invocation, const Output 
 
     QEventLoop loop;
     int received = 0;
+    const auto counted = [&] {
+        if (invocation.count > 0 && ++received >= invocation.count)
+            loop.exit(static_cast<int>(ExitCode::Success));
+    };
+    const auto fail = [&](const Failure &failure) {
+        loop.exit(output.finish(CommandResult::failed(session.explained(failure))));
+    };
     std::vector<BoundElement> elements;
+    std::vector<std::unique_ptr<QTimer>> polls;
     for (const QString &path : invocation.args) {
         BoundElement element = session.bind(path, invocation.kind);
         if (element.failure)
-            return output.finish(CommandResult::failed(*element.failure));
+            return output.finish(session.explained(CommandResult::failed(*element.failure)));
         const QString kind = element.adapter->className();
         const int connected =
             element.adapter->watch(*element.proxy, [&, path, kind](const QString &signal, const QJsonArray &arguments) {
-                Record event;
-                event.add(QStringLiteral("path"), path);
-                event.add(QStringLiteral("kind"), kind);
-                event.add(QStringLiteral("signal"), signal);
-                event.add(QStringLiteral("args"), arguments);
-                QStringList words{path, signal};
-                for (const QJsonValue &argument : arguments)
-                    words.append(Values::toText(argument));
-                output.event(event, words.join(QLatin1Char(' ')));
-                if (invocation.count > 0 && ++received >= invocation.count)
-                    loop.quit();
+                printEvent(output, path, kind, signal, arguments);
+                counted();
             });
-        if (connected == 0)
-            return output.finish(CommandResult::failed(
-                ExitCode::BadCommandLine, QStringLiteral("%1: %2 elements send no signals").arg(path, kind)));
+        if (connected == 0) {
+            if (invocation.intervalMs == 0 || element.adapter->syntax().get.isEmpty())
+                return output.finish(
+                    CommandResult::failed(ExitCode::BadCommandLine,
+                                          QStringLiteral("%1: %2 elements send no signals%3")
+                                              .arg(path, kind,
+                                                   element.adapter->syntax().get.isEmpty()
+                                                       ? QString()
+                                                       : QStringLiteral("; give --interval to poll it"))));
+            // No signal tells of a change: read the element every interval and print what changed.
+            auto poll = std::make_unique<QTimer>();
+            const KindAdapter *adapter = element.adapter;
+            QDBusAbstractInterface *proxy = element.proxy.get();
+            auto last = std::make_shared<QJsonArray>();
+            const auto read = [&, adapter, proxy, path, kind, last] {
+                const CommandResult reading = adapter->get(*proxy, {});
+                if (reading.failure)
+                    return fail(Failure{reading.failure->code, path + QStringLiteral(": ") + reading.failure->message});
+                const QJsonArray values = reading.record.values();
+                if (values == *last)
+                    return;
+                *last = values;
+                printEvent(output, path, kind, QStringLiteral("polled"), values);
+                counted();
+            };
+            QObject::connect(poll.get(), &QTimer::timeout, &loop, read);
+            poll->start(invocation.intervalMs);
+            polls.push_back(std::move(poll));
+            // The first reading is printed at once.
+            QTimer::singleShot(0, &loop, read);
+        }
         elements.push_back(std::move(element));
     }
 
     StopOnSignal stop;
-    QObject::connect(&stop, &StopOnSignal::stopRequested, &loop, &QEventLoop::quit);
+    QObject::connect(&stop, &StopOnSignal::stopRequested, &loop, [&] { loop.exit(0); });
+    QTimer busCheck;
+    QObject::connect(&busCheck, &QTimer::timeout, &loop, [&] {
+        if (!session.connection().isConnected())
+            fail(Failure{ExitCode::NoBus, QStringLiteral("lost the bus")});
+    });
+    busCheck.start(busCheckIntervalMs);
     // A round trip to the bus daemon: once it is answered, the subscriptions are in place.
     session.connection().interface()->isServiceRegistered(session.service());
     output.note(QStringLiteral("watching %1 element(s)").arg(elements.size()));
-    loop.exec();
-    return static_cast<int>(ExitCode::Success);
+    return loop.exec();
+}
+
+int runCall(const Session &session, const Invocation &invocation, const Output &output)
+{
+    BoundElement element;
+    if (auto ended = bindFirst(session, invocation, 2, element))
+        return output.finish(*ended);
+    const QString member = invocation.args.at(1);
+    const QStringList words = invocation.args.mid(2);
+    const KindTable::Kind *kind = element.adapter->kind();
+
+    CommandResult result;
+    result.record = elementRecord(element);
+    result.record.add(QStringLiteral("member"), member);
+    QStringList names;
+    for (const KindTable::Method &method : kind->methods()) {
+        if (!names.contains(QLatin1String(method.name)))
+            names.append(QLatin1String(method.name));
+    }
+    const QStringList signatures = kind->inSignatures(member);
+    if (signatures.isEmpty()) {
+        result.failure =
+            Failure{ExitCode::BadCommandLine,
+                    QStringLiteral("%1: %2 elements have no member '%3'; they have: %4")
+                        .arg(element.path, element.adapter->className(), member, names.join(QStringLiteral(", ")))};
+        return output.finish(result);
+    }
+    // The first of the member's signatures that the words fit.
+    std::optional<QVariantList> arguments;
+    QStringList problems;
+    bool countFits = false;
+    for (const QString &signature : signatures) {
+        QString problem;
+        arguments = MemberCall::arguments(signature, words, problem);
+        if (arguments) {
+            result.record.add(QStringLiteral("signature"), signature);
+            break;
+        }
+        countFits = countFits || MemberCall::completeTypes(signature).size() == words.size();
+        problems.append(member + problem);
+    }
+    if (!arguments) {
+        result.failure = Failure{countFits ? ExitCode::BadValue : ExitCode::BadCommandLine,
+                                 element.path + QStringLiteral(": ") + problems.join(QStringLiteral("; "))};
+        return output.finish(result);
+    }
+    const QDBusMessage reply = element.proxy->callWithArgumentList(QDBus::Block, member, *arguments);
+    if (reply.type() != QDBusMessage::ReplyMessage) {
+        result.failure =
+            session.explained(Failure::fromError(QDBusError(reply), element.path + QStringLiteral(": ") + member));
+        return output.finish(result);
+    }
+    // callWithArgumentList pads an empty reply with one invalid value; the signature tells.
+    const QVariantList answer = reply.signature().isEmpty() ? QVariantList() : reply.arguments();
+    if (answer.isEmpty()) {
+        result.record.add(QStringLiteral("done"), true);
+    } else if (answer.size() == 1) {
+        result.record.add(QStringLiteral("answer"), Values::toJson(answer.first()));
+    } else {
+        QJsonArray values;
+        for (const QVariant &value : answer)
+            values.append(Values::toJson(value));
+        result.record.add(QStringLiteral("answer"), values);
+    }
+    return output.finish(result);
 }
 
 int runExec(const Session &session, const Invocation &invocation, const Output &output)
@@ -156,20 +311,33 @@ int runExec(const Session &session, const Invocation &invocation, const Output &
     const QString command = invocation.args.first();
     bool ok = false;
     QString errorCode;
+    QElapsedTimer elapsed;
+    elapsed.start();
     const QString answer = remote.executeCommand(command, invocation.args.mid(1), &ok, &errorCode);
 
     CommandResult result;
     result.record.add(QStringLiteral("command"), command);
-    result.record.add(QStringLiteral("ok"), ok);
     if (!ok) {
+        result.record.add(QStringLiteral("ok"), false);
         result.record.add(QStringLiteral("parserError"), errorCode);
         result.failure = Failure{ExitCode::ParserError, QStringLiteral("%1: parser error: %2").arg(command, errorCode)};
     } else if (answer.isNull()) {
-        // The library hides why the call failed; only that it did shows.
-        result.record.add(QStringLiteral("answer"), QJsonValue());
-        result.failure = Failure{ExitCode::BusError, QStringLiteral("%1: no answer from the application").arg(command)};
+        // executeCommand hides why the call failed: the time it took tells silence from an error
+        // answer, and the service's owner afterwards a departure.
+        const bool timedOut = elapsed.elapsed() >= busDefaultTimeoutMs;
+        const Failure failure = timedOut
+            ? Failure{ExitCode::Timeout, QStringLiteral("%1: no answer in time").arg(command)}
+            : Failure{ExitCode::BusError,
+                      QStringLiteral("%1: the call failed (the library does not say why)").arg(command)};
+        const Failure departed = session.explained(Failure{ExitCode::Timeout, failure.message});
+        result.failure = departed.code == ExitCode::Timeout ? failure : departed;
     } else {
+        result.record.add(QStringLiteral("ok"), true);
         result.record.add(QStringLiteral("answer"), answer);
+        if (answer.startsWith(refusedPrefix)) {
+            result.record.add(QStringLiteral("refused"), true);
+            result.failure = Failure{ExitCode::Refused, QStringLiteral("%1: %2").arg(command, answer)};
+        }
     }
     return output.finish(result);
 }
@@ -209,8 +377,13 @@ const QList<Command> &all()
         {QStringLiteral("watch"),
          QStringLiteral("PATH..."),
          QStringLiteral("Print the change signals of elements as they arrive, until Ctrl-C or --count."),
-         {kindOption, countOption},
+         {kindOption, countOption, intervalOption},
          runWatch},
+        {QStringLiteral("call"),
+         QStringLiteral("PATH MEMBER [ARGS...]"),
+         QStringLiteral("Call any member of the element's kind by name, arguments parsed by its signature."),
+         {kindOption},
+         runCall},
         {QStringLiteral("exec"),
          QStringLiteral("COMMAND [P1 [P2 [P3 [P4]]]]"),
          QStringLiteral("Execute a remote command and show the application's answer."),

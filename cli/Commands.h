@@ -14,10 +14,11 @@ class Session;
 /// The options and words of one command line, after parsing.
 struct Invocation
 {
-    QString kind;     ///< --kind, empty to infer the kind
-    int count = 0;    ///< --count, 0 for no limit
-    QStringList args; ///< the words after the command's name
-    QString usage;    ///< the command's name and synopsis
+    QString kind;       ///< --kind, empty to infer the kind
+    int count = 0;      ///< --count, 0 for no limit
+    int intervalMs = 0; ///< --interval, 0 when not given
+    QStringList args;   ///< the words after the command's name
+    QString usage;      ///< the command's name and synopsis
 };
 
 /// One verb of measctl.
@@ -38,6 +39,7 @@ const Command *find(const QString &name);
 
 extern const QCommandLineOption kindOption;
 extern const QCommandLineOption countOption;
+extern const QCommandLineOption intervalOption;
 
 } // namespace Commands
 

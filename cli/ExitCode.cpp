@@ -16,6 +16,8 @@ const QVector<ExitCodeInfo> &all()
         {ExitCode::Refused, "refused", "the application refused the value (answered false)"},
         {ExitCode::ParserError, "parser-error", "the application's parser rejected the remote command"},
         {ExitCode::Timeout, "timeout", "no answer in time"},
+        {ExitCode::Disconnected, "disconnected", "the application left the bus without answering"},
+        {ExitCode::NoBus, "no-bus", "the bus cannot be reached, or was lost"},
     };
     return table;
 }

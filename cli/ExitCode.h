@@ -17,6 +17,8 @@ enum class ExitCode {
     Refused = 6,        ///< the application answered false
     ParserError = 7,    ///< the remote command was rejected by the application's parser
     Timeout = 8,
+    Disconnected = 9, ///< the application left the bus (or restarted) without answering
+    NoBus = 10,       ///< the bus cannot be reached, or was lost
 };
 
 struct ExitCodeInfo

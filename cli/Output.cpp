@@ -32,7 +32,7 @@ int Output::finish(const CommandResult &result) const
                                         {QStringLiteral("name"), QString::fromLatin1(info.name)},
                                         {QStringLiteral("message"), result.failure->message}});
         }
-        write(stdout, QString::fromUtf8(QJsonDocument(document).toJson(QJsonDocument::Indented)));
+        write(stdout, QString::fromUtf8(QJsonDocument(document).toJson(QJsonDocument::Compact)) + QLatin1Char('\n'));
     } else {
         write(stdout, result.text.isEmpty() ? result.record.toText() : result.text);
     }

@@ -7,6 +7,7 @@
 #include "InterfaceDocument.h"
 #include "MeasApplNames_p.h"
 
+#include <QDBusConnectionInterface>
 #include <QDBusMessage>
 #include <QDBusReply>
 #include <QRegularExpression>
@@ -39,12 +40,63 @@ QDBusConnection Session::connection() const
     return DBusConnector::getInstance()->getDBusConnection();
 }
 
+std::optional<Failure> Session::requireBus() const
+{
+    const QDBusConnection bus = connection();
+    if (bus.isConnected())
+        return std::nullopt;
+    const QString address = qEnvironmentVariable("DBUS_SESSION_BUS_ADDRESS");
+    return Failure{
+        ExitCode::NoBus,
+        QStringLiteral("cannot reach the bus%1: %2")
+            .arg(address.isEmpty() ? QString() : QStringLiteral(" at ") + address, bus.lastError().message())};
+}
+
 std::optional<Failure> Session::requireApplication() const
 {
-    if (DBusInterfaceManager::getInstance()->isMeasAppAvailable(m_appName))
+    if (auto failure = requireBus())
+        return failure;
+    if (DBusInterfaceManager::getInstance()->isMeasAppAvailable(m_appName)) {
+        m_owner = currentOwner();
         return std::nullopt;
+    }
     return Failure{ExitCode::NoApplication,
                    QStringLiteral("application '%1' (%2) is not on the bus").arg(m_appName, service())};
+}
+
+QString Session::currentOwner() const
+{
+    if (!connection().isConnected())
+        return QString();
+    const QDBusReply<QString> owner = connection().interface()->serviceOwner(service());
+    return owner.isValid() ? owner.value() : QString();
+}
+
+Failure Session::explained(const Failure &failure) const
+{
+    if (failure.code != ExitCode::Timeout && failure.code != ExitCode::BusError)
+        return failure;
+    if (!connection().isConnected())
+        return {ExitCode::NoBus, failure.message + QStringLiteral("; the bus was lost")};
+    if (failure.code == ExitCode::Timeout && !m_owner.isEmpty() && currentOwner() != m_owner)
+        return {ExitCode::Disconnected,
+                failure.message + QStringLiteral("; the application left the bus (disconnected) without answering")};
+    return failure;
+}
+
+CommandResult Session::explained(CommandResult result) const
+{
+    if (result.failure)
+        result.failure = explained(*result.failure);
+    return result;
+}
+
+QDBusMessage Session::call(const QString &path, const QString &member, const QVariantList &arguments) const
+{
+    QDBusMessage message =
+        QDBusMessage::createMethodCall(service(), path, QLatin1String(MeasAppl::interfaceName), member);
+    message.setArguments(arguments);
+    return connection().call(message, QDBus::Block, m_timeoutMs);
 }
 
 BoundElement Session::bind(const QString &path, const QString &kindName) const

@@ -6,6 +6,7 @@
 
 #include <QDBusAbstractInterface>
 #include <QDBusConnection>
+#include <QDBusMessage>
 #include <QString>
 #include <QStringList>
 #include <QVector>
@@ -47,8 +48,22 @@ public:
     QString service() const;
     QDBusConnection connection() const;
 
-    /// A failure when the application's service is not on the bus.
+    int timeoutMs() const { return m_timeoutMs; }
+
+    /// A failure when the bus cannot be reached.
+    std::optional<Failure> requireBus() const;
+    /// A failure when the application's service is not on the bus; else remembers its owner,
+    /// so that explained() can tell a departure from silence.
     std::optional<Failure> requireApplication() const;
+    /// @p failure, told more precisely: no answer because the application left the bus or
+    /// restarted (its owner changed) is a disconnection, not a time-out.
+    Failure explained(const Failure &failure) const;
+    CommandResult explained(CommandResult result) const;
+    /// The bus's unique name that owns the application's service now; empty when none.
+    QString currentOwner() const;
+
+    /// Calls @p member of the application interface on @p path with the session's time-out.
+    QDBusMessage call(const QString &path, const QString &member, const QVariantList &arguments = {}) const;
 
     /// A proxy of @p path, of the kind named @p kindName or else of the kind inferred by introspection.
     BoundElement bind(const QString &path, const QString &kindName) const;
@@ -61,6 +76,7 @@ private:
 
     QString m_appName;
     int m_timeoutMs;
+    mutable QString m_owner;
 };
 
 #endif

@@ -11,6 +11,7 @@
 #include <QRegularExpression>
 #include <QStringList>
 
+#include <algorithm>
 #include <cmath>
 #include <limits>
 
@@ -49,7 +50,8 @@ QJsonValue fromArgument(const QDBusArgument &argument)
         argument.beginMap();
         while (!argument.atEnd()) {
             argument.beginMapEntry();
-            const QString key = toText(fromArgument(argument));
+            const QJsonValue keyValue = fromArgument(argument);
+            const QString key = keyValue.isString() ? keyValue.toString() : toText(keyValue);
             object.insert(key, fromArgument(argument));
             argument.endMapEntry();
         }
@@ -118,14 +120,67 @@ QVariant fromJson(const QJsonValue &value)
     }
 }
 
-// Any JSON value, the top level included ("5", "\"x\"").
-std::optional<QJsonValue> parseJson(const QString &text)
+bool containsNull(const QJsonValue &value)
+{
+    if (value.isNull())
+        return true;
+    if (value.isArray()) {
+        const QJsonArray array = value.toArray();
+        return std::any_of(array.begin(), array.end(), [](const QJsonValue &element) { return containsNull(element); });
+    }
+    if (value.isObject()) {
+        const QJsonObject object = value.toObject();
+        return std::any_of(object.begin(), object.end(),
+                           [](const QJsonValue &element) { return containsNull(element); });
+    }
+    return false;
+}
+
+// Any JSON value, the top level included ("5", "\"x\""). Not one with a null inside: D-Bus
+// has no empty value, and QtDBus would fail to send it.
+std::optional<QJsonValue> anyJson(const QString &text)
 {
     QJsonParseError error;
     const QJsonDocument document = QJsonDocument::fromJson(("[" + text + "]").toUtf8(), &error);
     if (error.error != QJsonParseError::NoError || document.array().size() != 1)
         return std::nullopt;
     return document.array().first();
+}
+
+std::optional<QJsonValue> parseJson(const QString &text)
+{
+    const auto json = anyJson(text);
+    if (!json || containsNull(*json))
+        return std::nullopt;
+    return json;
+}
+
+// Text that a bare line would misrepresent: empty, with line breaks or other control
+// characters, blanks at either end, or a leading quote.
+bool needsQuotes(const QString &text, bool blanksSeparate)
+{
+    if (text.isEmpty() || text.startsWith(QLatin1Char('"')) || text.front().isSpace() || text.back().isSpace())
+        return true;
+    return std::any_of(text.begin(), text.end(), [blanksSeparate](QChar c) {
+        return c.unicode() < 0x20 || c.unicode() == 0x7f || (blanksSeparate && c.isSpace());
+    });
+}
+
+QString quoted(const QString &text)
+{
+    const QByteArray wrapped = QJsonDocument(QJsonArray{text}).toJson(QJsonDocument::Compact);
+    return QString::fromUtf8(wrapped.mid(1, wrapped.size() - 2));
+}
+
+QJsonValue numberToJson(double number)
+{
+    if (std::isfinite(number))
+        return number;
+    // JSON has no such numbers, and QJsonDocument would write null.
+    const QString spelled = std::isnan(number) ? QStringLiteral("nan")
+        : number > 0                           ? QStringLiteral("inf")
+                                               : QStringLiteral("-inf");
+    return QJsonObject{{QStringLiteral("double"), spelled}};
 }
 
 } // namespace
@@ -151,7 +206,7 @@ QJsonValue toJson(const QVariant &value)
         return value.toLongLong();
     case QMetaType::Double:
     case QMetaType::Float:
-        return value.toDouble();
+        return numberToJson(value.toDouble());
     case QMetaType::QString:
         return value.toString();
     case QMetaType::QByteArray:
@@ -184,11 +239,23 @@ QJsonValue toJson(const QVariant &value)
     return value.toString();
 }
 
+QJsonValue fromJsonText(const QString &text)
+{
+    return anyJson(text).value_or(QJsonValue(text));
+}
+
+QString toWord(const QJsonValue &value)
+{
+    if (value.isString() && needsQuotes(value.toString(), true))
+        return quoted(value.toString());
+    return toText(value);
+}
+
 QString toText(const QJsonValue &value)
 {
     switch (value.type()) {
     case QJsonValue::String:
-        return value.toString();
+        return needsQuotes(value.toString(), false) ? quoted(value.toString()) : value.toString();
     case QJsonValue::Array:
         return QString::fromUtf8(QJsonDocument(value.toArray()).toJson(QJsonDocument::Compact));
     case QJsonValue::Object:
@@ -199,6 +266,12 @@ QString toText(const QJsonValue &value)
         return QString::fromUtf8(wrapped.mid(1, wrapped.size() - 2));
     }
     }
+}
+
+bool isWholeNumber(const QString &text)
+{
+    static const QRegularExpression wholeNumber(QStringLiteral("^[+-]?[0-9]+$"));
+    return wholeNumber.match(text.trimmed()).hasMatch();
 }
 
 std::optional<int> parseInt(const QString &text)
@@ -232,8 +305,7 @@ std::optional<bool> parseBool(const QString &text)
 std::optional<QVariant> parseAny(const QString &text)
 {
     const QString trimmed = text.trimmed();
-    static const QRegularExpression wholeNumber(QStringLiteral("^[+-]?[0-9]+$"));
-    if (wholeNumber.match(trimmed).hasMatch()) {
+    if (isWholeNumber(trimmed)) {
         bool ok = false;
         const qlonglong whole = trimmed.toLongLong(&ok);
         if (ok && whole >= std::numeric_limits<int>::min() && whole <= std::numeric_limits<int>::max())

@@ -17,8 +17,18 @@ namespace Values {
 /// The JSON form of a value from a proxy; structured D-Bus values (QDBusArgument,
 /// QDBusVariant) are unpacked, a time stamp becomes ISO 8601 text, an invalid value null.
 QJsonValue toJson(const QVariant &value);
-/// Texts bare, null as "null", everything else as compact JSON.
+/// The JSON value that @p text holds; the text itself when it holds none.
+QJsonValue fromJsonText(const QString &text);
+/// For a "name: value" line: texts bare unless that would mislead (empty, line breaks and
+/// other control characters, blanks at either end, a leading quote: then as a JSON string),
+/// null as "null", everything else as compact JSON. A non-finite number is {"double": "inf"},
+/// {"double": "-inf"} or {"double": "nan"}, as toJson() gives it.
 QString toText(const QJsonValue &value);
+/// As toText(), for one of several blank-separated words: a text with blanks is quoted too.
+QString toWord(const QJsonValue &value);
+
+/// Digits with an optional sign, whatever their size.
+bool isWholeNumber(const QString &text);
 
 /// A decimal int32, with an optional sign.
 std::optional<int> parseInt(const QString &text);

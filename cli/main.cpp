@@ -9,6 +9,7 @@ int main(int argc, char *argv[])
 {
     QCoreApplication application(argc, argv);
     QCoreApplication::setApplicationName(QStringLiteral("measctl"));
+    QCoreApplication::setApplicationVersion(QStringLiteral(MEASCTL_VERSION));
     const int exitCode = Cli::run(QCoreApplication::arguments());
     // The library never releases its singletons itself.
     DBusInterfaceManager::releaseInstance();

@@ -18,7 +18,7 @@ usage() {
     cat <<EOF
 Usage: tools/demo.sh [--build-dir DIR] [--no-build] [--pid-file FILE]
 
-Installs what is missing (tools/install-deps.sh), builds the simulator and measctl (Release, Qt 5),
+Installs what is missing of what it needs (tools/install-deps.sh --demo), builds the simulator and measctl (Release, Qt 5),
 starts a private bus and the simulator with its default model, and runs a scripted measctl session
 against it. Never touches your own session bus. Leaves no process behind.
 
@@ -311,7 +311,7 @@ session() {
 
 prepare() {
     if [ "$build" -eq 1 ]; then
-        "$source_dir/tools/install-deps.sh"
+        "$source_dir/tools/install-deps.sh" --demo
         echo "Building the simulator and measctl in $build_dir (log: $build_dir/demo-build.log)"
         mkdir -p "$build_dir"
         if ! {

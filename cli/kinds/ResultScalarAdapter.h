@@ -35,6 +35,28 @@ public:
                             {"minStringComp", "getMinStringComp", &P::getMinStringComp},
                             {"maxStringComp", "getMaxStringComp", &P::getMaxStringComp}});
     }
+
+protected:
+    /// Value and text come from two calls and may belong to two samples: read from the Comp
+    /// lists, each with its time stamp, the answer says so (textTimeStamp) when they do.
+    CommandResult read(P &p, const QStringList &) const override
+    {
+        Reading reading(p);
+        const auto value = reading.value("getValueComp", [&] { return p.getValueComp(); });
+        const auto text = reading.value("getStringComp", [&] { return p.getStringComp(); });
+        if (reading.failed() || value->size() < compSize || text->size() < compSize)
+            return ProxyAdapter<P>::read(p, {});
+        reading.add(QStringLiteral("value"), Values::toJson(value->at(0)));
+        reading.add(QStringLiteral("text"), Values::toJson(text->at(0)));
+        reading.add(QStringLiteral("timeStamp"), Values::toJson(value->at(2)));
+        if (text->at(2) != value->at(2))
+            reading.add(QStringLiteral("textTimeStamp"), Values::toJson(text->at(2)));
+        return reading.result();
+    }
+
+private:
+    // [value or text, status, time stamp]
+    static constexpr int compSize = 3;
 };
 
 #endif

@@ -5,6 +5,7 @@
 
 #include "SetupDoubleInterface.h"
 
+#include <limits>
 #include <type_traits>
 
 /// Integer and real-number settings: value and text, limits, granularity.
@@ -29,6 +30,12 @@ public:
 protected:
     CommandResult write(P &p, const QStringList &args) const override
     {
+        if (whole && Values::isWholeNumber(args.first()) && !parse(args.first()))
+            return CommandResult::failed(ExitCode::BadValue,
+                                         QStringLiteral("'%1' is out of range (%2..%3)")
+                                             .arg(args.first())
+                                             .arg(std::numeric_limits<int>::min())
+                                             .arg(std::numeric_limits<int>::max()));
         return this->setParsed(p, args.first(), parse(args.first()),
                                whole ? Expected::wholeNumber : Expected::realNumber);
     }

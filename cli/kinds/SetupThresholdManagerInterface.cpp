@@ -17,8 +17,6 @@ public:
               "threshold elements by key, in named locations",
               {{QString(), QStringLiteral("KEY")}, {QStringLiteral("KEY NUMBER")}, {QString(), QStringLiteral("KEY")}})
     {
-        reads = {{"elements", "getAllThresholdElements", &P::getAllThresholdElements},
-                 {"locations", "getLocationNames", &P::getLocationNames}};
         infos = {{"size", "size", &P::size},
                  {"changeable", "isChangeable", &P::isChangeable},
                  {"maxLocationNameLength", "getMaxLocationNameCharacterCount", &P::getMaxLocationNameCharacterCount},
@@ -33,9 +31,15 @@ public:
 protected:
     CommandResult read(P &p, const QStringList &args) const override
     {
-        if (args.isEmpty())
-            return ProxyAdapter::read(p, args);
         Reading reading(p);
+        if (args.isEmpty()) {
+            // The application packs the elements into a JSON text; they are shown as JSON.
+            if (const auto elements =
+                    reading.value("getAllThresholdElements", [&] { return p.getAllThresholdElements(); }))
+                reading.add(QStringLiteral("elements"), Values::fromJsonText(*elements));
+            reading.field("locations", "getLocationNames", [&] { return p.getLocationNames(); });
+            return reading.result();
+        }
         reading.field("value", "getValue", [&] { return p.getValue(args.first()); });
         reading.field("text", "getString", [&] { return p.getString(args.first()); });
         return reading.result();
@@ -81,7 +85,7 @@ private:
             locations.append(QJsonObject{{QStringLiteral("name"), name},
                                          {QStringLiteral("description"), *description},
                                          {QStringLiteral("editable"), *editable},
-                                         {QStringLiteral("elements"), *elements}});
+                                         {QStringLiteral("elements"), Values::fromJsonText(*elements)}});
         }
         return locations;
     }

@@ -78,7 +78,9 @@ complete)
     expect_line '$ measctl set /Setup/Acquisition/SampleRate 250000'
     expect_line 'accepted: false'
     expect_line '[exit status 6]'
-    expect_line '/Setup/Acquisition/Averages setupChanged 64'
+    # watch opens each line with its time stamp
+    grep -qE -- '^[0-9]{4}-[0-9]{2}-[0-9]{2}T[0-9:.]+Z /Setup/Acquisition/Averages setupChanged 64$' "$output" ||
+        failed "no watch line of Averages changing to 64 in the demo's output"
     expect_line 'lowerLimit: 0'
     expect_line 'upperLimit: 3.5'
     expect_line 'answer: OK'

@@ -5,11 +5,15 @@
 
 #include <QDBusConnection>
 #include <QDBusMessage>
+#include <QDateTime>
+#include <QElapsedTimer>
+#include <QFile>
 #include <QJsonArray>
 #include <QJsonDocument>
 #include <QJsonObject>
 #include <QProcess>
 #include <QRegularExpression>
+#include <QTemporaryDir>
 #include <QtTest/QTest>
 
 #include <csignal>
@@ -71,13 +75,36 @@ bool waitForText(QProcess &process, QProcess::ProcessChannel channel, const QByt
     return true;
 }
 
+/// The calls of @p member in the simulator's call log @p file, one JSON object each.
+QList<QJsonObject> loggedCalls(const QString &file, const QString &member)
+{
+    QFile log(file);
+    QList<QJsonObject> calls;
+    if (!log.open(QIODevice::ReadOnly))
+        return calls;
+    for (const QByteArray &line : log.readAll().split('\n')) {
+        const QJsonObject call = QJsonDocument::fromJson(line).object();
+        if (call.value("member").toString() == member)
+            calls.append(call);
+    }
+    return calls;
+}
+
+/// A watch event without its time stamp, which differs from run to run.
+QJsonObject withoutTime(QJsonObject event)
+{
+    event.remove("time");
+    return event;
+}
+
 /// The simulator with its default model, as the application "sim".
 class Simulator
 {
 public:
-    bool start()
+    /// @p extraArguments: further options of the simulator (--log, --address).
+    bool start(const QStringList &extraArguments = {})
     {
-        m_process.start(QStringLiteral(SIMULATOR_PATH), {QStringLiteral("--manual-clock")});
+        m_process.start(QStringLiteral(SIMULATOR_PATH), QStringList{QStringLiteral("--manual-clock")} + extraArguments);
         QByteArray out;
         return waitForText(m_process, QProcess::StandardOutput, "ready\n", out);
     }
@@ -101,6 +128,8 @@ public:
         call.setArguments(arguments);
         return QDBusConnection::sessionBus().call(call).type() == QDBusMessage::ReplyMessage;
     }
+
+    QProcess &process() { return m_process; }
 
 private:
     QProcess m_process;
@@ -150,6 +179,29 @@ private Q_SLOTS:
     void eachFailureHasItsExitCode_data();
     void eachFailureHasItsExitCode();
     void helpDescribesEachCommandAndTheExitCodes();
+    void statusFailsWhenTheStatusQueryFails_data();
+    void statusFailsWhenTheStatusQueryFails();
+    void watchEndsWhenTheBusIsLost();
+    void nullInAJsonValueIsABadValueAndSendsNothing();
+    void badApplicationNamesAreABadCommandLine_data();
+    void badApplicationNamesAreABadCommandLine();
+    void anUnreachableBusHasItsOwnExitCode();
+    void usageErrorsSayWhatIsWrong_data();
+    void usageErrorsSayWhatIsWrong();
+    void aDepartureIsReportedAsADisconnection_data();
+    void aDepartureIsReportedAsADisconnection();
+    void execReportsARefusal();
+    void execWithoutAnAnswerShowsNoAnswerField();
+    void textThatWouldMisleadIsQuoted();
+    void nonFiniteNumbersHaveAJsonForm();
+    void getOfAResultTakesValueAndTextFromOneSample();
+    void jsonIsOneLinePerDocument();
+    void thresholdElementsAreJson();
+    void watchPollsResultsWithInterval();
+    void versionQuietAndAddress();
+    void callReachesAnyMemberByName();
+    void callParsesArgumentsBySignature_data();
+    void callParsesArgumentsBySignature();
 
 private:
     /// Starts measctl watch and waits until it has subscribed.
@@ -719,7 +771,7 @@ void tst_Measctl::watchPrintsEachSignalAsItArrives()
     QCOMPARE(lines.size(), count);
     QList<QJsonObject> events;
     for (const QByteArray &line : lines)
-        events.append(QJsonDocument::fromJson(line).object());
+        events.append(withoutTime(QJsonDocument::fromJson(line).object()));
     const QJsonObject expected{{"path", path}, {"kind", kind}, {"signal", signal}, {"args", json(arguments)}};
     QVERIFY2(events.contains(expected), out.constData());
 }
@@ -730,12 +782,16 @@ void tst_Measctl::watchWritesOneLinePerSignalForPeople()
         startWatch({"--count", "2", "/Setup/Acquisition/Averages", "/Setup/Acquisition/TriggerMode"});
     QVERIFY(watch);
     QCOMPARE(measctl({"set", "/Setup/Acquisition/Averages", "64"}).exitCode, 0);
-    QCOMPARE(measctl({"set", "/Setup/Acquisition/TriggerMode", "External"}).exitCode, 0);
+    QCOMPARE(measctl({"set", "/Setup/Acquisition/TriggerMode", "Edge Rising"}).exitCode, 0);
     QVERIFY(watch->waitForFinished(processTimeoutMs));
     QCOMPARE(watch->exitCode(), 0);
-    QCOMPARE(watch->readAllStandardOutput(),
-             QByteArray("/Setup/Acquisition/Averages setupChanged 64\n"
-                        "/Setup/Acquisition/TriggerMode setupChanged 3 External\n"));
+    // Each line opens with its time stamp; a text with blanks is quoted.
+    const QString out = QString::fromUtf8(watch->readAllStandardOutput());
+    const QRegularExpression lines(QStringLiteral(
+        "^\\d{4}-\\d\\d-\\d\\dT\\d\\d:\\d\\d:\\d\\d\\.\\d{3}Z /Setup/Acquisition/Averages setupChanged 64\\n"
+        "\\d{4}-\\d\\d-\\d\\dT\\d\\d:\\d\\d:\\d\\d\\.\\d{3}Z /Setup/Acquisition/TriggerMode setupChanged 1 \"Edge "
+        "Rising\"\\n$"));
+    QVERIFY2(lines.match(out).hasMatch(), qPrintable(out));
 }
 
 void tst_Measctl::watchEndsCleanlyOnSignal_data()
@@ -863,6 +919,318 @@ void tst_Measctl::helpDescribesEachCommandAndTheExitCodes()
     QCOMPARE(setHelp.exitCode, 0);
     QVERIFY(setHelp.out.contains("  mapMap          set PATH PRIMARY SECOND VALUE\n"));
     QVERIFY(setHelp.out.contains("  6  the application refused the value (answered false)\n"));
+}
+
+void tst_Measctl::statusFailsWhenTheStatusQueryFails_data()
+{
+    QTest::addColumn<QStringList>("fault");
+    QTest::addColumn<int>("exitCode");
+    QTest::newRow("an error answer") << QStringList{rootPath, "error", "com.velk.mqx.Error.Busy busy"} << 1;
+    QTest::newRow("no answer in time") << QStringList{rootPath, "silent", ""} << 8;
+}
+
+void tst_Measctl::statusFailsWhenTheStatusQueryFails()
+{
+    QFETCH(QStringList, fault);
+    QFETCH(int, exitCode);
+    QVERIFY(m_simulator.control("setFault", {fault.at(0), fault.at(1), fault.at(2)}));
+    // --timeout holds for status's call: the silent fault ends after 300 ms, not the bus's 25 s.
+    QElapsedTimer elapsed;
+    elapsed.start();
+    const Run run = measctl({"--json", "--timeout", "300", "status"});
+    QVERIFY(elapsed.elapsed() < 20000);
+    QCOMPARE(run.exitCode, exitCode);
+    QVERIFY(!run.json().contains("status"));
+    QCOMPARE(run.json().value("available"), QJsonValue(true));
+    QCOMPARE(run.json().value("error").toObject().value("code"), QJsonValue(exitCode));
+}
+
+void tst_Measctl::watchEndsWhenTheBusIsLost()
+{
+    // A bus daemon of this test's own, that it can kill under the running watch.
+    QTemporaryDir directory;
+    QVERIFY(directory.isValid());
+    const QString address = QStringLiteral("unix:path=") + directory.filePath("bus");
+    QProcess daemon;
+    daemon.start("dbus-daemon", {"--nofork", "--print-address", "--session", "--address=" + address});
+    QByteArray printed;
+    QVERIFY(waitForText(daemon, QProcess::StandardOutput, "\n", printed));
+    Simulator simulator;
+    QVERIFY(simulator.start({"--address", address}));
+
+    QProcess watch;
+    watch.start(QStringLiteral(MEASCTL_PATH), {"--address", address, "watch", "/Setup/Acquisition/Averages"});
+    QByteArray err;
+    QVERIFY(waitForText(watch, QProcess::StandardError, "measctl: watching", err));
+    daemon.kill();
+    QVERIFY(daemon.waitForFinished(processTimeoutMs));
+    QVERIFY(watch.waitForFinished(processTimeoutMs));
+    QCOMPARE(watch.exitStatus(), QProcess::NormalExit);
+    QCOMPARE(watch.exitCode(), 10);
+    QVERIFY(watch.readAllStandardError().contains("measctl: lost the bus"));
+    simulator.process().kill();
+    simulator.process().waitForFinished();
+}
+
+void tst_Measctl::nullInAJsonValueIsABadValueAndSendsNothing()
+{
+    m_simulator.stop();
+    QTemporaryDir directory;
+    const QString log = directory.filePath("calls.jsonl");
+    QVERIFY(m_simulator.start({"--log", log}));
+    const Run array = measctl({"set", "/Setup/Filter/Coefficients", "[0.1,0.2,0.3,0.4,0.5,0.6,0.7,null]"});
+    QCOMPARE(array.exitCode, 5);
+    QVERIFY(!array.err.contains("QDBusMarshaller"));
+    const Run object = measctl({"set", "/Setup/Channels/Config", "B", "{\"gain\": null}"});
+    QCOMPARE(object.exitCode, 5);
+    // The log has the kind's introspection, but no change was sent.
+    QVERIFY(!loggedCalls(log, "Introspect").isEmpty());
+    QVERIFY(loggedCalls(log, "setValue").isEmpty());
+}
+
+void tst_Measctl::badApplicationNamesAreABadCommandLine_data()
+{
+    QTest::addColumn<QString>("name");
+    QTest::newRow("blank and mark") << "bad name!";
+    QTest::newRow("not ASCII") << QString::fromUtf8("\xc3\x9cn\xc3\xaf");
+    QTest::newRow("300 characters") << QString(300, QLatin1Char('a'));
+    QTest::newRow("empty") << QString();
+    QTest::newRow("leading digit") << "1sim";
+}
+
+void tst_Measctl::badApplicationNamesAreABadCommandLine()
+{
+    QFETCH(QString, name);
+    const Run run = measctl({"--app", name, "status"});
+    QCOMPARE(run.exitCode, 2);
+    QVERIFY(run.err.startsWith("measctl: "));
+}
+
+void tst_Measctl::anUnreachableBusHasItsOwnExitCode()
+{
+    QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
+    environment.insert("DBUS_SESSION_BUS_ADDRESS", "unix:path=/nonexistent");
+    const Run run = measctl({"--json", "status"}, environment);
+    QCOMPARE(run.exitCode, 10);
+    QVERIFY(run.err.contains("measctl: cannot reach the bus at unix:path=/nonexistent"));
+    QCOMPARE(run.json().value("error").toObject().value("name"), QJsonValue("no-bus"));
+    QCOMPARE(measctl({"--address", "unix:path=/nonexistent", "list"}).exitCode, 10);
+}
+
+void tst_Measctl::usageErrorsSayWhatIsWrong_data()
+{
+    QTest::addColumn<QStringList>("arguments");
+    QTest::addColumn<int>("exitCode");
+    QTest::addColumn<QString>("message");
+    QTest::newRow("--help-all") << QStringList{"--help-all"} << 0 << QString();
+    QTest::newRow("--count for get") << QStringList{"--count", "2", "get", "/Setup/Acquisition/SampleRate"} << 2
+                                     << "--count does not apply to 'get'";
+    QTest::newRow("--kind for list") << QStringList{"--kind", "int", "list"} << 2 << "--kind does not apply to 'list'";
+    QTest::newRow("--timeout too large") << QStringList{"--timeout", "99999999999", "status"} << 2
+                                         << "--timeout 99999999999 is out of range (1..2147483647)";
+    QTest::newRow("--timeout not a number")
+        << QStringList{"--timeout", "soon", "status"} << 2 << "--timeout needs a whole number";
+    QTest::newRow("int beyond int32") << QStringList{"set", "/Setup/Acquisition/Averages", "2147483648"} << 5
+                                      << "'2147483648' is out of range (-2147483648..2147483647)";
+}
+
+void tst_Measctl::usageErrorsSayWhatIsWrong()
+{
+    QFETCH(QStringList, arguments);
+    QFETCH(int, exitCode);
+    QFETCH(QString, message);
+    const Run run = measctl(arguments);
+    QCOMPARE(run.exitCode, exitCode);
+    if (exitCode == 0)
+        QVERIFY(run.out.contains("Commands:\n"));
+    else
+        QVERIFY2(run.err.contains(message.toUtf8()), run.err.constData());
+}
+
+void tst_Measctl::aDepartureIsReportedAsADisconnection_data()
+{
+    QTest::addColumn<QStringList>("fault");
+    QTest::addColumn<QStringList>("arguments");
+    QTest::newRow("drop disconnect, get") << QStringList{"/Setup/Acquisition/Averages", "drop", "disconnect"}
+                                          << QStringList{"get", "/Setup/Acquisition/Averages"};
+    QTest::newRow("restart, get") << QStringList{"/Setup/Acquisition/Averages", "restart", ""}
+                                  << QStringList{"get", "/Setup/Acquisition/Averages"};
+    QTest::newRow("restart, status") << QStringList{rootPath, "restart", ""} << QStringList{"status"};
+    QTest::newRow("drop disconnect, exec")
+        << QStringList{rootPath, "drop", "disconnect"} << QStringList{"exec", "status"};
+}
+
+void tst_Measctl::aDepartureIsReportedAsADisconnection()
+{
+    QFETCH(QStringList, fault);
+    QFETCH(QStringList, arguments);
+    QVERIFY(m_simulator.control("setFault", {fault.at(0), fault.at(1), fault.at(2)}));
+    const Run run = measctl(QStringList{"--json", "--timeout", "20000"} + arguments);
+    QCOMPARE(run.exitCode, 9);
+    QCOMPARE(run.json().value("error").toObject().value("name"), QJsonValue("disconnected"));
+    QVERIFY(!run.json().contains("ok"));
+    QVERIFY(run.err.contains("disconnected"));
+}
+
+void tst_Measctl::execReportsARefusal()
+{
+    const Run run = measctl({"--json", "exec", "set", "/Setup/Acquisition/SampleRate", "3"});
+    QCOMPARE(run.exitCode, 6);
+    QVERIFY(run.json().value("answer").toString().startsWith("Refused:"));
+    QCOMPARE(run.json().value("refused"), QJsonValue(true));
+    QCOMPARE(run.json().value("error").toObject().value("name"), QJsonValue("refused"));
+}
+
+void tst_Measctl::execWithoutAnAnswerShowsNoAnswerField()
+{
+    QVERIFY(m_simulator.control("setFault", {rootPath, "error", "com.velk.mqx.Error.Broken it broke"}));
+    const Run run = measctl({"exec", "status"});
+    QCOMPARE(run.exitCode, 1);
+    QCOMPARE(run.out, QByteArray("command: status\n"));
+}
+
+void tst_Measctl::textThatWouldMisleadIsQuoted()
+{
+    QCOMPARE(measctl({"set", "/Setup/Device/Label", "two\nlines"}).exitCode, 0);
+    const Run run = measctl({"get", "/Setup/Device/Label"});
+    QCOMPARE(run.exitCode, 0);
+    QVERIFY2(run.out.contains("value: \"two\\nlines\"\n"), run.out.constData());
+    QCOMPARE(measctl({"set", "/Setup/Device/Label", "plain words"}).exitCode, 0);
+    QVERIFY(measctl({"get", "/Setup/Device/Label"}).out.contains("value: plain words\n"));
+}
+
+void tst_Measctl::nonFiniteNumbersHaveAJsonForm()
+{
+    QCOMPARE(measctl({"set", "/Setup/Device/CalibrationFactor", "inf"}).exitCode, 0);
+    const Run run = measctl({"--json", "get", "/Setup/Device/CalibrationFactor"});
+    QCOMPARE(run.exitCode, 0);
+    QCOMPARE(run.json().value("value"), QJsonValue(QJsonObject{{"double", "inf"}}));
+}
+
+void tst_Measctl::getOfAResultTakesValueAndTextFromOneSample()
+{
+    QVERIFY(m_simulator.control("tick", {2}));
+    const Run run = measctl({"--json", "get", "/Result/Voltage/RMS"});
+    QCOMPARE(run.exitCode, 0);
+    // The application's time stamp as it sent it: milliseconds since the epoch.
+    QVERIFY(run.json().value("timeStamp").isDouble());
+    QVERIFY(!run.json().contains("textTimeStamp"));
+    QVERIFY(run.json().value("text").toString().startsWith(QString::number(run.json().value("value").toDouble())));
+}
+
+void tst_Measctl::jsonIsOneLinePerDocument()
+{
+    const Run run = measctl({"--json", "get", "/Setup/Acquisition/SampleRate"});
+    QCOMPARE(run.exitCode, 0);
+    QCOMPARE(run.out.count('\n'), 1);
+    QVERIFY(run.out.endsWith("}\n"));
+}
+
+void tst_Measctl::thresholdElementsAreJson()
+{
+    const Run run = measctl({"--json", "get", "/Setup/Limits/Thresholds"});
+    QCOMPARE(run.exitCode, 0);
+    QVERIFY2(run.json().value("elements").isObject(), run.out.constData());
+}
+
+void tst_Measctl::watchPollsResultsWithInterval()
+{
+    const std::unique_ptr<QProcess> watch =
+        startWatch({"--json", "--interval", "20", "--count", "2", "/Result/Voltage/RMS"});
+    QVERIFY(watch);
+    // The first reading comes at once; the next one once a tick changed the value.
+    QByteArray out;
+    QVERIFY(waitForText(*watch, QProcess::StandardOutput, "\n", out));
+    QVERIFY(m_simulator.control("tick", {3}));
+    QVERIFY(watch->waitForFinished(processTimeoutMs));
+    QCOMPARE(watch->exitCode(), 0);
+    out += watch->readAllStandardOutput();
+    const QList<QByteArray> lines = out.trimmed().split('\n');
+    QCOMPARE(lines.size(), 2);
+    for (const QByteArray &line : lines) {
+        const QJsonObject event = QJsonDocument::fromJson(line).object();
+        QCOMPARE(event.value("signal"), QJsonValue("polled"));
+        QCOMPARE(event.value("kind"), QJsonValue("ResultDoubleInterface"));
+        QVERIFY(QDateTime::fromString(event.value("time").toString(), Qt::ISODateWithMs).isValid());
+        // value, text and the sample's time stamp
+        QCOMPARE(event.value("args").toArray().size(), 3);
+    }
+    QVERIFY(lines.first() != lines.last());
+}
+
+void tst_Measctl::versionQuietAndAddress()
+{
+    const Run version = measctl({"--version"});
+    QCOMPARE(version.exitCode, 0);
+    QVERIFY(version.out.startsWith("measctl "));
+
+    QVERIFY(m_simulator.control("setFault",
+                                {"/Setup/Acquisition/Averages", "error", "com.velk.mqx.Error.Broken it broke"}));
+    const Run loud = measctl({"--kind", "int", "get", "/Setup/Acquisition/Averages"});
+    QVERIFY(loud.err.contains("SetupIntInterface::getValue()"));
+    const Run quiet = measctl({"--quiet", "--kind", "int", "get", "/Setup/Acquisition/Averages"});
+    QCOMPARE(quiet.exitCode, 1);
+    QVERIFY(!quiet.err.contains("SetupIntInterface::getValue()"));
+    QVERIFY(quiet.err.startsWith("measctl: "));
+
+    QProcessEnvironment elsewhere = QProcessEnvironment::systemEnvironment();
+    const QString address = elsewhere.value("DBUS_SESSION_BUS_ADDRESS");
+    elsewhere.insert("DBUS_SESSION_BUS_ADDRESS", "unix:path=/nonexistent");
+    QCOMPARE(measctl({"--address", address, "status"}, elsewhere).exitCode, 0);
+}
+
+void tst_Measctl::callReachesAnyMemberByName()
+{
+    m_simulator.stop();
+    QTemporaryDir directory;
+    const QString log = directory.filePath("calls.jsonl");
+    QVERIFY(m_simulator.start({"--log", log}));
+    QCOMPARE(measctl({"set", "/Setup/Acquisition/Averages", "64"}).exitCode, 0);
+    const Run reset = measctl({"--json", "call", "/Setup/Acquisition/Averages", "setToDefault"});
+    QCOMPARE(reset.exitCode, 0);
+    QCOMPARE(reset.json().value("done"), QJsonValue(true));
+    QCOMPARE(measctl({"--json", "get", "/Setup/Acquisition/Averages"}).json().value("value"), QJsonValue(16));
+
+    const Run remove = measctl({"--json", "call", "/Setup/Display/ChannelColors", "removeItem", "B"});
+    QCOMPARE(remove.exitCode, 0);
+    QCOMPARE(remove.json().value("answer"), QJsonValue(1));
+    const QList<QJsonObject> removals = loggedCalls(log, "removeItem");
+    QCOMPARE(removals.size(), 1);
+    QCOMPARE(removals.first().value("signature"), QJsonValue("s"));
+    QCOMPARE(removals.first().value("arguments"), QJsonValue(QJsonArray{"B"}));
+
+    const Run unknown = measctl({"call", "/Setup/Display/ChannelColors", "frobnicate"});
+    QCOMPARE(unknown.exitCode, 2);
+    QVERIFY(unknown.err.contains("removeItem"));
+    QCOMPARE(loggedCalls(log, "frobnicate").size(), 0);
+}
+
+void tst_Measctl::callParsesArgumentsBySignature_data()
+{
+    QTest::addColumn<QStringList>("arguments");
+    QTest::addColumn<int>("exitCode");
+    QTest::addColumn<QString>("answer");
+    QTest::newRow("s") << QStringList{"/Setup/Display/ChannelColors", "getValue", "A"} << 0 << "\"#e6194b\"";
+    QTest::newRow("ii") << QStringList{"/Setup/Filter/Coefficients", "getValue", "0", "1"} << 0 << "[0.5, 0.25]";
+    QTest::newRow("vii") << QStringList{"/Setup/Filter/Coefficients", "setValue", "0.3", "0", "0"} << 0 << "true";
+    QTest::newRow("a{sv}") << QStringList{"/Setup/Channels/Config", "setValue", "B",
+                                          "{\"gain\": 5.0, \"offset\": 0.5, \"coupling\": \"DC\", \"enabled\": true}"}
+                           << 0 << "true";
+    QTest::newRow("i: not a number") << QStringList{"/Setup/Acquisition/Averages", "setValue", "many"} << 5 << "";
+    QTest::newRow("too many words") << QStringList{"/Setup/Acquisition/Averages", "getValue", "1"} << 2 << "";
+    QTest::newRow("the element's own error")
+        << QStringList{"/Setup/Display/ChannelColors", "getValue", "Nope"} << 1 << "";
+}
+
+void tst_Measctl::callParsesArgumentsBySignature()
+{
+    QFETCH(QStringList, arguments);
+    QFETCH(int, exitCode);
+    QFETCH(QString, answer);
+    const Run run = measctl(QStringList{"--json", "call"} + arguments);
+    QVERIFY2(run.exitCode == exitCode, run.err.constData());
+    if (exitCode == 0)
+        QCOMPARE(run.json().value("answer"), json(answer));
 }
 
 QTEST_GUILESS_MAIN(tst_Measctl)
