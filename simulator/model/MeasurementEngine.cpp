@@ -45,6 +45,11 @@ void MeasurementEngine::advance(qint64 ms)
             channel.nextDueMs = m_elapsedMs + channel.periodMs;
             continue;
         }
+        // A long stretch is sampled only at its end, so that one call's work stays bounded.
+        const qint64 due =
+            channel.nextDueMs <= m_elapsedMs ? (m_elapsedMs - channel.nextDueMs) / channel.periodMs + 1 : 0;
+        if (due > maxSamplesPerAdvance)
+            channel.nextDueMs += (due - maxSamplesPerAdvance) * channel.periodMs;
         for (; channel.nextDueMs <= m_elapsedMs; channel.nextDueMs += channel.periodMs)
             channel.result->sample(channel.random, m_epochMs + channel.nextDueMs);
     }
@@ -52,6 +57,7 @@ void MeasurementEngine::advance(qint64 ms)
 
 qint64 MeasurementEngine::tick(int periods)
 {
-    advance(qMax(0, periods) * m_periodMs);
+    Q_ASSERT(periods >= 0);
+    advance(qint64(periods) * m_periodMs);
     return m_elapsedMs;
 }

@@ -32,6 +32,10 @@ public:
     QList<ResultElement *> results() const;
     /// Names of the nodes directly below @p path that lead to elements.
     QStringList childNodes(const QString &path) const;
+
+    /// Why @p name cannot be an application name (its service name would be no valid bus
+    /// name); empty if it can.
+    static QString nameProblem(const QString &name);
 };
 
 /// Reads a model from JSON; on failure @p error names the file, the element and the problem.
