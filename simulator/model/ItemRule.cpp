@@ -33,6 +33,7 @@ QMap<QString, ItemRule> ItemRule::read(const QJsonObject &items)
         rule.range = item.range(false);
         rule.enums = item.has(QStringLiteral("enums")) ? item.texts(QStringLiteral("enums")) : QStringList();
         rule.unit = item.text(QStringLiteral("unit"), QString());
+        item.refuseUnread(QStringLiteral("item \"%1\"").arg(it.key()));
         rules.insert(it.key(), rule);
     }
     return rules;

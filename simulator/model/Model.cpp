@@ -88,6 +88,7 @@ Fault modelFault(const ModelFields &fields)
             given.text(QStringLiteral("name")) + QLatin1Char(' ') + given.text(QStringLiteral("message"), QString());
     else if (kind == QLatin1String("drop"))
         argument = given.text(QStringLiteral("mode"), QStringLiteral("release"));
+    given.refuseUnread(QStringLiteral("fault"));
     Fault fault;
     QString why;
     if (!Fault::parse(kind, argument, &fault, &why))
@@ -159,7 +160,10 @@ std::unique_ptr<Model> loadModel(const QByteArray &json, const QString &fileName
             model->elements.push_back(makeElement(fields.text(QStringLiteral("kind")), path, fields));
             if (fields.has(QStringLiteral("fault")))
                 model->faults.append({path, modelFault(fields)});
+            fields.refuseUnread();
         }
+        where.clear();
+        top.refuseUnread();
     } catch (const ModelError &problem) {
         *error = where.isEmpty() ? QStringLiteral("%1: %2").arg(fileName, problem.problem)
                                  : QStringLiteral("%1: %2: %3").arg(fileName, where, problem.problem);

@@ -42,15 +42,25 @@ double ValueSource::rounded(double value) const
     return std::round(value * scale) / scale;
 }
 
-ValueSource ValueSource::read(const ModelFields &fields, bool spreadRequired)
+ValueSource ValueSource::read(const ModelFields &fields, bool withDecimals)
 {
     ValueSource source;
-    if (spreadRequired) {
-        source.center = fields.number(QStringLiteral("center"));
-        source.spread = fields.number(QStringLiteral("spread"));
-        if (source.spread < 0)
-            throw ModelError{QStringLiteral("spread must not be negative")};
-    }
+    source.center = fields.number(QStringLiteral("center"));
+    source.spread = fields.number(QStringLiteral("spread"));
+    if (source.spread < 0)
+        throw ModelError{QStringLiteral("spread must not be negative")};
+    if (!withDecimals)
+        return source;
     source.decimals = fields.integer(QStringLiteral("decimals"), 3);
+    if (source.decimals < 0 || source.decimals > maxDecimals)
+        throw ModelError{QStringLiteral("decimals must lie in 0..%1").arg(maxDecimals)};
     return source;
+}
+
+double ResultElement::readRate(const ModelFields &fields)
+{
+    const double rate = fields.number(QStringLiteral("rate"), 0);
+    if (fields.has(QStringLiteral("rate")) && rate <= 0)
+        throw ModelError{QStringLiteral("rate must be positive")};
+    return rate;
 }

@@ -123,6 +123,35 @@ void tst_SimulatorProgram::badModelFilesEndWithAMessageAndStatusTwo_data()
     QTest::newRow("default outside range")
         << QByteArray(R"({"elements": [{"path": "/A", "kind": "double", "default": 5, "min": 0, "max": 1}]})")
         << "element '/A': default: 5 is outside 0..1";
+    QTest::newRow("misspelt field")
+        << QByteArray(R"({"elements": [{"path": "/A", "kind": "int", "default": 1, "min": 0, "max": 2,
+                          "granularty": 1}]})")
+        << "element '/A': unknown field \"granularty\"";
+    QTest::newRow("field of another kind")
+        << QByteArray(R"({"elements": [{"path": "/A", "kind": "resultInt", "center": 1, "spread": 1, "decimals": 2}]})")
+        << "element '/A': unknown field \"decimals\"";
+    QTest::newRow("misspelt top-level field") << QByteArray(R"({"rat": 5, "elements": []})") << "unknown field \"rat\"";
+    QTest::newRow("misspelt fault field") << QByteArray(R"({"elements": [{"path": "/A", "kind": "bool", "default": true,
+                          "fault": {"kind": "silent", "ms": 5}}]})")
+                                          << "element '/A': fault: unknown field \"ms\"";
+    QTest::newRow("misspelt item field") << QByteArray(
+                                                R"({"elements": [{"path": "/A", "kind": "mapList", "keyItem": "name",
+                          "items": {"name": {}, "level": {"min": 0, "max": 1, "unti": "V"}}, "default": []}]})")
+                                         << "element '/A': item \"level\": unknown field \"unti\"";
+    QTest::newRow("element rate 0")
+        << QByteArray(R"({"elements": [{"path": "/A", "kind": "resultInt", "center": 1, "spread": 1, "rate": 0}]})")
+        << "element '/A': rate must be positive";
+    QTest::newRow("negative decimals")
+        << QByteArray(
+               R"({"elements": [{"path": "/A", "kind": "resultDouble", "center": 1, "spread": 1, "decimals": -3}]})")
+        << "element '/A': decimals must lie in 0..15";
+    QTest::newRow("choice holding the separator")
+        << QByteArray(R"({"elements": [{"path": "/A", "kind": "enum", "choices": ["a;b", "c"], "default": 1}]})")
+        << "element '/A': choice \"a;b\" holds \";\", which separates the choices in the value list";
+    QTest::newRow("array too large")
+        << QByteArray(
+               R"({"elements": [{"path": "/A", "kind": "resultIntArray", "size": 100000000, "center": 1, "spread": 1}]})")
+        << "element '/A': size must lie in 1..65536";
     QTest::newRow("bad application name")
         << QByteArray(R"({"application": "bad name!", "elements": []})")
         << "application: \"bad name!\" is not a valid application name (letters, digits, \"_\" and \"-\", not "
