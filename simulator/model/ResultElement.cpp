@@ -3,6 +3,7 @@
 #include "ModelFields.h"
 
 #include <cmath>
+#include <limits>
 
 ResultElement::ResultElement(const Binding &binding, double rate)
     : Element(binding)
@@ -24,10 +25,15 @@ Limits Limits::read(const ModelFields &fields, bool integers)
     Limits result;
     const QString lower = QStringLiteral("lowerLimit");
     const QString upper = QStringLiteral("upperLimit");
-    if (fields.has(lower))
-        result.lower = integers ? QVariant(fields.integer(lower)) : QVariant(fields.number(lower));
-    if (fields.has(upper))
-        result.upper = integers ? QVariant(fields.integer(upper)) : QVariant(fields.number(upper));
+    // Without a limit the type's lowest or highest value: nothing is below or above it, and
+    // getLowerLimit/getUpperLimit still have a value to answer.
+    if (integers) {
+        result.lower = fields.integer(lower, std::numeric_limits<int>::min());
+        result.upper = fields.integer(upper, std::numeric_limits<int>::max());
+    } else {
+        result.lower = fields.number(lower, std::numeric_limits<double>::lowest());
+        result.upper = fields.number(upper, std::numeric_limits<double>::max());
+    }
     return result;
 }
 

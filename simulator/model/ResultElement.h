@@ -38,7 +38,8 @@ struct Limits
     enum Status { Within = 0, Below = 1, Above = 2 };
     int status(const QVariant &value) const;
 
-    /// "lowerLimit" and "upperLimit" of a model file's element, as ints with @p integers, else doubles.
+    /// "lowerLimit" and "upperLimit" of a model file's element, as ints with @p integers, else
+    /// doubles; a missing one is the type's lowest or highest value.
     static Limits read(const ModelFields &fields, bool integers);
 };
 
