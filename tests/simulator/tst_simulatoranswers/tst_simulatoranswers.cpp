@@ -159,13 +159,12 @@ void tst_SimulatorAnswers::everyMemberOfEveryElementAnswers()
     for (const auto &object : objects) {
         QVERIFY(object.second);
         for (const KindTable::Method &method : object.second->methods()) {
-            const QString what = QStringLiteral("%1 %2(%3)").arg(object.first, QLatin1String(method.name),
-                                                                 QLatin1String(method.inSignature));
+            const QString what = QStringLiteral("%1 %2(%3)")
+                                     .arg(object.first, QLatin1String(method.name), QLatin1String(method.inSignature));
             const QVariantList arguments = argumentsFor(QLatin1String(method.inSignature));
             QVERIFY2(QString::fromLatin1(method.inSignature).isEmpty() || !arguments.isEmpty(), qPrintable(what));
-            QDBusMessage call =
-                QDBusMessage::createMethodCall(SimulatorProcess::service, object.first,
-                                               QStringLiteral("com.velk.mqx.MeasApplInterface"), method.name);
+            QDBusMessage call = QDBusMessage::createMethodCall(
+                SimulatorProcess::service, object.first, QStringLiteral("com.velk.mqx.MeasApplInterface"), method.name);
             call.setArguments(arguments);
             // The bound only ends a call that gets no answer; each answered one returns at once.
             const QDBusMessage answer = QDBusConnection::sessionBus().call(call, QDBus::Block, 5000);

@@ -465,6 +465,19 @@ void tst_SimulatorModel::settersRefuseWhatTheInstrumentWouldRefuse_data()
     QTest::newRow("map list position past the end") << "/Setup/Sequence/Steps"
                                                     << "setValue"
                                                     << "isv" << QVariantList{3, "level", variant(-3.0)};
+    QTest::newRow("map list entry without items") << "/Setup/Sequence/Steps"
+                                                  << "setValue"
+                                                  << "sv" << QVariantList{"X", variant(QVariantMap())};
+    QTest::newRow("map list entry missing an item")
+        << "/Setup/Sequence/Steps"
+        << "setValue"
+        << "sv" << QVariantList{"X", variant(QVariantMap{{"name", "X"}, {"frequency", 50.0}, {"level", -40.0}})};
+    QTest::newRow("map list entry named otherwise")
+        << "/Setup/Sequence/Steps"
+        << "setValue"
+        << "sv"
+        << QVariantList{"X",
+                        variant(QVariantMap{{"name", "Y"}, {"frequency", 50.0}, {"level", -40.0}, {"duration", 2.0}})};
     QTest::newRow("map of maps cell out of range") << "/Setup/Channels/Config"
                                                    << "setValue"
                                                    << "ssv" << QVariantList{"A", "gain", variant(100.5)};
