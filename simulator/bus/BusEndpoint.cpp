@@ -72,7 +72,7 @@ bool BusEndpoint::handleMessage(const QDBusMessage &message, const QDBusConnecti
                                                  : message.createReply(outcome.values);
     // An answer that cannot be sent still ends the call, as an error rather than in silence.
     const QDBusMessage unsendable =
-        message.createErrorReply(QStringLiteral("org.freedesktop.DBus.Error.Failed"),
+        message.createErrorReply(QString::fromLatin1(ErrorNames::failed),
                                  QStringLiteral("The simulator could not send its answer to %1").arg(message.member()));
     QDBusConnection target(connection);
     auto send = [target, reply, unsendable]() mutable {

@@ -625,6 +625,15 @@ void tst_SimulatorModel::unknownMembersAndSignaturesGetErrors()
              QStringLiteral("com.velk.mqx.Error.UnknownKey"));
     QCOMPARE(instrument.call("/Result/Spectrum/Peaks", "getValue", "i", {8}).errorName,
              QStringLiteral("com.velk.mqx.Error.OutOfRange"));
+    // A cell or item that exists but has no range is not an unknown key.
+    for (const char *member : {"getMin", "getMax"}) {
+        QCOMPARE(instrument.call("/Setup/Channels/Config", member, "ss", {"A", "coupling"}).errorName,
+                 QStringLiteral("com.velk.mqx.Error.NoRange"));
+        QCOMPARE(instrument.call("/Setup/Channels/Config", member, "ss", {"Z", "coupling"}).errorName,
+                 QStringLiteral("com.velk.mqx.Error.UnknownKey"));
+        QCOMPARE(instrument.call("/Setup/Sequence/Steps", member, "is", {0, "name"}).errorName,
+                 QStringLiteral("com.velk.mqx.Error.NoRange"));
+    }
 }
 
 void tst_SimulatorModel::mapOfMapsSignalsEachChangedCellAndRemovedEntry()
