@@ -8,7 +8,8 @@ namespace {
 
 qint64 periodOf(double rate)
 {
-    return qMax<qint64>(1, std::llround(1000.0 / rate));
+    // 1 ms to 1000 s: the count of periods in a tick stays far from overflowing measurement time.
+    return std::llround(qBound(1.0, 1000.0 / rate, 1e6));
 }
 
 // FNV-1a: stable across Qt versions and runs, unlike qHash.
