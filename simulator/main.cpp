@@ -1,3 +1,4 @@
+#include "ExitSignals.h"
 #include "MeasApplNames_p.h"
 #include "Model.h"
 #include "SimulatedKinds.h"
@@ -7,6 +8,8 @@
 #include <QCoreApplication>
 #include <QFile>
 #include <QTextStream>
+
+#include <csignal>
 
 namespace {
 
@@ -23,6 +26,8 @@ int fail(int code, const QString &message)
 int main(int argc, char *argv[])
 {
     QCoreApplication app(argc, argv);
+    // Handled even when inherited as ignored, as by a script's "&" job.
+    ExitSignals exitSignals({SIGINT, SIGTERM});
     QCoreApplication::setApplicationName(QStringLiteral("dbusinterfaces-simulator"));
     QCoreApplication::setApplicationVersion(QStringLiteral("1.0"));
 
@@ -90,6 +95,8 @@ int main(int argc, char *argv[])
     }
     if (parser.isSet(name) && options.name.isEmpty())
         return fail(BadCommandLine, QStringLiteral("--name needs a non-empty name"));
+    if (parser.isSet(name) && !Model::nameProblem(options.name).isEmpty())
+        return fail(BadCommandLine, QStringLiteral("--name: ") + Model::nameProblem(options.name));
 
     // A kind whose handlers do not match its members in the kind table would answer wrongly.
     const QStringList kindProblems = SimulatedKinds::builtIn().problems();
@@ -122,5 +129,10 @@ int main(int argc, char *argv[])
     });
     if (!service.start(&error))
         return fail(NoBus, error);
+    // A signal ends it as quit does: the name released, the call log complete.
+    QObject::connect(&exitSignals, &ExitSignals::received, &service, [&service] {
+        service.leave();
+        QCoreApplication::exit(0);
+    });
     return app.exec();
 }

@@ -70,11 +70,18 @@ bool BusEndpoint::handleMessage(const QDBusMessage &message, const QDBusConnecti
     }
     const QDBusMessage reply = outcome.isError() ? message.createErrorReply(outcome.errorName, outcome.errorMessage)
                                                  : message.createReply(outcome.values);
-    if (fault.kind == Fault::Delay) {
-        QDBusConnection late(connection);
-        QTimer::singleShot(fault.delayMs, this, [late, reply]() mutable { late.send(reply); });
-    } else {
-        QDBusConnection(connection).send(reply);
-    }
+    // An answer that cannot be sent still ends the call, as an error rather than in silence.
+    const QDBusMessage unsendable =
+        message.createErrorReply(QString::fromLatin1(ErrorNames::failed),
+                                 QStringLiteral("The simulator could not send its answer to %1").arg(message.member()));
+    QDBusConnection target(connection);
+    auto send = [target, reply, unsendable]() mutable {
+        if (!target.send(reply))
+            target.send(unsendable);
+    };
+    if (fault.kind == Fault::Delay)
+        QTimer::singleShot(fault.delayMs, this, send);
+    else
+        send();
     return true;
 }

@@ -34,8 +34,13 @@ ControlElement::ControlElement(SimulatorService &service)
                       return Outcome::value(s->sendSignal(a.at(0).toString(), a.at(1).toString(), spoofed));
                   });
     }
-    addMember(QStringLiteral("tick"), QStringLiteral("i"), QStringLiteral("x"),
-              [s](const QVariantList &a) { return Outcome::value(s->engine().tick(a.at(0).toInt())); });
+    addMember(QStringLiteral("tick"), QStringLiteral("i"), QStringLiteral("x"), [s](const QVariantList &a) {
+        const int periods = a.at(0).toInt();
+        if (periods < 0)
+            return Outcome::error(ErrorNames::invalidArgs,
+                                  QStringLiteral("tick needs a count of periods of 0 or more, not %1").arg(periods));
+        return Outcome::value(s->engine().tick(periods));
+    });
     addMember(QStringLiteral("setMeasurementRunning"), QStringLiteral("b"), QString(), [s](const QVariantList &a) {
         s->engine().setRunning(a.at(0).toBool());
         return Outcome::reply();

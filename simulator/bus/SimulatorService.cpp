@@ -109,6 +109,10 @@ bool SimulatorService::connectToBus(QString *error)
     m_connection.connect(QStringLiteral("org.freedesktop.DBus"), QStringLiteral("/org/freedesktop/DBus"),
                          QStringLiteral("org.freedesktop.DBus"), QStringLiteral("NameAcquired"), this,
                          SLOT(onNameAcquired(QString)));
+    // libdbus reports a closed socket (the daemon gone) as this local signal.
+    m_connection.connect(QString(), QStringLiteral("/org/freedesktop/DBus/Local"),
+                         QStringLiteral("org.freedesktop.DBus.Local"), QStringLiteral("Disconnected"), this,
+                         SLOT(onDisconnected()));
     return true;
 }
 
@@ -139,6 +143,15 @@ void SimulatorService::onNameAcquired(const QString &name)
         return;
     m_awaitingName = false;
     Q_EMIT ready();
+}
+
+void SimulatorService::onDisconnected()
+{
+    // A connection closed on purpose is gone before its report could arrive.
+    if (!m_connected || m_connection.isConnected())
+        return;
+    m_connected = false;
+    Q_EMIT failed(QStringLiteral("lost the connection to the bus"));
 }
 
 void SimulatorService::afterAnswer(const std::function<void()> &step)
@@ -187,6 +200,12 @@ void SimulatorService::restart()
         if (!connectToBus(&error) || !ownName(true, &error))
             Q_EMIT failed(error);
     });
+}
+
+void SimulatorService::leave()
+{
+    leaveBus(false);
+    leaveBus(true);
 }
 
 void SimulatorService::quitSoon()

@@ -58,6 +58,8 @@ public:
     void restart();
     bool sendSignal(const QString &path, const QString &member, bool spoofed);
     void quitSoon();
+    /// Releases the name and closes the connection, at once.
+    void leave();
 
 Q_SIGNALS:
     void ready();
@@ -65,6 +67,7 @@ Q_SIGNALS:
 
 private Q_SLOTS:
     void onNameAcquired(const QString &name);
+    void onDisconnected();
 
 private:
     bool connectToBus(QString *error);

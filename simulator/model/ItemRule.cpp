@@ -18,7 +18,7 @@ QString ItemRule::refusal(const QVariant &value) const
 Outcome ItemRule::limit(bool minimum, const QString &item) const
 {
     if (!range.bounded)
-        return Outcome::unknownKey(QStringLiteral("range for \"%1\"").arg(item));
+        return Outcome::error(ErrorNames::noRange, QStringLiteral("\"%1\" has no range").arg(item));
     return Outcome::value(Wire::variant(minimum ? range.min : range.max));
 }
 
@@ -33,6 +33,7 @@ QMap<QString, ItemRule> ItemRule::read(const QJsonObject &items)
         rule.range = item.range(false);
         rule.enums = item.has(QStringLiteral("enums")) ? item.texts(QStringLiteral("enums")) : QStringList();
         rule.unit = item.text(QStringLiteral("unit"), QString());
+        item.refuseUnread(QStringLiteral("item \"%1\"").arg(it.key()));
         rules.insert(it.key(), rule);
     }
     return rules;

@@ -8,7 +8,8 @@ namespace {
 
 qint64 periodOf(double rate)
 {
-    return qMax<qint64>(1, std::llround(1000.0 / rate));
+    // 1 ms to 1000 s: the count of periods in a tick stays far from overflowing measurement time.
+    return std::llround(qBound(1.0, 1000.0 / rate, 1e6));
 }
 
 // FNV-1a: stable across Qt versions and runs, unlike qHash.
@@ -45,6 +46,11 @@ void MeasurementEngine::advance(qint64 ms)
             channel.nextDueMs = m_elapsedMs + channel.periodMs;
             continue;
         }
+        // A long stretch is sampled only at its end, so that one call's work stays bounded.
+        const qint64 due =
+            channel.nextDueMs <= m_elapsedMs ? (m_elapsedMs - channel.nextDueMs) / channel.periodMs + 1 : 0;
+        if (due > maxSamplesPerAdvance)
+            channel.nextDueMs += (due - maxSamplesPerAdvance) * channel.periodMs;
         for (; channel.nextDueMs <= m_elapsedMs; channel.nextDueMs += channel.periodMs)
             channel.result->sample(channel.random, m_epochMs + channel.nextDueMs);
     }
@@ -52,6 +58,7 @@ void MeasurementEngine::advance(qint64 ms)
 
 qint64 MeasurementEngine::tick(int periods)
 {
-    advance(qMax(0, periods) * m_periodMs);
+    Q_ASSERT(periods >= 0);
+    advance(qint64(periods) * m_periodMs);
     return m_elapsedMs;
 }

@@ -19,8 +19,11 @@ class MeasurementEngine
 public:
     MeasurementEngine(const QList<ResultElement *> &results, quint32 seed, double defaultRate, qint64 epochMs);
 
+    /// Samples taken per result in one advance at most: of a longer stretch only its last ones.
+    static constexpr qint64 maxSamplesPerAdvance = 10000;
+
     void advance(qint64 ms);
-    /// Advances @p periods periods of the default rate; answers the measurement time in ms.
+    /// Advances @p periods (not negative) periods of the default rate; answers the measurement time in ms.
     qint64 tick(int periods);
     qint64 periodMs() const { return m_periodMs; }
     qint64 elapsedMs() const { return m_elapsedMs; }

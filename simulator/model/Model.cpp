@@ -50,6 +50,19 @@ QStringList Model::childNodes(const QString &path) const
     return children;
 }
 
+QString Model::nameProblem(const QString &name)
+{
+    // One element of a well-known bus name, which is at most 255 characters long in all.
+    static const QRegularExpression element(QStringLiteral("^[a-z_-][a-z0-9_-]*$"));
+    const int maxLength = 255 - int(sizeof(MeasAppl::servicePrefix) - 1);
+    if (element.match(name.toLower()).hasMatch() && name.size() <= maxLength)
+        return {};
+    return QStringLiteral("\"%1\" is not a valid application name (letters, digits, \"_\" and \"-\", not starting "
+                          "with a digit, at most %2 characters)")
+        .arg(name)
+        .arg(maxLength);
+}
+
 static void initResources()
 {
     Q_INIT_RESOURCE(simulator);
@@ -77,6 +90,7 @@ Fault modelFault(const ModelFields &fields)
             given.text(QStringLiteral("name")) + QLatin1Char(' ') + given.text(QStringLiteral("message"), QString());
     else if (kind == QLatin1String("drop"))
         argument = given.text(QStringLiteral("mode"), QStringLiteral("release"));
+    given.refuseUnread(QStringLiteral("fault"));
     Fault fault;
     QString why;
     if (!Fault::parse(kind, argument, &fault, &why))
@@ -129,6 +143,7 @@ std::unique_ptr<Model> loadModel(const QByteArray &json, const QString &fileName
     try {
         const ModelFields top(document.object());
         model->application = top.text(QStringLiteral("application"), model->application);
+        ModelFields::check(Model::nameProblem(model->application), QStringLiteral("application"));
         model->rate = top.number(QStringLiteral("rate"), model->rate);
         if (model->rate <= 0)
             throw ModelError{QStringLiteral("rate must be positive")};
@@ -147,7 +162,10 @@ std::unique_ptr<Model> loadModel(const QByteArray &json, const QString &fileName
             model->add(makeElement(fields.text(QStringLiteral("kind")), path, fields));
             if (fields.has(QStringLiteral("fault")))
                 model->faults.append({path, modelFault(fields)});
+            fields.refuseUnread();
         }
+        where.clear();
+        top.refuseUnread();
     } catch (const ModelError &problem) {
         *error = where.isEmpty() ? QStringLiteral("%1: %2").arg(fileName, problem.problem)
                                  : QStringLiteral("%1: %2: %3").arg(fileName, where, problem.problem);

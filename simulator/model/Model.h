@@ -38,6 +38,10 @@ public:
     /// Names of the nodes directly below @p path that lead to elements.
     QStringList childNodes(const QString &path) const;
 
+    /// Why @p name cannot be an application name (its service name would be no valid bus
+    /// name); empty if it can.
+    static QString nameProblem(const QString &name);
+
 private:
     QHash<QString, Element *> m_byPath;
 };

@@ -6,7 +6,7 @@
 
 QJsonValue ModelFields::required(const QString &key) const
 {
-    if (!m_object.contains(key))
+    if (!has(key))
         throw ModelError{QStringLiteral("missing field \"%1\"").arg(key)};
     return m_object.value(key);
 }
@@ -71,6 +71,19 @@ QStringList ModelFields::texts(const QString &key) const
     return result;
 }
 
+QStringList ModelFields::choices(const QString &key) const
+{
+    const QStringList result = texts(key);
+    if (result.isEmpty())
+        throw ModelError{QStringLiteral("\"%1\" is empty").arg(key)};
+    for (const QString &choice : result) {
+        if (choice.contains(QLatin1Char(';')))
+            throw ModelError{
+                QStringLiteral("choice \"%1\" holds \";\", which separates the choices in the value list").arg(choice)};
+    }
+    return result;
+}
+
 QVariant ModelFields::scalar(const QString &key) const
 {
     const QJsonValue value = required(key);
@@ -90,6 +103,16 @@ NumericRange ModelFields::range(bool required) const
     if (range.min > range.max)
         throw ModelError{QStringLiteral("min %1 is above max %2").arg(range.min).arg(range.max)};
     return range;
+}
+
+void ModelFields::refuseUnread(const QString &where) const
+{
+    for (auto it = m_object.constBegin(); it != m_object.constEnd(); ++it) {
+        if (m_consulted.contains(it.key()))
+            continue;
+        const QString problem = QStringLiteral("unknown field \"%1\"").arg(it.key());
+        throw ModelError{where.isEmpty() ? problem : QStringLiteral("%1: %2").arg(where, problem)};
+    }
 }
 
 void ModelFields::check(const QString &refusal, const QString &what)

@@ -6,6 +6,7 @@
 #include <QJsonArray>
 #include <QJsonObject>
 #include <QJsonValue>
+#include <QSet>
 #include <QString>
 #include <QStringList>
 #include <QVariant>
@@ -25,7 +26,11 @@ public:
     {
     }
 
-    bool has(const QString &key) const { return m_object.contains(key); }
+    bool has(const QString &key) const
+    {
+        m_consulted.insert(key);
+        return m_object.contains(key);
+    }
     QJsonValue required(const QString &key) const;
 
     double number(const QString &key) const;
@@ -38,6 +43,8 @@ public:
     QJsonArray array(const QString &key) const;
     QJsonObject object(const QString &key) const;
     QStringList texts(const QString &key) const;
+    /// Texts to choose from: at least one, none holding ";" (which joins them in getValueList).
+    QStringList choices(const QString &key) const;
     /// A JSON scalar as the value the element holds.
     QVariant scalar(const QString &key) const;
     /// "min" and "max"; unbounded when not @p required and both are missing.
@@ -46,8 +53,13 @@ public:
     /// Fails with "@p what: @p refusal" unless @p refusal is empty.
     static void check(const QString &refusal, const QString &what);
 
+    /// Fails on a field that no reader asked for (the fields a kind knows are those it reads),
+    /// naming @p where it is unless empty.
+    void refuseUnread(const QString &where = QString()) const;
+
 private:
     QJsonObject m_object;
+    mutable QSet<QString> m_consulted;
 };
 
 #endif

@@ -25,8 +25,10 @@ namespace ErrorNames {
 constexpr char unknownObject[] = "org.freedesktop.DBus.Error.UnknownObject";
 constexpr char unknownMethod[] = "org.freedesktop.DBus.Error.UnknownMethod";
 constexpr char invalidArgs[] = "org.freedesktop.DBus.Error.InvalidArgs";
+constexpr char failed[] = "org.freedesktop.DBus.Error.Failed";
 constexpr char unknownKey[] = "com.velk.mqx.Error.UnknownKey";
 constexpr char outOfRange[] = "com.velk.mqx.Error.OutOfRange";
+constexpr char noRange[] = "com.velk.mqx.Error.NoRange";
 } // namespace ErrorNames
 
 inline Outcome Outcome::unknownKey(const QString &what)

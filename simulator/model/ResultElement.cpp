@@ -3,6 +3,7 @@
 #include "ModelFields.h"
 
 #include <cmath>
+#include <limits>
 
 ResultElement::ResultElement(const Binding &binding, double rate)
     : Element(binding)
@@ -24,10 +25,15 @@ Limits Limits::read(const ModelFields &fields, bool integers)
     Limits result;
     const QString lower = QStringLiteral("lowerLimit");
     const QString upper = QStringLiteral("upperLimit");
-    if (fields.has(lower))
-        result.lower = integers ? QVariant(fields.integer(lower)) : QVariant(fields.number(lower));
-    if (fields.has(upper))
-        result.upper = integers ? QVariant(fields.integer(upper)) : QVariant(fields.number(upper));
+    // Without a limit the type's lowest or highest value: nothing is below or above it, and
+    // getLowerLimit/getUpperLimit still have a value to answer.
+    if (integers) {
+        result.lower = fields.integer(lower, std::numeric_limits<int>::min());
+        result.upper = fields.integer(upper, std::numeric_limits<int>::max());
+    } else {
+        result.lower = fields.number(lower, std::numeric_limits<double>::lowest());
+        result.upper = fields.number(upper, std::numeric_limits<double>::max());
+    }
     return result;
 }
 
@@ -42,15 +48,25 @@ double ValueSource::rounded(double value) const
     return std::round(value * scale) / scale;
 }
 
-ValueSource ValueSource::read(const ModelFields &fields, bool spreadRequired)
+ValueSource ValueSource::read(const ModelFields &fields, bool withDecimals)
 {
     ValueSource source;
-    if (spreadRequired) {
-        source.center = fields.number(QStringLiteral("center"));
-        source.spread = fields.number(QStringLiteral("spread"));
-        if (source.spread < 0)
-            throw ModelError{QStringLiteral("spread must not be negative")};
-    }
+    source.center = fields.number(QStringLiteral("center"));
+    source.spread = fields.number(QStringLiteral("spread"));
+    if (source.spread < 0)
+        throw ModelError{QStringLiteral("spread must not be negative")};
+    if (!withDecimals)
+        return source;
     source.decimals = fields.integer(QStringLiteral("decimals"), 3);
+    if (source.decimals < 0 || source.decimals > maxDecimals)
+        throw ModelError{QStringLiteral("decimals must lie in 0..%1").arg(maxDecimals)};
     return source;
+}
+
+double ResultElement::readRate(const ModelFields &fields)
+{
+    const double rate = fields.number(QStringLiteral("rate"), 0);
+    if (fields.has(QStringLiteral("rate")) && rate <= 0)
+        throw ModelError{QStringLiteral("rate must be positive")};
+    return rate;
 }

@@ -18,6 +18,8 @@ public:
 
     /// Own sample rate in Hz; 0 means the engine's default.
     double rate() const { return m_rate; }
+    /// "rate" of a model file's element: positive if given, else 0.
+    static double readRate(const ModelFields &fields);
     /// Takes a new sample from @p random, stamped @p timeStampMs (ms since the epoch).
     virtual void sample(QRandomGenerator &random, qint64 timeStampMs) = 0;
     bool resetMinMax() override { return true; }
@@ -36,7 +38,8 @@ struct Limits
     enum Status { Within = 0, Below = 1, Above = 2 };
     int status(const QVariant &value) const;
 
-    /// "lowerLimit" and "upperLimit" of a model file's element, as ints with @p integers, else doubles.
+    /// "lowerLimit" and "upperLimit" of a model file's element, as ints with @p integers, else
+    /// doubles; a missing one is the type's lowest or highest value.
     static Limits read(const ModelFields &fields, bool integers);
 };
 
@@ -45,6 +48,7 @@ struct ValueSource
 {
     double center = 0;
     double spread = 0;
+    static constexpr int maxDecimals = 15; ///< as many as a double holds
     int decimals = 3;
     double probability = 0.5;
     QStringList choices;
@@ -53,8 +57,8 @@ struct ValueSource
     double uniform(QRandomGenerator &random) const;
     double rounded(double value) const;
 
-    /// "decimals" of a model file's element and, with @p spreadRequired, "center" and "spread".
-    static ValueSource read(const ModelFields &fields, bool spreadRequired);
+    /// "center" and "spread" of a model file's element and, @p withDecimals, "decimals".
+    static ValueSource read(const ModelFields &fields, bool withDecimals);
 };
 
 #endif

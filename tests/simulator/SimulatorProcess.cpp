@@ -5,11 +5,19 @@
 const QString SimulatorProcess::name = QStringLiteral("simtest");
 const QString SimulatorProcess::service = QStringLiteral("com.velk.mqx.app.simtest");
 
-SimulatorProcess::SimulatorProcess(const QStringList &arguments)
+SimulatorProcess::SimulatorProcess(const QStringList &arguments, Start start)
 {
     m_process.setProcessChannelMode(QProcess::ForwardedErrorChannel);
-    m_process.start(QStringLiteral(SIMULATOR_PROGRAM),
-                    QStringList{QStringLiteral("--manual-clock"), QStringLiteral("--name"), name} + arguments);
+    const QStringList all = QStringList{QStringLiteral("--manual-clock"), QStringLiteral("--name"), name} + arguments;
+    if (start == Plain) {
+        m_process.start(QStringLiteral(SIMULATOR_PROGRAM), all);
+        return;
+    }
+    // An ignored signal stays ignored across exec, so the program starts as a shell's "&" job would.
+    m_process.start(QStringLiteral("/bin/sh"),
+                    QStringList{QStringLiteral("-c"), QStringLiteral("trap '' INT; exec \"$0\" \"$@\""),
+                                QStringLiteral(SIMULATOR_PROGRAM)} +
+                        all);
 }
 
 SimulatorProcess::~SimulatorProcess()

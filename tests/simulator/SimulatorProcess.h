@@ -13,8 +13,11 @@ public:
     static const QString name;
     static const QString service;
 
-    /// Starts it with a manual clock under the name "simtest" plus @p arguments.
-    explicit SimulatorProcess(const QStringList &arguments = {});
+    enum Start { Plain, SigintIgnored };
+
+    /// Starts it with a manual clock under the name "simtest" plus @p arguments; with
+    /// SigintIgnored as a script's background job is, SIGINT ignored from the start.
+    explicit SimulatorProcess(const QStringList &arguments = {}, Start start = Plain);
     ~SimulatorProcess();
 
     /// Waits for the next "ready" line; false if the program ended or printed none in time.

@@ -60,11 +60,11 @@ Handlers ArrayResult::statusHandlers()
 std::unique_ptr<Element> ArrayResult::make(const Binding &binding, const ModelFields &fields, bool integers)
 {
     const int size = fields.integer(QStringLiteral("size"));
-    if (size <= 0)
-        throw ModelError{QStringLiteral("size must be positive")};
-    return std::make_unique<ArrayResult>(binding, integers, size, ValueSource::read(fields, true),
+    if (size <= 0 || size > maxSize)
+        throw ModelError{QStringLiteral("size must lie in 1..%1").arg(maxSize)};
+    return std::make_unique<ArrayResult>(binding, integers, size, ValueSource::read(fields, !integers),
                                          Limits::read(fields, integers), fields.text(QStringLiteral("unit"), QString()),
-                                         fields.number(QStringLiteral("rate"), 0));
+                                         ResultElement::readRate(fields));
 }
 
 Outcome ArrayResult::atPosition(const QVariantList &arguments, const std::function<Outcome(int)> &read) const

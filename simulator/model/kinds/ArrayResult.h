@@ -17,6 +17,8 @@ public:
 
     /// getValues, size, getResultStatus and getTimeStamp.
     static Handlers rowHandlers();
+    /// The most values a row may hold, so that a model file cannot exhaust the memory.
+    static constexpr int maxSize = 65536;
     /// The status of each value, positions, the Comp list and the limits (in variants).
     static Handlers statusHandlers();
     /// The row of integers (@p integers) or doubles from "size", its source, limits, "unit" and "rate".

@@ -6,7 +6,7 @@ namespace {
 
 std::unique_ptr<Element> read(const Element::Binding &binding, const ModelFields &fields)
 {
-    ValueSource source = ValueSource::read(fields, false);
+    ValueSource source;
     source.probability = fields.number(QStringLiteral("probability"));
     if (source.probability < 0 || source.probability > 1)
         throw ModelError{QStringLiteral("probability must lie in 0..1")};

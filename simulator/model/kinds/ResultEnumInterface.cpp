@@ -6,10 +6,8 @@ namespace {
 
 std::unique_ptr<Element> read(const Element::Binding &binding, const ModelFields &fields)
 {
-    ValueSource source = ValueSource::read(fields, false);
-    source.choices = fields.texts(QStringLiteral("choices"));
-    if (source.choices.isEmpty())
-        throw ModelError{QStringLiteral("\"choices\" is empty")};
+    ValueSource source;
+    source.choices = fields.choices(QStringLiteral("choices"));
     return ScalarResult::make(binding, fields, ScalarResult::Enum, source);
 }
 

@@ -6,7 +6,7 @@ namespace {
 
 std::unique_ptr<Element> read(const Element::Binding &binding, const ModelFields &fields)
 {
-    return ScalarResult::make(binding, fields, ScalarResult::Int, ValueSource::read(fields, true),
+    return ScalarResult::make(binding, fields, ScalarResult::Int, ValueSource::read(fields, false),
                               Limits::read(fields, true));
 }
 

@@ -85,7 +85,7 @@ std::unique_ptr<Element> ScalarResult::make(const Binding &binding, const ModelF
                                             const ValueSource &source, const Limits &limits)
 {
     return std::make_unique<ScalarResult>(binding, type, source, limits, fields.text(QStringLiteral("unit"), QString()),
-                                          fields.number(QStringLiteral("rate"), 0));
+                                          ResultElement::readRate(fields));
 }
 
 const ScalarResult::Sample &ScalarResult::sampleOf(Reading reading) const

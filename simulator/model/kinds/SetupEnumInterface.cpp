@@ -72,9 +72,7 @@ private:
 
 std::unique_ptr<Element> read(const Element::Binding &binding, const ModelFields &fields)
 {
-    const QStringList choices = fields.texts(QStringLiteral("choices"));
-    if (choices.isEmpty())
-        throw ModelError{QStringLiteral("\"choices\" is empty")};
+    const QStringList choices = fields.choices(QStringLiteral("choices"));
     const QJsonValue given = fields.required(QStringLiteral("default"));
     const int index = given.isString() ? choices.indexOf(given.toString()) : fields.integer(QStringLiteral("default"));
     if (index < 0 || index >= choices.size())

@@ -7,6 +7,9 @@
 
 namespace {
 
+/// Why @p entry does not fit @p items, or empty.
+QString entryRefusal(const QMap<QString, ItemRule> &items, const QVariantMap &entry);
+
 Outcome noEntryAt(int position)
 {
     return Outcome::outOfRange(QStringLiteral("No entry at position %1").arg(position));
@@ -146,18 +149,31 @@ Outcome MapListSetup::withItem(const QVariantList &arguments,
 
 QString MapListSetup::refusal(const QVariantMap &entry) const
 {
+    return entryRefusal(m_items, entry);
+}
+
+QString entryRefusal(const QMap<QString, ItemRule> &items, const QVariantMap &entry)
+{
+    // An entry holds every item, so that each entry reads alike.
+    for (auto it = items.cbegin(); it != items.cend(); ++it) {
+        if (!entry.contains(it.key()))
+            return QStringLiteral("missing item \"%1\"").arg(it.key());
+    }
     for (auto it = entry.cbegin(); it != entry.cend(); ++it) {
-        if (!m_items.contains(it.key()))
-            return QStringLiteral("no item \"%1\"").arg(it.key());
-        const QString why = m_items.value(it.key()).refusal(it.value());
+        if (!items.contains(it.key()))
+            return QStringLiteral("no item \"%1\" in \"items\"").arg(it.key());
+        const QString why = items.value(it.key()).refusal(it.value());
         if (!why.isEmpty())
-            return why;
+            return QStringLiteral("item \"%1\": %2").arg(it.key(), why);
     }
     return {};
 }
 
 bool MapListSetup::setEntry(const QString &name, const QVariantMap &entry)
 {
+    // The name given is the entry's key item; an entry naming itself otherwise is refused.
+    if (entry.contains(m_keyItem) && entry.value(m_keyItem) != QVariant(name))
+        return false;
     QVariantMap named = entry;
     named.insert(m_keyItem, name);
     if (!isChangeable() || name.isEmpty() || !refusal(named).isEmpty())
@@ -235,7 +251,7 @@ std::unique_ptr<Element> read(const Element::Binding &binding, const ModelFields
         const QString where = QStringLiteral("default entry %1").arg(defaults.size());
         if (!Wire::isText(entry.value(keyItem)))
             throw ModelError{QStringLiteral("%1 has no text \"%2\"").arg(where, keyItem)};
-        ItemRule::checkCells(rules, entry, where);
+        ModelFields::check(entryRefusal(rules, entry), where);
         defaults.append(entry);
     }
     return std::make_unique<MapListSetup>(binding, fields.flag(QStringLiteral("changeable"), true), keyItem, rules,

@@ -313,6 +313,7 @@ std::unique_ptr<Element> read(const Element::Binding &binding, const ModelFields
         element.unit = threshold.text(QStringLiteral("unit"), QString());
         ModelFields::check(element.range.refusal(element.defaultValue),
                            QStringLiteral("threshold \"%1\" default").arg(it.key()));
+        threshold.refuseUnread(QStringLiteral("threshold \"%1\"").arg(it.key()));
         elements.insert(it.key(), element);
     }
     QList<ThresholdSetup::Location> locations;
@@ -336,6 +337,7 @@ std::unique_ptr<Element> read(const Element::Binding &binding, const ModelFields
             ModelFields::check(elements.value(it.key()).range.refusal(it.value().toDouble()), where);
             location.values.insert(it.key(), it.value().toDouble());
         }
+        fieldsOfLocation.refuseUnread(QStringLiteral("location \"%1\"").arg(location.name));
         locations.append(location);
     }
     return std::make_unique<ThresholdSetup>(binding, fields.flag(QStringLiteral("changeable"), true), elements,

@@ -85,6 +85,8 @@ private Q_SLOTS:
     void scriptedErrorReplyReachesTheProxy();
     void silenceLeavesTheCallerToItsTimeout();
     void droppingTheConnectionEndsTheCallAndTheName();
+    void aFaultThatLeavesTheBusFailsThePendingCallAtOnce_data();
+    void aFaultThatLeavesTheBusFailsThePendingCallAtOnce();
     void releasingTheNameTakesTheApplicationOffTheBus();
     void restartServesEarlierProxiesAgain();
     void spoofedSignalIsNotRelayedWhileTheOwnersIs();
@@ -331,6 +333,31 @@ void tst_SimulatorBus::droppingTheConnectionEndsTheCallAndTheName()
 
     QCOMPARE(reply.error().type(), QDBusError::NoReply);
     QVERIFY(!DBusInterfaceManager::getInstance()->isMeasAppAvailable(SimulatorProcess::name));
+}
+
+void tst_SimulatorBus::aFaultThatLeavesTheBusFailsThePendingCallAtOnce_data()
+{
+    QTest::addColumn<QString>("kind");
+    QTest::addColumn<QString>("argument");
+    QTest::newRow("drop disconnect") << "drop"
+                                     << "disconnect";
+    QTest::newRow("restart") << "restart"
+                             << "";
+}
+
+void tst_SimulatorBus::aFaultThatLeavesTheBusFailsThePendingCallAtOnce()
+{
+    QFETCH(QString, kind);
+    QFETCH(QString, argument);
+    QCOMPARE(m_simulator->control("setFault", {averages, kind, argument}).arguments(), QVariantList{true});
+
+    // As with any peer that vanishes: the bus daemon answers the call for it, long before the
+    // caller's own timeout (whose NoReply says "Did not receive a reply").
+    const QDBusMessage call =
+        QDBusMessage::createMethodCall(SimulatorProcess::service, averages, interfaceName, QStringLiteral("getValue"));
+    const QDBusMessage answer = bus().call(call, QDBus::Block, 20000);
+    QCOMPARE(answer.errorName(), QStringLiteral("org.freedesktop.DBus.Error.NoReply"));
+    QVERIFY2(answer.errorMessage().contains(QLatin1String("disconnected")), qPrintable(answer.errorMessage()));
 }
 
 void tst_SimulatorBus::releasingTheNameTakesTheApplicationOffTheBus()

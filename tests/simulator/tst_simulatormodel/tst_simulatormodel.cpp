@@ -10,6 +10,8 @@
 #include <KindTable.h>
 
 #include <QDBusVariant>
+#include <QFile>
+#include <QRegularExpression>
 #include <QSet>
 #include <QTest>
 
@@ -185,6 +187,7 @@ private Q_SLOTS:
     void everyKindServesExactlyItsDocumentedMembersAndSignals();
     void everyElementServesItsKindsMembersFromTheTable();
     void theDefaultModelHasAnElementOfEveryKind();
+    void theDefaultModelKeepsTheRangesItsDocumentationStates();
     void everyKindOfTheTableIsRegisteredUnderItsShortName();
     void kindsWhoseHandlersDoNotFitTheirTableAreRefused_data();
     void kindsWhoseHandlersDoNotFitTheirTableAreRefused();
@@ -253,6 +256,50 @@ void tst_SimulatorModel::everyElementServesItsKindsMembersFromTheTable()
         QVERIFY2(Introspection::document(element, {}).startsWith(document.left(document.lastIndexOf("</node>"))),
                  qPrintable(element->path()));
     }
+}
+
+void tst_SimulatorModel::theDefaultModelKeepsTheRangesItsDocumentationStates()
+{
+    // The rows of the default model's table: | `path` | `kind` description | `class` |
+    QFile doc(QStringLiteral(SIMULATOR_SOURCE_DIR "/../docs/simulator.md"));
+    QVERIFY(doc.open(QIODevice::ReadOnly | QIODevice::Text));
+    const QString text = QString::fromUtf8(doc.readAll());
+    static const QRegularExpression row(QStringLiteral("^\\| `(/[^`]+)` \\| `(\\w+)` ([^|]*)\\|"),
+                                        QRegularExpression::MultilineOption);
+    static const QRegularExpression range(QStringLiteral("(limits )?(-?\\d+(?:\\.\\d+)?)\\.\\.(-?\\d+(?:\\.\\d+)?)"));
+    Instrument instrument;
+    // Long enough that a value outside the range would have been drawn.
+    instrument.engine->tick(5000);
+    int checked = 0;
+    for (auto rows = row.globalMatch(text); rows.hasNext();) {
+        const QRegularExpressionMatch match = rows.next();
+        const QString path = match.captured(1);
+        const QString kind = match.captured(2);
+        const QRegularExpressionMatch stated = range.match(match.captured(3));
+        if (!stated.hasMatch())
+            continue;
+        const double low = stated.captured(2).toDouble();
+        const double high = stated.captured(3).toDouble();
+        const QString what = QStringLiteral("%1: %2").arg(path, stated.captured(0));
+        if (!stated.captured(1).isEmpty()) {
+            QVERIFY2(instrument.value(path, "getLowerLimit").toDouble() == low, qPrintable(what));
+            QVERIFY2(instrument.value(path, "getUpperLimit").toDouble() == high, qPrintable(what));
+        } else if (kind == QLatin1String("array")) {
+            // The ends are accepted, a value beyond either refused.
+            for (const double end : {low, high})
+                QVERIFY2(instrument.value(path, "setValue", "vii", {variant(end), 0, 0}).toBool(), qPrintable(what));
+            for (const double beyond : {low - 0.5, high + 0.5})
+                QVERIFY2(!instrument.value(path, "setValue", "vii", {variant(beyond), 0, 0}).toBool(),
+                         qPrintable(what));
+        } else {
+            // A setting's range, or the values a result takes (min and max so far).
+            QVERIFY2(instrument.value(path, "getMinValue").toDouble() == low, qPrintable(what));
+            QVERIFY2(instrument.value(path, "getMaxValue").toDouble() == high, qPrintable(what));
+        }
+        ++checked;
+    }
+    // SampleRate, Averages, Duration, TriggerLevel, Coefficients, RMS, Peak, Events, Overloads.
+    QCOMPARE(checked, 9);
 }
 
 void tst_SimulatorModel::theDefaultModelHasAnElementOfEveryKind()
@@ -465,6 +512,19 @@ void tst_SimulatorModel::settersRefuseWhatTheInstrumentWouldRefuse_data()
     QTest::newRow("map list position past the end") << "/Setup/Sequence/Steps"
                                                     << "setValue"
                                                     << "isv" << QVariantList{3, "level", variant(-3.0)};
+    QTest::newRow("map list entry without items") << "/Setup/Sequence/Steps"
+                                                  << "setValue"
+                                                  << "sv" << QVariantList{"X", variant(QVariantMap())};
+    QTest::newRow("map list entry missing an item")
+        << "/Setup/Sequence/Steps"
+        << "setValue"
+        << "sv" << QVariantList{"X", variant(QVariantMap{{"name", "X"}, {"frequency", 50.0}, {"level", -40.0}})};
+    QTest::newRow("map list entry named otherwise")
+        << "/Setup/Sequence/Steps"
+        << "setValue"
+        << "sv"
+        << QVariantList{"X",
+                        variant(QVariantMap{{"name", "Y"}, {"frequency", 50.0}, {"level", -40.0}, {"duration", 2.0}})};
     QTest::newRow("map of maps cell out of range") << "/Setup/Channels/Config"
                                                    << "setValue"
                                                    << "ssv" << QVariantList{"A", "gain", variant(100.5)};
@@ -612,6 +672,15 @@ void tst_SimulatorModel::unknownMembersAndSignaturesGetErrors()
              QStringLiteral("com.velk.mqx.Error.UnknownKey"));
     QCOMPARE(instrument.call("/Result/Spectrum/Peaks", "getValue", "i", {8}).errorName,
              QStringLiteral("com.velk.mqx.Error.OutOfRange"));
+    // A cell or item that exists but has no range is not an unknown key.
+    for (const char *member : {"getMin", "getMax"}) {
+        QCOMPARE(instrument.call("/Setup/Channels/Config", member, "ss", {"A", "coupling"}).errorName,
+                 QStringLiteral("com.velk.mqx.Error.NoRange"));
+        QCOMPARE(instrument.call("/Setup/Channels/Config", member, "ss", {"Z", "coupling"}).errorName,
+                 QStringLiteral("com.velk.mqx.Error.UnknownKey"));
+        QCOMPARE(instrument.call("/Setup/Sequence/Steps", member, "is", {0, "name"}).errorName,
+                 QStringLiteral("com.velk.mqx.Error.NoRange"));
+    }
 }
 
 void tst_SimulatorModel::mapOfMapsSignalsEachChangedCellAndRemovedEntry()

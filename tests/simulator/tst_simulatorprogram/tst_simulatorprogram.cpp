@@ -7,6 +7,11 @@
 #include <QTemporaryDir>
 #include <QTest>
 
+#include <csignal>
+#include <limits>
+
+#include <sys/types.h>
+
 namespace {
 
 struct Run
@@ -53,6 +58,10 @@ private Q_SLOTS:
     void anUnreachableBusEndsWithStatusThree();
     void aModelFilesFaultActsOnItsElement();
     void theSameSeedRepeatsTheMeasurementAcrossRuns();
+    void aLongTickIsAnsweredAndANegativeOneRefused();
+    void theBusDaemonEndingEndsItWithStatusThree();
+    void sigintAndSigtermEndItCleanly_data();
+    void sigintAndSigtermEndItCleanly();
 
 private:
     QTemporaryDir m_dir;
@@ -82,6 +91,11 @@ void tst_SimulatorProgram::badCommandLinesEndWithAMessageAndStatusOne_data()
     QTest::newRow("rate not positive") << QStringList{"--rate", "0"}
                                        << QByteArray(
                                               "dbusinterfaces-simulator: --rate needs a positive number, not \"0\"\n");
+    QTest::newRow("bad name") << QStringList{"--name", "bad name!"}
+                              << QByteArray(
+                                     "dbusinterfaces-simulator: --name: \"bad name!\" is not a valid application "
+                                     "name (letters, digits, \"_\" and \"-\", not starting with a digit, "
+                                     "at most 238 characters)\n");
     QTest::newRow("stray argument") << QStringList{"now"}
                                     << QByteArray(
                                            "dbusinterfaces-simulator: unexpected argument \"now\" (see --help)\n");
@@ -109,6 +123,39 @@ void tst_SimulatorProgram::badModelFilesEndWithAMessageAndStatusTwo_data()
     QTest::newRow("default outside range")
         << QByteArray(R"({"elements": [{"path": "/A", "kind": "double", "default": 5, "min": 0, "max": 1}]})")
         << "element '/A': default: 5 is outside 0..1";
+    QTest::newRow("misspelt field")
+        << QByteArray(R"({"elements": [{"path": "/A", "kind": "int", "default": 1, "min": 0, "max": 2,
+                          "granularty": 1}]})")
+        << "element '/A': unknown field \"granularty\"";
+    QTest::newRow("field of another kind")
+        << QByteArray(R"({"elements": [{"path": "/A", "kind": "resultInt", "center": 1, "spread": 1, "decimals": 2}]})")
+        << "element '/A': unknown field \"decimals\"";
+    QTest::newRow("misspelt top-level field") << QByteArray(R"({"rat": 5, "elements": []})") << "unknown field \"rat\"";
+    QTest::newRow("misspelt fault field") << QByteArray(R"({"elements": [{"path": "/A", "kind": "bool", "default": true,
+                          "fault": {"kind": "silent", "ms": 5}}]})")
+                                          << "element '/A': fault: unknown field \"ms\"";
+    QTest::newRow("misspelt item field") << QByteArray(
+                                                R"({"elements": [{"path": "/A", "kind": "mapList", "keyItem": "name",
+                          "items": {"name": {}, "level": {"min": 0, "max": 1, "unti": "V"}}, "default": []}]})")
+                                         << "element '/A': item \"level\": unknown field \"unti\"";
+    QTest::newRow("element rate 0")
+        << QByteArray(R"({"elements": [{"path": "/A", "kind": "resultInt", "center": 1, "spread": 1, "rate": 0}]})")
+        << "element '/A': rate must be positive";
+    QTest::newRow("negative decimals")
+        << QByteArray(
+               R"({"elements": [{"path": "/A", "kind": "resultDouble", "center": 1, "spread": 1, "decimals": -3}]})")
+        << "element '/A': decimals must lie in 0..15";
+    QTest::newRow("choice holding the separator")
+        << QByteArray(R"({"elements": [{"path": "/A", "kind": "enum", "choices": ["a;b", "c"], "default": 1}]})")
+        << "element '/A': choice \"a;b\" holds \";\", which separates the choices in the value list";
+    QTest::newRow("array too large")
+        << QByteArray(
+               R"({"elements": [{"path": "/A", "kind": "resultIntArray", "size": 100000000, "center": 1, "spread": 1}]})")
+        << "element '/A': size must lie in 1..65536";
+    QTest::newRow("bad application name")
+        << QByteArray(R"({"application": "bad name!", "elements": []})")
+        << "application: \"bad name!\" is not a valid application name (letters, digits, \"_\" and \"-\", not "
+           "starting with a digit, at most 238 characters)";
 }
 
 void tst_SimulatorProgram::badModelFilesEndWithAMessageAndStatusTwo()
@@ -227,6 +274,81 @@ void tst_SimulatorProgram::theSameSeedRepeatsTheMeasurementAcrossRuns()
     QCOMPARE(first.size(), 1);
     QCOMPARE(measuredAfterTicks(QStringLiteral("3")), first);
     QVERIFY(measuredAfterTicks(QStringLiteral("4")) != first);
+}
+
+void tst_SimulatorProgram::aLongTickIsAnsweredAndANegativeOneRefused()
+{
+    SimulatorProcess simulator;
+    QVERIFY(simulator.waitForReady());
+    const QDBusMessage longTick = simulator.control(QStringLiteral("tick"), {std::numeric_limits<int>::max()});
+    QCOMPARE(longTick.type(), QDBusMessage::ReplyMessage);
+    const QVariantList after = {qlonglong(std::numeric_limits<int>::max()) * 100};
+    QCOMPARE(longTick.arguments(), after);
+
+    const QDBusMessage negative = simulator.control(QStringLiteral("tick"), {-5});
+    QCOMPARE(negative.errorName(), QStringLiteral("org.freedesktop.DBus.Error.InvalidArgs"));
+    QCOMPARE(simulator.control(QStringLiteral("tick"), {0}).arguments(), after);
+    QCOMPARE(simulator.control(QStringLiteral("quit")).type(), QDBusMessage::ReplyMessage);
+    QVERIFY(simulator.process().waitForFinished(20000));
+    QCOMPARE(simulator.process().exitCode(), 0);
+}
+
+void tst_SimulatorProgram::theBusDaemonEndingEndsItWithStatusThree()
+{
+    QProcess daemon;
+    daemon.start(QStringLiteral("dbus-daemon"),
+                 {QStringLiteral("--session"), QStringLiteral("--nofork"), QStringLiteral("--print-address=1")});
+    QVERIFY(daemon.waitForReadyRead(20000));
+    const QString address = QString::fromLocal8Bit(daemon.readLine().trimmed());
+
+    QProcess simulator;
+    simulator.start(QStringLiteral(SIMULATOR_PROGRAM),
+                    {QStringLiteral("--manual-clock"), QStringLiteral("--address"), address, QStringLiteral("--name"),
+                     SimulatorProcess::name});
+    QVERIFY(simulator.waitForReadyRead(20000));
+    QCOMPARE(simulator.readLine(), QByteArray("ready\n"));
+    daemon.kill();
+    QVERIFY(daemon.waitForFinished(20000));
+
+    const bool ended = simulator.waitForFinished(20000);
+    if (!ended) {
+        simulator.kill();
+        simulator.waitForFinished(20000);
+    }
+    QVERIFY(ended);
+    QCOMPARE(simulator.exitStatus(), QProcess::NormalExit);
+    QCOMPARE(simulator.exitCode(), 3);
+    QCOMPARE(simulator.readAllStandardError(),
+             QByteArray("dbusinterfaces-simulator: lost the connection to the bus\n"));
+}
+
+void tst_SimulatorProgram::sigintAndSigtermEndItCleanly_data()
+{
+    QTest::addColumn<int>("signal");
+    QTest::addColumn<bool>("sigintIgnored");
+    QTest::newRow("SIGTERM") << int(SIGTERM) << false;
+    QTest::newRow("SIGINT") << int(SIGINT) << false;
+    QTest::newRow("SIGINT, inherited as ignored") << int(SIGINT) << true;
+}
+
+void tst_SimulatorProgram::sigintAndSigtermEndItCleanly()
+{
+    QFETCH(int, signal);
+    QFETCH(bool, sigintIgnored);
+    const QString logName = m_dir.filePath(QStringLiteral("signal.jsonl"));
+    QFile::remove(logName);
+    SimulatorProcess simulator({QStringLiteral("--log"), logName},
+                               sigintIgnored ? SimulatorProcess::SigintIgnored : SimulatorProcess::Plain);
+    QVERIFY(simulator.waitForReady());
+    QCOMPARE(simulator.control(QStringLiteral("tick"), {1}).type(), QDBusMessage::ReplyMessage);
+
+    QCOMPARE(::kill(pid_t(simulator.process().processId()), signal), 0);
+    QVERIFY(simulator.process().waitForFinished(20000));
+    QCOMPARE(simulator.process().exitStatus(), QProcess::NormalExit);
+    QCOMPARE(simulator.process().exitCode(), 0);
+    QFile log(logName);
+    QVERIFY(log.open(QIODevice::ReadOnly));
+    QVERIFY(log.readAll().contains("\"member\":\"tick\""));
 }
 
 QTEST_GUILESS_MAIN(tst_SimulatorProgram)
