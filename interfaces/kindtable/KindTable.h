@@ -41,22 +41,17 @@ struct Kind
     const BusSignal *signalBegin;
     const BusSignal *signalEnd;
 
-    struct Range
+    /// What a range-for loop needs of a stretch of the generated arrays.
+    template<typename T>
+    struct Span
     {
-        const Method *b;
-        const Method *e;
-        const Method *begin() const { return b; }
-        const Method *end() const { return e; }
+        const T *b;
+        const T *e;
+        const T *begin() const { return b; }
+        const T *end() const { return e; }
     };
-    struct SignalRange
-    {
-        const BusSignal *b;
-        const BusSignal *e;
-        const BusSignal *begin() const { return b; }
-        const BusSignal *end() const { return e; }
-    };
-    Range methods() const { return {methodBegin, methodEnd}; }
-    SignalRange busSignals() const { return {signalBegin, signalEnd}; }
+    Span<Method> methods() const { return {methodBegin, methodEnd}; }
+    Span<BusSignal> busSignals() const { return {signalBegin, signalEnd}; }
 
     /// The method @p name sent with @p inSignature; null when the kind has none.
     const Method *method(const QString &name, const QString &inSignature) const;
